@@ -1,0 +1,187 @@
+#include "KLPrintOptions.h"
+
+#include "Numbers.h"
+#include "Text.h"
+
+#include <cups/cups.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <span>
+#include <sys/stat.h>
+#include <utility>
+
+namespace {
+
+/// Far above any real PPD, and small enough for libcups to hold in memory.
+constexpr off_t kLargestPPD = off_t{16} << 20;
+
+/// The options of an option string, owned.
+class ParsedOptions {
+public:
+    explicit ParsedOptions(const std::string &optionString)
+        : _count(cupsParseOptions(optionString.c_str(), 0, &_options))
+    {
+    }
+    ~ParsedOptions() { cupsFreeOptions(_count, _options); }
+    ParsedOptions(const ParsedOptions &) = delete;
+    ParsedOptions &operator=(const ParsedOptions &) = delete;
+
+    void mark(ppd_file_t *ppd) const { cupsMarkOptions(ppd, _count, _options); }
+    std::span<const cups_option_t> list() const
+    {
+        return {_options, static_cast<std::size_t>(_count)};
+    }
+
+private:
+    cups_option_t *_options = nullptr;
+    int _count;
+};
+
+/// Why the file cannot be a PPD; empty when it may be one. libcups would read a device or a FIFO
+/// for ever, and calls a folder an empty file.
+std::string whyNotReadable(const char *path)
+{
+    struct stat status = {};
+    if (stat(path, &status) != 0)
+        return std::strerror(errno);
+    if (!S_ISREG(status.st_mode))
+        return "not a regular file";
+    if (status.st_size > kLargestPPD)
+        return "larger than 16 MiB";
+    return {};
+}
+
+std::string whyNotOpened(int openError)
+{
+    int line = 0;
+    const ppd_status_t status = ppdLastError(&line);
+    if (status == PPD_FILE_OPEN_ERROR)
+        return std::strerror(openError);
+    return std::string(ppdErrorString(status)) + " on line " + std::to_string(line);
+}
+
+} // namespace
+
+//
+// The store
+//
+
+KLPrintOptions::KLPrintOptions(const std::string &optionString)
+{
+    const ParsedOptions parsed(optionString);
+    loadPPD();
+    parsed.mark(_ppd.get());
+    storeMarkedChoices();
+    for (const cups_option_t &option : parsed.list())
+        storeOption(option.name, option.value);
+}
+
+std::optional<KLValue> KLPrintOptions::valueForKey(std::string_view key) const
+{
+    const auto entry = _options.find(key);
+    return entry != _options.end() ? std::optional(entry->second) : std::nullopt;
+}
+
+std::optional<KLValue>
+KLPrintOptions::valueForKeyWithDefault(std::string_view key,
+                                       std::optional<KLValue> defaultValue) const
+{
+    auto value = valueForKey(key);
+    return value ? value : std::move(defaultValue);
+}
+
+bool KLPrintOptions::valueForKeyIsEqualToString(std::string_view key, std::string_view text) const
+{
+    return valueForKeyIsEqualToStringOptions(key, text, Platform::ExactComparison);
+}
+
+bool KLPrintOptions::valueForKeyIsEqualToStringOptions(std::string_view key, std::string_view text,
+                                                       unsigned options) const
+{
+    const auto value = valueForKey(key);
+    const auto *stored = value ? std::get_if<std::string>(&*value) : nullptr;
+    return stored != nullptr && Platform::isEqualText(*stored, text, options);
+}
+
+bool KLPrintOptions::valueForKeyIsEqualToNumber(std::string_view key, std::int64_t number) const
+{
+    const auto value = valueForKey(key);
+    if (!value)
+        return false;
+    if (const auto *integer = std::get_if<std::int64_t>(&*value))
+        return *integer == number;
+    const auto *boolean = std::get_if<bool>(&*value);
+    return boolean != nullptr && static_cast<std::int64_t>(*boolean) == number;
+}
+
+void KLPrintOptions::setValueForKey(std::optional<KLValue> value, std::string_view key)
+{
+    if (value)
+        _options.insert_or_assign(std::string(key), std::move(*value));
+    else if (const auto entry = _options.find(key); entry != _options.end())
+        _options.erase(entry);
+}
+
+void KLPrintOptions::setDefaultValueForKey(KLValue value, std::string_view key)
+{
+    _options.try_emplace(std::string(key), std::move(value));
+}
+
+void KLPrintOptions::loadPPD()
+{
+    const char *path = std::getenv("PPD");
+    if (path == nullptr)
+        throw KLNoPPDError("No PPD file: the environment variable PPD is not set");
+    std::string reason = whyNotReadable(path);
+    if (reason.empty()) {
+        errno = 0;
+        _ppd.reset(ppdOpenFile(path));
+        if (!_ppd)
+            reason = whyNotOpened(errno);
+    }
+    if (!_ppd)
+        throw KLNoPPDError("Unable to open PPD file " + std::string(path) + ": " + reason);
+    ppdMarkDefaults(_ppd.get());
+}
+
+void KLPrintOptions::storeMarkedChoices()
+{
+    for (const ppd_group_t &group :
+         std::span(_ppd->groups, static_cast<std::size_t>(_ppd->num_groups))) {
+        for (const ppd_option_t &option :
+             std::span(group.options, static_cast<std::size_t>(group.num_options))) {
+            for (const ppd_choice_t &choice :
+                 std::span(option.choices, static_cast<std::size_t>(option.num_choices))) {
+                // No stop at the first marked choice: the last one is what stays.
+                if (choice.marked)
+                    setValueForKey(choice.choice, option.keyword);
+            }
+        }
+    }
+}
+
+void KLPrintOptions::storeOption(std::string key, std::string text)
+{
+    static constexpr std::string_view kIntegerSuffix = "..n.";
+    static constexpr std::string_view kBooleanSuffix = "..b.";
+
+    if (text == "true")
+        text = "True";
+    else if (text == "false")
+        text = "False";
+
+    const auto takeSuffix = [&key](std::string_view suffix) {
+        if (!key.ends_with(suffix))
+            return false;
+        key.erase(key.size() - suffix.size());
+        return true;
+    };
+    if (takeSuffix(kIntegerSuffix))
+        setValueForKey(Platform::integerFromText(text), key);
+    else if (takeSuffix(kBooleanSuffix))
+        setValueForKey(Platform::booleanFromText(text), key);
+    else
+        setValueForKey(std::move(text), key);
+}

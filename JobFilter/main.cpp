@@ -1,0 +1,175 @@
+#include "Cancellation.h"
+#include "KLFileUtilities.h"
+#include "KLPrintOptions.h"
+#include "Streams.h"
+#include "WriteLog.h"
+#include "domainLookup.h"
+#include "headerText.h"
+#include "spoolToFile.h"
+#include "toolkitPath.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+/// The filter's arguments, as filter(7) has them.
+struct Arguments {
+    const char *jobId;
+    const char *userName;
+    const char *jobTitle;
+    const char *copies;
+    const char *options;
+    const char *file; ///< null when the job comes on standard input
+};
+
+/// Where the job's pages lie.
+struct JobFile {
+    std::string path;
+    bool spooled; ///< a file of our own, removed when the job is complete
+};
+
+/// Ends the run with a "CRIT: " line that carries what() and with status 1.
+class FatalError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+constexpr char kUnableToSpool[] = "Unable to spool print job";
+constexpr char kUnableToRead[] = "Unable to read from input";
+constexpr char kUnableToProcess[] = "Unable to process input print data";
+
+/// True when all of the input was copied. The copy itself takes a read error for the end of the
+/// data; a job that lost its end must not pass for complete, so that is looked at here.
+bool copyWhole(FILE *input, FILE *output)
+{
+    return spoolToFile(input, output) && std::ferror(input) == 0;
+}
+
+JobFile spoolStandardInput()
+{
+    const auto path = KLFileUtilities::generateTemporaryFilename();
+    if (!path)
+        throw FatalError(kUnableToSpool);
+    Platform::Stream spoolFile = Platform::openForWriting(*path);
+    if (!spoolFile || !copyWhole(stdin, spoolFile.get()) ||
+        !Platform::closeStream(std::move(spoolFile)))
+        throw FatalError(kUnableToSpool);
+    return {*path, true};
+}
+
+JobFile secureJobData(const Arguments &arguments)
+{
+    if (arguments.file != nullptr)
+        return {arguments.file, false};
+    return spoolStandardInput();
+}
+
+std::shared_ptr<KLPrintOptions> makeOptions(const Arguments &arguments)
+{
+    auto options = std::make_shared<KLPrintOptions>(arguments.options);
+    options->setDefaultValueForKey(arguments.userName, "com.kalmira.username");
+    options->setDefaultValueForKey(arguments.jobTitle, "com.kalmira.jobname");
+    options->setDefaultValueForKey(arguments.copies, "com.kalmira.copies");
+    return options;
+}
+
+void settleDomain(KLPrintOptions &options)
+{
+    if (auto domain = domainForUser(options))
+        options.setDefaultValueForKey(std::move(*domain), "com.kalmira.domainname");
+}
+
+/// Lets the toolkit rewrite the job; without a toolkit the job stays as it is.
+void applyToolkit(const KLPrintOptions &options)
+{
+    if (!toolkitPath(options))
+        WriteLog("INFO: A required component could not be found, some print settings may not be "
+                 "applied");
+}
+
+/// Writes the PJL header that the PPD gives for the job's marked choices.
+void writeHeader(const Arguments &arguments, const KLPrintOptions &options)
+{
+    const Platform::Stream header = Platform::openTemporary();
+    if (!header)
+        return; // like a PPD that gives no header
+    ppdEmitJCL(options.ppd(), header.get(), std::atoi(arguments.jobId), arguments.userName,
+               arguments.jobTitle);
+    if (std::fflush(header.get()) != 0 || std::ferror(header.get()) != 0)
+        throw FatalError(kUnableToProcess);
+    std::fseek(header.get(), 0, SEEK_SET);
+    spoolToFile(header.get(), stdout);
+}
+
+void writeBody(FILE *job)
+{
+    // Bytes that are still buffered are part of the copy.
+    if (!copyWhole(job, stdout) || std::fflush(stdout) != 0)
+        throw FatalError(kUnableToProcess);
+}
+
+void writeJobEnd(const KLPrintOptions &options)
+{
+    std::printf("\033%%-12345X");
+    // Pages are not counted: every job says one.
+    std::printf("@PJL COMMENT DSSC PRINT JOBENDINFO PAGES=%lu\r\n", 1UL);
+    std::printf("@PJL COMMENT DSSC PRINT JOBENDINFO PAGESIZE=%s\r\n",
+                headerText(options.valueForKeyWithDefault("PageSize", "A4")).c_str());
+    std::printf("@PJL EOJ\n"); // a bare line feed, and no exit language behind it
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        throw FatalError(kUnableToProcess);
+}
+
+void printJob(const Arguments &arguments)
+{
+    const JobFile jobFile = secureJobData(arguments);
+    const auto options = makeOptions(arguments);
+    settleDomain(*options);
+    applyToolkit(*options);
+
+    const Platform::Stream job = Platform::openForReading(jobFile.path);
+    if (!job)
+        throw FatalError(kUnableToRead);
+
+    writeHeader(arguments, *options);
+    writeBody(job.get());
+    writeJobEnd(*options);
+    if (jobFile.spooled)
+        unlink(jobFile.path.c_str());
+}
+
+[[noreturn]] void die(const char *reason)
+{
+    std::fprintf(stderr, "CRIT: %s\n", onOneLine(reason).c_str());
+    std::exit(EXIT_FAILURE);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    Platform::occupyStandardDescriptors();
+    std::signal(SIGPIPE, SIG_IGN); // a printer that has gone is a failed write
+    Platform::cleanUpWhenCancelled();
+
+    if (argc != 6 && argc != 7) {
+        std::fprintf(stderr,
+                     "Unexpected number of arguments. Usage:\n\n"
+                     "%s job-id username job-title num-copies options [ file ]\n",
+                     argv[0]);
+        std::exit(EXIT_FAILURE);
+    }
+    try {
+        printJob({argv[1], argv[2], argv[3], argv[4], argv[5], argc == 7 ? argv[6] : nullptr});
+    } catch (const std::exception &error) {
+        die(error.what());
+    }
+    std::exit(EXIT_SUCCESS);
+}

@@ -1,0 +1,110 @@
+#include "Cancellation.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Platform {
+namespace {
+
+constexpr std::array kSignals = {SIGTERM, SIGINT, SIGHUP};
+constexpr std::size_t kMostFiles = 8;
+constexpr std::size_t kPathSize = 1024;
+
+/// An empty path is a free slot. Slots change only while the signals are held back.
+char filesToRemove[kMostFiles][kPathSize];
+volatile pid_t childToEnd = 0;
+
+bool hasEnded(pid_t child)
+{
+    const pid_t ended = waitpid(child, nullptr, WNOHANG);
+    return ended == child || (ended < 0 && errno == ECHILD);
+}
+
+/// Async-signal-safe, as is all that it calls.
+void endChild(pid_t child)
+{
+    kill(-child, SIGTERM);
+    for (int tenths = 0; tenths < 100; ++tenths) {
+        if (hasEnded(child))
+            break;
+        poll(nullptr, 0, 10);
+    }
+    kill(-child, SIGKILL);
+}
+
+extern "C" void cleanUpAndDie(int signalNumber)
+{
+    if (childToEnd != 0)
+        endChild(childToEnd);
+    for (const char *path : filesToRemove) {
+        if (*path != '\0')
+            unlink(path);
+    }
+    signal(signalNumber, SIG_DFL);
+    raise(signalNumber); // pending until the handler returns, deadly then
+}
+
+sigset_t cancellingSignals()
+{
+    sigset_t set;
+    sigemptyset(&set);
+    for (const int signalNumber : kSignals)
+        sigaddset(&set, signalNumber);
+    return set;
+}
+
+} // namespace
+
+void cleanUpWhenCancelled()
+{
+    struct sigaction action = {};
+    action.sa_handler = &cleanUpAndDie;
+    action.sa_mask = cancellingSignals();
+    for (const int signalNumber : kSignals) {
+        struct sigaction inherited = {};
+        if (sigaction(signalNumber, nullptr, &inherited) == 0 && inherited.sa_handler != SIG_IGN)
+            sigaction(signalNumber, &action, nullptr);
+    }
+}
+
+bool removeWhenCancelled(const std::string &path)
+{
+    const CancellationDelay delay;
+    const auto slot = std::ranges::find_if(filesToRemove, [](auto &s) { return *s == '\0'; });
+    if (path.size() >= kPathSize || slot == std::end(filesToRemove))
+        return false;
+    std::memcpy(*slot, path.c_str(), path.size() + 1);
+    return true;
+}
+
+void keepWhenCancelled(const std::string &path)
+{
+    const CancellationDelay delay;
+    for (char *slot : filesToRemove) {
+        if (path == slot)
+            *slot = '\0';
+    }
+}
+
+void endWhenCancelled(pid_t child)
+{
+    childToEnd = child;
+}
+
+CancellationDelay::CancellationDelay()
+{
+    const sigset_t signals = cancellingSignals();
+    sigprocmask(SIG_BLOCK, &signals, &_originalMask);
+}
+
+CancellationDelay::~CancellationDelay()
+{
+    sigprocmask(SIG_SETMASK, &_originalMask, nullptr);
+}
+
+} // namespace Platform

@@ -1,0 +1,64 @@
+#include "Streams.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Platform {
+
+bool closeStream(Stream stream)
+{
+    const bool failedBefore = std::ferror(stream.get()) != 0;
+    return std::fclose(stream.release()) == 0 && !failedBefore;
+}
+
+Stream openForReading(const std::string &path)
+{
+    // Without O_NONBLOCK the open itself would wait for a FIFO's writer. Regular files and
+    // devices are read the same either way.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0)
+        return nullptr;
+    struct stat status = {};
+    int problem = 0;
+    if (fstat(descriptor, &status) != 0)
+        problem = errno;
+    else if (S_ISDIR(status.st_mode))
+        problem = EISDIR;
+    else if (S_ISFIFO(status.st_mode))
+        problem = ESPIPE;
+    FILE *stream = problem == 0 ? fdopen(descriptor, "rb") : nullptr;
+    if (stream == nullptr) {
+        problem = problem == 0 ? errno : problem;
+        close(descriptor);
+        errno = problem;
+    }
+    return Stream(stream);
+}
+
+Stream openForWriting(const std::string &path)
+{
+    return Stream(std::fopen(path.c_str(), "wbe"));
+}
+
+Stream openTemporary()
+{
+    Stream stream(std::tmpfile());
+    if (stream)
+        fcntl(fileno(stream.get()), F_SETFD, FD_CLOEXEC);
+    return stream;
+}
+
+void occupyStandardDescriptors()
+{
+    // Opened the wrong way round on purpose: reading 0 and writing 1 must fail, not pretend.
+    // open() takes the lowest free descriptor, so going upwards fills exactly the gaps.
+    static constexpr int kFlags[] = {O_WRONLY, O_RDONLY, O_WRONLY};
+    for (int descriptor = 0; descriptor <= 2; ++descriptor) {
+        if (fcntl(descriptor, F_GETFD) < 0 && errno == EBADF)
+            open("/dev/null", kFlags[descriptor]);
+    }
+}
+
+} // namespace Platform

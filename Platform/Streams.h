@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace Platform {
+
+struct StreamCloser {
+    void operator()(FILE *stream) const { std::fclose(stream); }
+};
+
+/// A stdio stream with an owner. Destruction ignores what closing reports: where a failed close
+/// loses data, call closeStream().
+using Stream = std::unique_ptr<FILE, StreamCloser>;
+
+/// Closes the stream.
+/// @return false when bytes that were still buffered could not be written, or when a write had
+///         failed before.
+bool closeStream(Stream stream);
+
+/// Opens a file for reading, mode "rb", not inherited by children.
+///
+/// Folders and FIFOs are refused like a file that is not there: the one has no bytes, the other
+/// may keep a reader waiting for ever.
+/// @return null on failure, with errno set.
+Stream openForReading(const std::string &path);
+
+/// Opens a file for writing from its start, mode "wb", not inherited by children.
+/// @return null on failure, with errno set.
+Stream openForWriting(const std::string &path);
+
+/// An anonymous temporary stream for writing and reading (tmpfile(3)), not inherited by children.
+/// @return null on failure, with errno set.
+Stream openTemporary();
+
+/// Gives each of the descriptors 0, 1 and 2 that is closed a stand-in that can be neither read
+/// nor usefully written, so that no file opened later lands there and takes in bytes that were
+/// meant for the standard stream. Reading standard input and writing standard output then fail;
+/// what goes to standard error is lost. Call it first thing in main().
+void occupyStandardDescriptors();
+
+} // namespace Platform
