@@ -1,0 +1,40 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace Support {
+
+/// How to run a program.
+struct ProgramCall {
+    /// The program's path, or its name to be looked up in PATH, and its arguments.
+    std::vector<std::string> arguments;
+    /// Set in addition to the test's own environment; nullopt unsets.
+    std::map<std::string, std::optional<std::string>> environment = {};
+    std::string input = {};
+    /// Then the program and its process group are killed and the call throws.
+    std::chrono::seconds timeLimit = std::chrono::seconds(60);
+    /// Run in the child just before the program starts, e.g. to close a descriptor or set a limit.
+    std::function<void()> inChild = {};
+    /// Run in the test as soon as the program has been started.
+    std::function<void(pid_t)> afterStart = {};
+};
+
+struct ProgramResult {
+    std::string output; ///< all of its standard output
+    std::string errors; ///< all of its standard error
+    int exitStatus;     ///< -1 when a signal ended it
+    int signal;         ///< 0 when it exited
+    long peakMemory;    ///< most resident memory at any time, in KiB
+};
+
+/// Runs a program to its end with its three standard streams connected to the test.
+/// @throws std::runtime_error when it cannot be started or exceeds its time limit
+ProgramResult runProgram(const ProgramCall &call);
+
+} // namespace Support

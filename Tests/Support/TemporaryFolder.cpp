@@ -1,0 +1,72 @@
+#include "TemporaryFolder.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace fs = std::filesystem;
+
+namespace Support {
+
+TemporaryFolder::TemporaryFolder()
+{
+    std::string path = fs::temp_directory_path() / "jobfilter-test-XXXXXX";
+    if (mkdtemp(path.data()) == nullptr)
+        throw std::runtime_error("cannot make a folder " + path);
+    _path = path;
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    std::error_code ignored;
+    fs::remove_all(_path, ignored);
+}
+
+std::string TemporaryFolder::file(std::string_view name) const
+{
+    return _path + "/" + std::string(name);
+}
+
+std::string TemporaryFolder::write(std::string_view name, std::string_view bytes) const
+{
+    writeFile(file(name), bytes);
+    return file(name);
+}
+
+std::string TemporaryFolder::writeScript(std::string_view name, std::string_view lines) const
+{
+    const std::string path = write(name, "#!/bin/sh\n" + std::string(lines));
+    fs::permissions(path, fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
+                              fs::perms::others_read | fs::perms::others_exec);
+    return path;
+}
+
+std::vector<std::string> TemporaryFolder::names() const
+{
+    std::vector<std::string> names;
+    for (const auto &entry : fs::directory_iterator(_path))
+        names.push_back(entry.path().filename());
+    std::ranges::sort(names);
+    return names;
+}
+
+std::string readFile(const std::string &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        throw std::runtime_error("cannot read " + path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void writeFile(const std::string &path, std::string_view bytes)
+{
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!file.flush())
+        throw std::runtime_error("cannot write " + path);
+}
+
+} // namespace Support

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Support {
+
+/// A new folder of the test's own under the temporary directory, removed with all that is in it.
+class TemporaryFolder {
+public:
+    /// @throws std::runtime_error when the folder cannot be made
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder &) = delete;
+    TemporaryFolder &operator=(const TemporaryFolder &) = delete;
+
+    const std::string &path() const { return _path; }
+    /// The path of a file of that name in the folder; nothing is made.
+    std::string file(std::string_view name) const;
+    /// Makes or replaces the file. @return its path
+    std::string write(std::string_view name, std::string_view bytes) const;
+    /// Makes an executable shell script out of the lines that follow "#!/bin/sh". @return its path
+    std::string writeScript(std::string_view name, std::string_view lines) const;
+    /// The names of all entries, sorted.
+    std::vector<std::string> names() const;
+
+private:
+    std::string _path;
+};
+
+/// @throws std::runtime_error when the file cannot be read
+std::string readFile(const std::string &path);
+/// Makes or replaces a file.
+void writeFile(const std::string &path, std::string_view bytes);
+
+} // namespace Support
