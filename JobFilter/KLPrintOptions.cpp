@@ -1,10 +1,13 @@
 #include "KLPrintOptions.h"
 
 #include "Numbers.h"
+#include "ObjectFormat.h"
 #include "Text.h"
+#include "postscriptRules.h"
 
 #include <cups/cups.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -16,6 +19,9 @@ namespace {
 
 /// Far above any real PPD, and small enough for libcups to hold in memory.
 constexpr off_t kLargestPPD = off_t{16} << 20;
+
+/// On purpose: A4 turned on its side, and 596 points high where A4 has 595.
+constexpr KLPageSize kDefaultPageSize = {842.0, 596.0};
 
 /// The options of an option string, owned.
 class ParsedOptions {
@@ -60,6 +66,13 @@ std::string whyNotOpened(int openError)
     if (status == PPD_FILE_OPEN_ERROR)
         return std::strerror(openError);
     return std::string(ppdErrorString(status)) + " on line " + std::to_string(line);
+}
+
+std::optional<std::string> codeOfChoice(const ppd_choice_t *choice)
+{
+    if (choice == nullptr || choice->code == nullptr)
+        return std::nullopt;
+    return choice->code;
 }
 
 } // namespace
@@ -184,4 +197,86 @@ void KLPrintOptions::storeOption(std::string key, std::string text)
         setValueForKey(Platform::booleanFromText(text), key);
     else
         setValueForKey(std::move(text), key);
+}
+
+std::optional<std::string> KLPrintOptions::textForKey(std::string_view key) const
+{
+    const auto value = valueForKey(key);
+    return value ? std::optional(Platform::description(*value)) : std::nullopt;
+}
+
+//
+// What the PPD says
+//
+
+std::optional<std::string>
+KLPrintOptions::codeForMarkedChoiceForPPDOption(const std::string &keyword) const
+{
+    const ppd_option_t *option = findOptionWithName(keyword);
+    return option != nullptr ? codeOfChoice(findMarkedChoiceForOption(*option)) : std::nullopt;
+}
+
+std::optional<std::string>
+KLPrintOptions::codeForPPDOptionWithChoice(const std::string &keyword,
+                                           const std::string &choice) const
+{
+    ppd_option_t *option = findOptionWithName(keyword);
+    return option != nullptr ? codeOfChoice(findChoiceWithNameForOption(choice, *option))
+                             : std::nullopt;
+}
+
+std::optional<std::string>
+KLPrintOptions::convertPJLCodeToPostscriptForPPDOptionWithChoice(const std::string &keyword,
+                                                                 const std::string &choice) const
+{
+    const ppd_option_t *option = findOptionWithName(keyword);
+    if (option == nullptr || option->section != PPD_ORDER_JCL)
+        return std::nullopt;
+    const auto code = codeForPPDOptionWithChoice(keyword, choice);
+    return code ? postscriptFromPJLCode(*code) : std::nullopt;
+}
+
+std::optional<std::string> KLPrintOptions::convertPJLCodeToPostscriptForMarkedChoiceForPPDOption(
+    const std::string &keyword) const
+{
+    const auto choice = textForKey(keyword);
+    return choice ? convertPJLCodeToPostscriptForPPDOptionWithChoice(keyword, *choice)
+                  : std::nullopt;
+}
+
+std::optional<std::string>
+KLPrintOptions::postscriptCodeForDuplexSetting(const std::optional<std::string> &setting)
+{
+    return setting ? postscriptForDuplexSetting(*setting) : std::nullopt;
+}
+
+std::optional<std::string> KLPrintOptions::postscriptCodeForDefaultDuplexSetting() const
+{
+    return postscriptCodeForDuplexSetting(textForKey("Duplex"));
+}
+
+KLPageSize KLPrintOptions::pageSize() const
+{
+    const auto name = textForKey("PageSize");
+    const ppd_size_t *size = name ? ppdPageSize(_ppd.get(), name->c_str()) : nullptr;
+    return size != nullptr ? KLPageSize{size->width, size->length} : kDefaultPageSize;
+}
+
+ppd_option_t *KLPrintOptions::findOptionWithName(const std::string &keyword) const
+{
+    return ppdFindOption(_ppd.get(), keyword.c_str());
+}
+
+ppd_choice_t *KLPrintOptions::findMarkedChoiceForOption(const ppd_option_t &option)
+{
+    const std::span choices(option.choices, static_cast<std::size_t>(option.num_choices));
+    const auto marked = std::ranges::find_if(
+        choices, [](const ppd_choice_t &choice) { return choice.marked != 0; });
+    return marked != choices.end() ? &*marked : nullptr;
+}
+
+ppd_choice_t *KLPrintOptions::findChoiceWithNameForOption(const std::string &name,
+                                                          ppd_option_t &option)
+{
+    return ppdFindChoice(&option, name.c_str());
 }

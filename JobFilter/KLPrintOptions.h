@@ -18,6 +18,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// A page's width and height in points, as the PPD states them: before any rotation.
+struct KLPageSize {
+    double width;
+    double height;
+};
+
 /// The job's settings: the choices marked in the queue's PPD, overlaid by the job's option string,
 /// as one map from keys to values.
 ///
@@ -66,6 +72,47 @@ public:
     /// Stores the value only when the key has no entry at all; an empty text is an entry.
     void setDefaultValueForKey(KLValue value, std::string_view key);
 
+    // What the PPD says about the job's choices, and the same said in PostScript.
+    //
+    // Names are libcups' (letter case does not count there); an option or choice that the PPD does
+    // not have is answered with nullopt. Nothing changes a mark.
+
+    /// The code text of the choice that the PPD has marked for the option, untouched.
+    /// @return nullopt when no such option, no marked choice or no code is there
+    std::optional<std::string> codeForMarkedChoiceForPPDOption(const std::string &keyword) const;
+
+    /// The code text of the named choice, untouched.
+    /// @return nullopt when no such option, no such choice or no code is there
+    std::optional<std::string> codeForPPDOptionWithChoice(const std::string &keyword,
+                                                          const std::string &choice) const;
+
+    /// The PostScript that says the same as the choice's PJL code (see postscriptFromPJLCode()),
+    /// without a line end.
+    /// @return nullopt also for an option outside the PPD's job-control section (JCLSetup),
+    ///         whatever its code
+    std::optional<std::string>
+    convertPJLCodeToPostscriptForPPDOptionWithChoice(const std::string &keyword,
+                                                     const std::string &choice) const;
+
+    /// The same for the choice that this store holds under the keyword. The PPD's mark is not
+    /// asked: the two differ once setValueForKey() has changed the option.
+    /// @return nullopt also when the store holds nothing there
+    std::optional<std::string>
+    convertPJLCodeToPostscriptForMarkedChoiceForPPDOption(const std::string &keyword) const;
+
+    /// The PostScript line, line feed included, for a value of the Duplex option.
+    /// @return nullopt for anything but "None", "DuplexNoTumble" and "DuplexTumble", or for none
+    static std::optional<std::string>
+    postscriptCodeForDuplexSetting(const std::optional<std::string> &setting);
+
+    /// The same for the value that this store holds under "Duplex".
+    std::optional<std::string> postscriptCodeForDefaultDuplexSetting() const;
+
+    /// The size of the page that this store holds under "PageSize".
+    /// @return 842.0 by 596.0 points (on purpose neither upright nor quite A4) when the store holds
+    ///         none or the PPD does not know its name
+    KLPageSize pageSize() const;
+
 private:
     struct PPDCloser {
         void operator()(ppd_file_t *ppd) const { ppdClose(ppd); }
@@ -74,6 +121,14 @@ private:
     void loadPPD();
     void storeMarkedChoices();
     void storeOption(std::string key, std::string text);
+
+    /// The text form of the value under the key.
+    std::optional<std::string> textForKey(std::string_view key) const;
+
+    // Each gives null for "not found". What they point to belongs to the PPD.
+    ppd_option_t *findOptionWithName(const std::string &keyword) const;
+    static ppd_choice_t *findMarkedChoiceForOption(const ppd_option_t &option);
+    static ppd_choice_t *findChoiceWithNameForOption(const std::string &name, ppd_option_t &option);
 
     std::map<std::string, KLValue, std::less<>> _options;
     std::unique_ptr<ppd_file_t, PPDCloser> _ppd;
