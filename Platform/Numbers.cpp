@@ -3,7 +3,8 @@
 #include "Text.h"
 
 #include <charconv>
-#include <cmath>
+#include <clocale>
+#include <cstdlib>
 #include <limits>
 #include <string>
 #include <system_error>
@@ -70,13 +71,9 @@ double doubleFromText(std::string_view text)
     double number = 0;
     const auto result = std::from_chars(rest.data(), rest.data() + rest.size(), number);
     if (result.ec == std::errc::result_out_of_range) {
-        // Too small is 0, too large is infinite: the exponent's sign tells which.
-        const std::string_view read(rest.data(),
-                                    static_cast<std::size_t>(result.ptr - rest.data()));
-        number =
-            read.find("e-") == std::string_view::npos && read.find("E-") == std::string_view::npos
-                ? std::numeric_limits<double>::infinity()
-                : 0;
+        // Zero or infinite? from_chars() does not tell, strtod() does.
+        static const locale_t kPlainLocale = newlocale(LC_ALL_MASK, "C", nullptr);
+        number = strtod_l(std::string(rest.data(), result.ptr).c_str(), nullptr, kPlainLocale);
     }
     return negative ? -number : number;
 }

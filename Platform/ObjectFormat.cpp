@@ -31,9 +31,9 @@ FormatArgument::FormatArgument(const KLValue &value)
     if (const auto *text = std::get_if<std::string>(&value))
         _value = std::string_view(*text);
     else if (const auto *number = std::get_if<std::int64_t>(&value))
-        _value = static_cast<long long>(*number);
+        _value = std::to_string(*number);
     else
-        _value = static_cast<long long>(std::get<bool>(value));
+        _value = std::string_view(std::get<bool>(value) ? "1" : "0");
 }
 
 std::string objectFormatWithArguments(std::string_view format,

@@ -14,7 +14,7 @@ namespace Platform {
 
 /// One argument of an object format: an object (a text, a value, or nothing) or a C number.
 ///
-/// Texts are referred to, not copied: the argument lives no longer than the call it is made for.
+/// A text is referred to, not copied: the argument lives no longer than the call it is made for.
 class FormatArgument {
 public:
     FormatArgument(const char *text) : _value(std::string_view(text)) {}
@@ -36,7 +36,9 @@ public:
     {
     }
 
-    using Value = std::variant<std::string_view, long long, unsigned long long, double>;
+    /// An owned text is a number's description.
+    using Value =
+        std::variant<std::string_view, std::string, long long, unsigned long long, double>;
     const Value &value() const { return _value; }
 
 private:
@@ -55,7 +57,7 @@ std::string objectFormatWithArguments(std::string_view format,
 /// inserted whole: a percent sign or a NUL byte in them means nothing. Surplus arguments are
 /// ignored.
 /// @throws std::invalid_argument when the format is malformed, asks for an argument that is not
-///         there, or for a number where a text was given.
+///         there, or for an object where a C number was given or the other way round.
 template <class... Arguments>
 std::string objectFormat(std::string_view format, const Arguments &...arguments)
 {

@@ -1,0 +1,81 @@
+#include "Streams.h"
+
+#include "TemporaryFolder.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+using namespace Platform;
+
+namespace {
+
+bool isClosedOnExec(const Stream &stream)
+{
+    return (fcntl(fileno(stream.get()), F_GETFD) & FD_CLOEXEC) != 0;
+}
+
+} // namespace
+
+TEST(StreamsTest, NoStreamIsInheritedByChildren)
+{
+    const Support::TemporaryFolder folder;
+    const std::string path = folder.write("job", "x");
+    EXPECT_TRUE(isClosedOnExec(openForReading(path)));
+    EXPECT_TRUE(isClosedOnExec(openForWriting(path)));
+    EXPECT_TRUE(isClosedOnExec(openTemporary()));
+}
+
+TEST(StreamsTest, RefusesToReadAFolder)
+{
+    const Support::TemporaryFolder folder;
+    errno = 0;
+    EXPECT_FALSE(openForReading(folder.path()));
+    EXPECT_EQ(EISDIR, errno);
+}
+
+TEST(StreamsTest, RefusesAFIFOWithoutWaitingForItsWriter)
+{
+    const Support::TemporaryFolder folder;
+    const std::string path = folder.file("fifo");
+    ASSERT_EQ(0, mkfifo(path.c_str(), 0600));
+    EXPECT_FALSE(openForReading(path));
+}
+
+TEST(StreamsTest, SaysWhyAFileCannotBeOpened)
+{
+    const Support::TemporaryFolder folder;
+    EXPECT_FALSE(openForReading(folder.file("missing")));
+    EXPECT_EQ(ENOENT, errno);
+    EXPECT_FALSE(openForWriting(folder.file("missing/file")));
+    EXPECT_EQ(ENOENT, errno);
+}
+
+TEST(StreamsTest, ReadsADevice)
+{
+    const Stream null = openForReading("/dev/null");
+    ASSERT_TRUE(null);
+    EXPECT_EQ(EOF, std::fgetc(null.get()));
+}
+
+TEST(StreamsTest, ClosingReportsBytesThatDidNotReachTheFile)
+{
+    Stream full = openForWriting("/dev/full");
+    std::fputs("lost", full.get());
+    EXPECT_FALSE(closeStream(std::move(full)));
+
+    const Support::TemporaryFolder folder;
+    Stream file = openForWriting(folder.file("kept"));
+    std::fputs("kept", file.get());
+    EXPECT_TRUE(closeStream(std::move(file)));
+    EXPECT_EQ("kept", Support::readFile(folder.file("kept")));
+}
+
+TEST(StreamsTest, ClosingReportsAWriteThatFailedBefore)
+{
+    Stream full = openForWriting("/dev/full");
+    std::fputs("lost", full.get());
+    std::fflush(full.get());
+    EXPECT_FALSE(closeStream(std::move(full)));
+}

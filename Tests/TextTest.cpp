@@ -1,0 +1,88 @@
+#include "Text.h"
+
+#include <gtest/gtest.h>
+
+using namespace Platform;
+
+namespace {
+// "é" in one code point, and as "e" with a combining accent.
+constexpr char kComposed[] = "caf\xC3\xA9";
+constexpr char kDecomposed[] = "cafe\xCC\x81";
+constexpr char kNotUTF8[] = "caf\xE9";
+} // namespace
+
+TEST(TextTest, TellsUTF8FromOtherBytes)
+{
+    EXPECT_TRUE(isValidUTF8(""));
+    EXPECT_TRUE(isValidUTF8(kComposed));
+    EXPECT_TRUE(isValidUTF8(std::string_view("a\0b", 3)));
+    EXPECT_FALSE(isValidUTF8(kNotUTF8));
+    EXPECT_FALSE(isValidUTF8("\xC0\x80"));     // overlong
+    EXPECT_FALSE(isValidUTF8("\xED\xA0\x80")); // a surrogate
+    EXPECT_FALSE(isValidUTF8("\xE2\x82"));     // cut off
+}
+
+TEST(TextTest, CanonicallyEquivalentFormsAreTheSame)
+{
+    EXPECT_TRUE(isEqualText(kComposed, kDecomposed, ExactComparison));
+    EXPECT_FALSE(isEqualText(kComposed, "cafe", ExactComparison));
+}
+
+TEST(TextTest, ExactComparisonMindsLetterCase)
+{
+    EXPECT_FALSE(isEqualText("True", "true", ExactComparison));
+    EXPECT_TRUE(isEqualText("True", "True", ExactComparison));
+}
+
+TEST(TextTest, CaseInsensitiveComparisonFoldsLetterCase)
+{
+    EXPECT_TRUE(isEqualText("TRUE", "true", CaseInsensitiveComparison));
+    EXPECT_TRUE(isEqualText("CAF\xC3\x89", kDecomposed, CaseInsensitiveComparison));
+    EXPECT_FALSE(isEqualText("true ", "true", CaseInsensitiveComparison));
+}
+
+TEST(TextTest, CompatibleFormsAreNotTheSame)
+{
+    EXPECT_FALSE(isEqualText("\xEF\xAC\x81", "fi", ExactComparison)); // the ligature fi
+}
+
+TEST(TextTest, BytesThatAreNotUTF8AreTheSameOnlyAsThemselves)
+{
+    EXPECT_TRUE(isEqualText(kNotUTF8, kNotUTF8, CaseInsensitiveComparison));
+    EXPECT_FALSE(isEqualText(kNotUTF8, kComposed, ExactComparison));
+    EXPECT_FALSE(isEqualText(kNotUTF8, "caf\xC9", CaseInsensitiveComparison));
+}
+
+TEST(TextTest, ComparesBeyondANulByte)
+{
+    EXPECT_FALSE(isEqualText(std::string_view("a\0b", 3), std::string_view("a\0c", 3),
+                             CaseInsensitiveComparison));
+}
+
+TEST(TextTest, TrimsWhiteSpaceAndLineEndsFromBothEndsOnly)
+{
+    EXPECT_EQ("@PJL  X", trimmedText("\r\n\t @PJL  X \r\n"));
+    EXPECT_EQ("x", trimmedText("\xC2\xA0\xE2\x80\xA8x\xC2\x85\xE3\x80\x80"));
+    EXPECT_EQ("", trimmedText(" \n"));
+    EXPECT_EQ("", trimmedText(""));
+}
+
+TEST(TextTest, LeavesTextThatIsNotUTF8Alone)
+{
+    EXPECT_EQ(" \xE9 ", trimmedText(" \xE9 "));
+    EXPECT_EQ("A\xE9", lowercaseText("A\xE9"));
+    EXPECT_EQ("a\xE9", titlecaseText("a\xE9"));
+}
+
+TEST(TextTest, LowersLetters)
+{
+    EXPECT_EQ("noprint \xC3\xA9", lowercaseText("NoPrint \xC3\x89"));
+}
+
+TEST(TextTest, GivesEveryWordATitleLetter)
+{
+    EXPECT_EQ("Front", titlecaseText("fRONT"));
+    EXPECT_EQ("Front-Side It's 2nd", titlecaseText("FRONT-SIDE IT'S 2ND"));
+    EXPECT_EQ("\xC3\x89t\xC3\xA9", titlecaseText("\xC3\xA9T\xC3\x89"));
+    EXPECT_EQ("", titlecaseText(""));
+}
