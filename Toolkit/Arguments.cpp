@@ -1,0 +1,283 @@
+#include "Arguments.h"
+
+#include "Text.h"
+#include "ToolkitError.h"
+#include "Values.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <span>
+#include <string_view>
+
+namespace {
+
+struct OptionDescription {
+    std::string_view name;
+    std::string_view value; ///< what the help calls the value; empty for a flag
+    std::string_view help;
+};
+
+struct CommandDescription {
+    std::string_view name;
+    std::string_view help;
+    std::span<const OptionDescription> options;
+    Command (*understand)(const Arguments &arguments);
+};
+
+constexpr std::array kWatermarkOptions = {
+    OptionDescription{"--above", "", "draw the text on top of the page's own marks,"},
+    OptionDescription{"--below", "", "or draw it beneath them (one of the two is needed)"},
+    OptionDescription{"--font", "NAME", "PostScript name of the font"},
+    OptionDescription{"--angle", "DEGREES", "how far the text is turned, counter-clockwise"},
+    OptionDescription{"--colour", "COLOUR", "1, 3 or 4 numbers from 0 to 1: grey, RGB or CMYK"},
+    OptionDescription{"--position", "X,Y", "lower left corner of the text, from the page's"},
+    OptionDescription{"--size", "LENGTH", "size of the font"},
+    OptionDescription{"--text", "TEXT", "the text, in UTF-8"},
+};
+constexpr std::array kBookletOptions = {
+    OptionDescription{"--pagesize", "NAME", "page size of the sheets"},
+    OptionDescription{"--centremargin", "LENGTH", "width of the clear strip along the fold"},
+    OptionDescription{"--outermargin", "LENGTH", "width of the clear strip at the other edges"},
+    OptionDescription{"--ordering", "LTR|RTL", "which way the booklet is read"},
+};
+constexpr std::array kCoverPagesOptions = {
+    OptionDescription{"--back-style", "STYLE", "back cover: none, noprint, print1 or print"},
+    OptionDescription{"--back-media", "MEDIA", "its media type, None for no request"},
+    OptionDescription{"--back-source", "SOURCE", "its paper source"},
+    OptionDescription{"--front-style", "STYLE", "front cover: none, noprint, print1 or print"},
+    OptionDescription{"--front-media", "MEDIA", "its media type, None for no request"},
+    OptionDescription{"--front-source", "SOURCE", "its paper source"},
+    OptionDescription{"--source", "SOURCE", "paper source of the job itself"},
+    OptionDescription{"--media", "MEDIA", "media type of the job itself"},
+    OptionDescription{"--duplex", "DUPLEX", "none, tumble or notumble: the job's sides"},
+};
+
+/// The value of an option that must be there once.
+const std::string &valueOf(const Arguments &arguments, std::string_view name)
+{
+    const auto isNamed = [&](const auto &option) { return option.first == name; };
+    const auto found = std::ranges::find_if(arguments.options, isNamed);
+    if (found == arguments.options.end())
+        throw ToolkitError("The option " + std::string(name) + " is missing.");
+    return found->second;
+}
+
+bool isGiven(const Arguments &arguments, std::string_view name)
+{
+    const auto isNamed = [&](const auto &option) { return option.first == name; };
+    return std::ranges::any_of(arguments.options, isNamed);
+}
+
+/// Whether the text goes on top; exactly one of the two flags says so.
+bool isAbove(const Arguments &arguments)
+{
+    const bool above = isGiven(arguments, "--above");
+    if (above == isGiven(arguments, "--below"))
+        throw ToolkitError("One of the options --above and --below is needed.");
+    return above;
+}
+
+/// The value of an option as `read` understands it.
+/// @param problem  what the user is told when it cannot be understood
+template <typename Read>
+auto readValue(const Arguments &arguments, std::string_view name, Read read, const char *problem)
+{
+    const auto value = read(valueOf(arguments, name));
+    if (!value)
+        throw ToolkitError(problem);
+    return *value;
+}
+
+std::optional<double> sizeFromText(std::string_view text)
+{
+    const auto size = lengthFromText(text);
+    return size && *size > 0 ? size : std::nullopt;
+}
+
+std::optional<double> marginFromText(std::string_view text)
+{
+    const auto margin = lengthFromText(text);
+    return margin && *margin >= 0 ? margin : std::nullopt;
+}
+
+std::optional<Ordering> orderingFromText(std::string_view text)
+{
+    if (text == "LTR")
+        return Ordering::LeftToRight;
+    return text == "RTL" ? std::optional(Ordering::RightToLeft) : std::nullopt;
+}
+
+/// An unknown word is no cover.
+CoverStyle coverStyleFromText(std::string_view text)
+{
+    if (text == "noprint")
+        return CoverStyle::NoPrint;
+    if (text == "print1")
+        return CoverStyle::Print1;
+    return text == "print" ? CoverStyle::Print : CoverStyle::None;
+}
+
+Command understandWatermark(const Arguments &arguments)
+{
+    return Watermark{
+        .above = isAbove(arguments),
+        .font = valueOf(arguments, "--font"),
+        .angle = readValue(arguments, "--angle", numberFromText,
+                           "The watermark's angle is not a number."),
+        .colour = readValue(arguments, "--colour", colourFromText,
+                            "The watermark's colour is not 1, 3 or 4 numbers from 0 to 1."),
+        .position = readValue(arguments, "--position", positionFromText,
+                              "The watermark's position is not two lengths with a comma between."),
+        .size = readValue(arguments, "--size", sizeFromText,
+                          "The watermark's size is not a length above 0."),
+        .text = readValue(arguments, "--text", printableText,
+                          "The watermark's text is not encoded in UTF-8."),
+    };
+}
+
+Command understandBooklet(const Arguments &arguments)
+{
+    return Booklet{
+        .pageSize = valueOf(arguments, "--pagesize"),
+        .centreMargin = readValue(arguments, "--centremargin", marginFromText,
+                                  "The booklet's centre margin is not a length."),
+        .outerMargin = readValue(arguments, "--outermargin", marginFromText,
+                                 "The booklet's outer margin is not a length."),
+        .ordering = readValue(arguments, "--ordering", orderingFromText,
+                              "The booklet's ordering is neither LTR nor RTL."),
+    };
+}
+
+Command understandCoverPages(const Arguments &arguments)
+{
+    return CoverPages{
+        .back = {.style = coverStyleFromText(valueOf(arguments, "--back-style")),
+                 .media = valueOf(arguments, "--back-media"),
+                 .source = valueOf(arguments, "--back-source")},
+        .front = {.style = coverStyleFromText(valueOf(arguments, "--front-style")),
+                  .media = valueOf(arguments, "--front-media"),
+                  .source = valueOf(arguments, "--front-source")},
+        .source = valueOf(arguments, "--source"),
+        .media = valueOf(arguments, "--media"),
+        .duplex = valueOf(arguments, "--duplex"),
+    };
+}
+
+constexpr std::array kCommands = {
+    CommandDescription{"watermark", "Draws a text on every page.", kWatermarkOptions,
+                       &understandWatermark},
+    CommandDescription{"booklet", "Puts the pages two on a side, in the order for folding.",
+                       kBookletOptions, &understandBooklet},
+    CommandDescription{"coverpages", "Feeds cover sheets before and behind the job.",
+                       kCoverPagesOptions, &understandCoverPages},
+};
+
+/// @return null for an unknown word
+const CommandDescription *findCommand(std::string_view word)
+{
+    const auto found = std::ranges::find(kCommands, word, &CommandDescription::name);
+    return found == kCommands.end() ? nullptr : &*found;
+}
+
+const OptionDescription &findOption(const CommandDescription &command, std::string_view word)
+{
+    const auto found = std::ranges::find(command.options, word, &OptionDescription::name);
+    if (found == command.options.end())
+        throw ToolkitError("There is an option that the command does not know.");
+    return *found;
+}
+
+bool looksLikeOption(std::string_view word)
+{
+    return word.starts_with("--");
+}
+
+void refuseRepeatedOptions(const Arguments &arguments)
+{
+    for (auto option = arguments.options.begin(); option != arguments.options.end(); ++option) {
+        const auto isSame = [&](const auto &other) { return other.first == option->first; };
+        if (std::any_of(std::next(option), arguments.options.end(), isSame))
+            throw ToolkitError("The option " + option->first + " is given twice.");
+    }
+}
+
+std::string overview()
+{
+    std::string text = "Usage: toolkit COMMAND OPTIONS INPUT OUTPUT\n"
+                       "       toolkit COMMAND --help\n"
+                       "       toolkit --help | --version\n\n"
+                       "Rewrites a PostScript or PDF document. Commands:\n\n";
+    for (const CommandDescription &command : kCommands) {
+        std::string name(command.name);
+        name.resize(12, ' ');
+        text += "  " + name + std::string(command.help) + "\n";
+    }
+    return text + "\nSee toolkit(1).\n";
+}
+
+std::string helpOfCommand(const CommandDescription &command)
+{
+    std::string text = "Usage: toolkit " + std::string(command.name) + " OPTIONS INPUT OUTPUT\n\n" +
+                       std::string(command.help) + " All options are needed:\n\n";
+    for (const OptionDescription &option : command.options) {
+        std::string column = "  " + std::string(option.name) + " " + std::string(option.value);
+        column.resize(25, ' ');
+        text += column + std::string(option.help) + "\n";
+    }
+    return text + "\nA length is a decimal number with pt, mm or in directly behind it, points "
+                  "without.\nSee toolkit(1).\n";
+}
+
+} // namespace
+
+Arguments splitArguments(const std::vector<std::string> &words)
+{
+    const CommandDescription *command = words.empty() ? nullptr : findCommand(words.front());
+    if (command == nullptr)
+        throw ToolkitError("The command must be watermark, booklet or coverpages.");
+
+    Arguments arguments{.command = words.front(), .options = {}, .input = {}, .output = {}};
+    auto word = std::next(words.begin());
+    for (; word != words.end() && looksLikeOption(*word); ++word) {
+        const OptionDescription &option = findOption(*command, *word);
+        std::string value;
+        if (!option.value.empty()) {
+            if (++word == words.end())
+                throw ToolkitError("The option " + std::string(option.name) + " lacks its value.");
+            value = *word;
+        }
+        arguments.options.emplace_back(option.name, std::move(value));
+    }
+    if (std::any_of(word, words.end(), looksLikeOption))
+        throw ToolkitError("The options must stand before the two files.");
+    if (words.end() - word != 2)
+        throw ToolkitError("There must be one input file and one output file.");
+    arguments.input = *word++;
+    arguments.output = *word;
+    return arguments;
+}
+
+Command commandFromArguments(const Arguments &arguments)
+{
+    refuseRepeatedOptions(arguments);
+    const CommandDescription *command = findCommand(arguments.command);
+    if (command == nullptr)
+        throw ToolkitError("The command must be watermark, booklet or coverpages.");
+    return command->understand(arguments);
+}
+
+std::optional<std::string> requestedHelp(const std::vector<std::string> &words)
+{
+    if (words.empty())
+        return std::nullopt;
+    const CommandDescription *command = findCommand(words.front());
+    if (command != nullptr && words.size() < 2)
+        return std::nullopt;
+    const std::string &word = command == nullptr ? words.front() : words[1];
+    if (word == "--version")
+        return "toolkit " KL_VERSION "\n";
+    if (word == "--help")
+        return command == nullptr ? overview() : helpOfCommand(*command);
+    return std::nullopt;
+}

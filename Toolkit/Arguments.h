@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Commands.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// The command line, told apart but not yet understood.
+struct Arguments {
+    std::string command;
+    /// Every option that was given with its value, in the order of the command line. A flag's
+    /// value is empty.
+    std::vector<std::pair<std::string, std::string>> options;
+    std::string input;
+    std::string output;
+};
+
+/// Tells the command line apart: command word, options, input file, output file.
+///
+/// The words before the first one that is no option of the command are options, each with its
+/// value; a value is a value whatever it looks like.
+/// @param words  the command line without the program's name
+/// @throws ToolkitError for an unknown command or option, for an option without its value and
+///         for more or fewer than two files. Which file the output is, is not known then.
+Arguments splitArguments(const std::vector<std::string> &words);
+
+/// Understands the options.
+/// @throws ToolkitError for an option that is missing or repeated and for a value that is refused
+Command commandFromArguments(const Arguments &arguments);
+
+/// The text that the command line asks for instead of work: "--help", "--version", or "--help"
+/// behind a command word. Ends in a line feed.
+/// @return nullopt when it asks for none
+std::optional<std::string> requestedHelp(const std::vector<std::string> &words);

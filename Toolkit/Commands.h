@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string>
+#include <variant>
+#include <vector>
+
+// What the toolkit is asked to do, as plain values. Lengths are points (1/72 inch).
+
+/// A point or a vector on a page, x to the right, y up.
+struct Point {
+    double x;
+    double y;
+};
+
+/// A text on every page.
+struct Watermark {
+    bool above;                 ///< on top of the page's own marks, else beneath them
+    std::string font;           ///< PostScript name of the font
+    double angle;               ///< degrees, counter-clockwise on the page as it is read
+    std::vector<double> colour; ///< 1 (grey), 3 (RGB) or 4 (CMYK) components from 0 to 1
+    Point position;             ///< lower left corner of the text's box
+    double size;                ///< of the font, above 0
+    std::string text;           ///< UTF-8 without control characters, perhaps empty
+};
+
+/// Which half of a sheet is read first.
+enum class Ordering { LeftToRight, RightToLeft };
+
+/// Two pages on each side of a sheet, for folding and stapling through the fold.
+struct Booklet {
+    std::string pageSize; ///< name of the sheet's page size
+    double centreMargin;  ///< whole width of the clear strip along the fold, not below 0
+    double outerMargin;   ///< width of the clear strip at the other three edges, not below 0
+    Ordering ordering;
+};
+
+/// What a cover carries; an unknown word is no cover.
+enum class CoverStyle { None, NoPrint, Print1, Print };
+
+/// One cover sheet.
+struct Cover {
+    CoverStyle style;
+    std::string media;  ///< choice of the PPD option "MediaType", "None" for no request
+    std::string source; ///< the toolkit's name of the paper source
+};
+
+/// Cover sheets around the job.
+struct CoverPages {
+    Cover back;
+    Cover front;
+    std::string source; ///< paper source of the job itself
+    std::string media;  ///< media of the job itself
+    std::string duplex; ///< "none", "tumble", "notumble" or the PPD's own word
+};
+
+/// One command with its options.
+using Command = std::variant<Watermark, Booklet, CoverPages>;

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+/// The files that one command works on. The streams stay the caller's, who checks the output for
+/// write errors when he closes it.
+struct Job {
+    std::FILE *input;    ///< regular file, seekable, at its start
+    std::FILE *output;   ///< regular file, seekable, empty
+    std::string ppdPath; ///< the queue's PPD; empty when there is none
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Streams.h"
+
+#include <cstdio>
+#include <string>
+
+/// The file that a command writes: there in full, or not at all.
+///
+/// It is written in place, so that an existing file keeps its mode and owner. Unless commit() was
+/// called, the destructor removes it, and so does a cancellation (Cancellation.h).
+class OutputFile {
+public:
+    /// Opens and empties the file, or makes it.
+    /// @param input  the input's stream, null when it could not be opened
+    /// @throws ToolkitError when it cannot be opened, is no regular file or is the input. The file
+    ///         is left as it was then.
+    OutputFile(const std::string &path, std::FILE *input);
+    ~OutputFile();
+    OutputFile(const OutputFile &) = delete;
+    OutputFile &operator=(const OutputFile &) = delete;
+
+    /// For writing, at the start. Owned by this object.
+    std::FILE *stream() const { return _stream.get(); }
+
+    /// Closes the file and keeps it.
+    /// @throws ToolkitError when not all of it could be written; it is removed then.
+    void commit();
+
+private:
+    std::string _path; ///< what the given path led to, links resolved
+    Platform::Stream _stream;
+    bool _committed = false;
+};

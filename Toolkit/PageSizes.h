@@ -1,0 +1,18 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+/// A page's extent in points, both above 0.
+struct PageSize {
+    double width;
+    double height;
+};
+
+/// The page size that a name stands for, upright or not as its owner has it.
+///
+/// The PPD's own names come first, then the standard ones ("A4", "Letter", "iso_a4_210x297mm").
+/// @param ppdPath  the queue's PPD; empty when there is none. One that cannot be read counts as
+///                 none.
+/// @return nullopt for a name that neither knows
+std::optional<PageSize> pageSizeNamed(const std::string &name, const std::string &ppdPath);

@@ -1,0 +1,24 @@
+#include "PostScriptCommands.h"
+
+#include "ToolkitError.h"
+
+namespace {
+
+constexpr char kNotYet[] = "PostScript documents cannot be processed yet.";
+
+} // namespace
+
+void applyWatermarkToPostScript(const Watermark &, const Job &)
+{
+    throw ToolkitError(kNotYet);
+}
+
+void applyBookletToPostScript(const Booklet &, const Job &)
+{
+    throw ToolkitError(kNotYet);
+}
+
+void applyCoverPagesToPostScript(const CoverPages &, const Job &)
+{
+    throw ToolkitError(kNotYet);
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <stdexcept>
+
+/// Why a command cannot be carried out: one sentence in plain words that the user is shown. It
+/// names nothing of the job: no text, no file, no option value.
+class ToolkitError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};

@@ -1,0 +1,58 @@
+#include "Arguments.h"
+#include "Cancellation.h"
+#include "Streams.h"
+#include "ToolkitError.h"
+#include "carryOut.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <new>
+#include <string>
+#include <vector>
+
+namespace {
+
+/// One line without control characters: the filter hands it on to the user.
+void complain(std::string message)
+{
+    for (char &c : message) {
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F)
+            c = ' ';
+    }
+    std::fprintf(stderr, "%s\n", message.c_str());
+}
+
+int printHelp(const std::string &text)
+{
+    return std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0 ? EXIT_SUCCESS
+                                                                             : EXIT_FAILURE;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    Platform::occupyStandardDescriptors();
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // a file size limit is a failed write
+    Platform::cleanUpWhenCancelled();
+
+    const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
+    try {
+        if (const auto help = requestedHelp(words))
+            return printHelp(*help);
+        const char *ppdPath = std::getenv("PPD");
+        carryOut(splitArguments(words), ppdPath == nullptr ? "" : ppdPath);
+        return EXIT_SUCCESS;
+    } catch (const ToolkitError &error) {
+        complain(error.what());
+    } catch (const std::bad_alloc &) {
+        complain("There is not enough memory.");
+    } catch (const std::exception &) {
+        // What a library has to say may quote the job.
+        complain("The document could not be processed.");
+    }
+    return EXIT_FAILURE;
+}
