@@ -1,0 +1,175 @@
+#include "Rendering.h"
+
+#include "Program.h"
+#include "TemporaryFolder.h"
+
+#include <algorithm>
+#include <sstream>
+#include <stdexcept>
+
+namespace Support {
+namespace {
+
+/// One line or word of a pixmap's header, comments left out.
+std::string headerWord(std::istream &header)
+{
+    std::string word;
+    while (header >> word && word.starts_with('#'))
+        std::getline(header, word);
+    return word;
+}
+
+double inkOf(Colour pixel)
+{
+    return 1.0 - (pixel.red + pixel.green + pixel.blue) / (3.0 * 255);
+}
+
+auto isColour(Colour colour)
+{
+    return [colour](Colour pixel) { return pixel == colour ? 1.0 : 0.0; };
+}
+
+std::vector<std::string> ghostscriptArguments(const std::string &path, const std::string &pages,
+                                              const RenderingOptions &options)
+{
+    std::vector<std::string> arguments = {"gs",
+                                          "-q",
+                                          "-dSAFER",
+                                          "-dBATCH",
+                                          "-dNOPAUSE",
+                                          "-sDEVICE=ppmraw",
+                                          "-dUseFastColor",
+                                          "-r" + std::to_string(options.resolution),
+                                          "-sOutputFile=" + pages};
+    if (options.smooth)
+        arguments.insert(arguments.end(), {"-dTextAlphaBits=4", "-dGraphicsAlphaBits=4"});
+    arguments.insert(arguments.end(), options.arguments.begin(), options.arguments.end());
+    arguments.push_back(path);
+    return arguments;
+}
+
+} // namespace
+
+RenderedPage::RenderedPage(std::string_view ppm, double resolution) : _pixel(72 / resolution)
+{
+    std::istringstream header{std::string(ppm.substr(0, 256))};
+    const std::string magic = headerWord(header);
+    _columns = std::stoul(headerWord(header));
+    _rows = std::stoul(headerWord(header));
+    const std::string largest = headerWord(header);
+    const auto begin = static_cast<std::size_t>(header.tellg()) + 1; // one white space ends it
+    if (magic != "P6" || largest != "255" || ppm.size() - begin != 3 * _columns * _rows)
+        throw std::runtime_error("not a pixmap of the expected form");
+    _pixels.reserve(_columns * _rows);
+    for (std::size_t at = begin; at < ppm.size(); at += 3)
+        _pixels.push_back({static_cast<std::uint8_t>(ppm[at]),
+                           static_cast<std::uint8_t>(ppm[at + 1]),
+                           static_cast<std::uint8_t>(ppm[at + 2])});
+}
+
+Colour RenderedPage::colourAt(Point place) const
+{
+    if (place.x < 0 || place.y < 0 || place.x >= width() || place.y >= height())
+        throw std::out_of_range("no such place on the page");
+    const auto column = static_cast<std::size_t>(place.x / _pixel);
+    const auto rowFromBelow = static_cast<std::size_t>(place.y / _pixel);
+    return _pixels.at((_rows - 1 - rowFromBelow) * _columns + column);
+}
+
+std::optional<Box> RenderedPage::boxOf(Colour colour) const
+{
+    return boxWhere(isColour(colour));
+}
+
+std::optional<Box> RenderedPage::inkBox() const
+{
+    return boxWhere(inkOf);
+}
+
+std::optional<Point> RenderedPage::centreOf(Colour colour) const
+{
+    return centreWhere(isColour(colour));
+}
+
+std::optional<Point> RenderedPage::inkCentre() const
+{
+    return centreWhere(inkOf);
+}
+
+double RenderedPage::coverage() const
+{
+    return shareWhere(inkOf);
+}
+
+double RenderedPage::shareOf(Colour colour) const
+{
+    return shareWhere(isColour(colour));
+}
+
+template <class Weight>
+std::optional<Box> RenderedPage::boxWhere(const Weight &weightOf) const
+{
+    std::size_t left = _columns, right = 0, top = _rows, bottom = 0;
+    for (std::size_t row = 0; row < _rows; ++row) {
+        for (std::size_t column = 0; column < _columns; ++column) {
+            if (!(weightOf(_pixels[row * _columns + column]) > 0))
+                continue;
+            left = std::min(left, column);
+            right = std::max(right, column + 1);
+            top = std::min(top, row);
+            bottom = std::max(bottom, row + 1);
+        }
+    }
+    if (right == 0)
+        return std::nullopt;
+    const auto points = [this](std::size_t pixels) { return static_cast<double>(pixels) * _pixel; };
+    return Box{points(left), points(_rows - bottom), points(right), points(_rows - top)};
+}
+
+template <class Weight>
+std::optional<Point> RenderedPage::centreWhere(const Weight &weightOf) const
+{
+    double sum = 0, x = 0, y = 0;
+    for (std::size_t row = 0; row < _rows; ++row) {
+        for (std::size_t column = 0; column < _columns; ++column) {
+            const double weight = weightOf(_pixels[row * _columns + column]);
+            sum += weight;
+            x += weight * (static_cast<double>(column) + 0.5);
+            y += weight * (static_cast<double>(_rows - row) - 0.5);
+        }
+    }
+    if (!(sum > 0))
+        return std::nullopt;
+    return Point{x / sum * _pixel, y / sum * _pixel};
+}
+
+template <class Weight>
+double RenderedPage::shareWhere(const Weight &weightOf) const
+{
+    double sum = 0;
+    for (const Colour pixel : _pixels)
+        sum += weightOf(pixel);
+    return _pixels.empty() ? 0 : sum / static_cast<double>(_pixels.size());
+}
+
+Rendering renderFile(const std::string &path, const RenderingOptions &options)
+{
+    const TemporaryFolder folder;
+    const ProgramResult result =
+        runProgram({.arguments = ghostscriptArguments(path, folder.file("%06d.ppm"), options),
+                    .timeLimit = options.timeLimit});
+    Rendering rendering = {{}, result.output + result.errors};
+    if (result.exitStatus != 0)
+        throw std::runtime_error("Ghostscript failed: " + rendering.log);
+    for (const std::string &page : folder.names())
+        rendering.pages.emplace_back(readFile(folder.file(page)), options.resolution);
+    return rendering;
+}
+
+Rendering renderText(std::string_view document, const RenderingOptions &options)
+{
+    const TemporaryFolder folder;
+    return renderFile(folder.write("document", document), options);
+}
+
+} // namespace Support
