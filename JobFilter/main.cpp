@@ -1,5 +1,7 @@
 #include "Cancellation.h"
 #include "KLFileUtilities.h"
+#include "KLPJLHandler.h"
+#include "KLPrintJob.h"
 #include "KLPrintOptions.h"
 #include "Streams.h"
 #include "WriteLog.h"
@@ -94,18 +96,31 @@ void applyToolkit(const KLPrintOptions &options)
                  "applied");
 }
 
-/// Writes the PJL header that the PPD gives for the job's marked choices.
-void writeHeader(const Arguments &arguments, const KLPrintOptions &options)
+/// The PJL header that the PPD gives for the job's marked choices, to be read from its start; null
+/// when there is no place to put it.
+Platform::Stream makeHeader(const Arguments &arguments, const KLPrintOptions &options)
 {
-    const Platform::Stream header = Platform::openTemporary();
+    Platform::Stream header = Platform::openTemporary();
     if (!header)
-        return; // like a PPD that gives no header
+        return nullptr;
     ppdEmitJCL(options.ppd(), header.get(), std::atoi(arguments.jobId), arguments.userName,
                arguments.jobTitle);
     if (std::fflush(header.get()) != 0 || std::ferror(header.get()) != 0)
         throw FatalError(kUnableToProcess);
     std::fseek(header.get(), 0, SEEK_SET);
-    spoolToFile(header.get(), stdout);
+    return header;
+}
+
+/// Walks the PJL header line by line onto standard output.
+void writeHeader(const Arguments &arguments, const std::shared_ptr<KLPrintOptions> &options)
+{
+    Platform::Stream header = makeHeader(arguments, *options);
+    if (!header)
+        return; // like a PPD that gives no header
+    const auto job = std::make_shared<KLPrintJob>(header.release(), true, stdout, false);
+    job->setPrintOptions(options);
+    KLPJLHandler::enumeratePJLFromPrintJobUsingBlock(
+        job, [](KLPJLHandler &, const std::string &) { /* every line stays as it is */ });
 }
 
 void writeBody(FILE *job)
@@ -138,7 +153,7 @@ void printJob(const Arguments &arguments)
     if (!job)
         throw FatalError(kUnableToRead);
 
-    writeHeader(arguments, *options);
+    writeHeader(arguments, options);
     writeBody(job.get());
     writeJobEnd(*options);
     if (jobFile.spooled)
