@@ -88,20 +88,33 @@ TEST_F(SampleDriverTest, OneOfTheTwoFilterLinesAloneIsRefused)
 
 TEST_F(SampleDriverTest, DeclaresEveryPlainOptionThatTheFilterReads)
 {
-    EXPECT_THAT(keywords(),
-                IsSupersetOf({"AP_ColorMatchingMode", "BackCoverMediaType", "BackCoverPrintStyle",
-                              "BackCoverSource", "BookletCenterMargin", "BookletOuterMargin",
-                              "BookletPageLayout", "BookletPaperSize", "Duplex",
-                              "FrontCoverMediaType", "FrontCoverPrintStyle", "FrontCoverSource",
-                              "InputSlot", "MediaType", "PageSize", "PrintAsWell", "PrintMode",
-                              "StoreToDocStore", "UseBackCover", "UseFrontCover",
-                              "UseOpenDirectoryForAuthentication"}));
+    EXPECT_THAT(keywords(), IsSupersetOf({"AP_ColorMatchingMode",
+                                          "BackCoverMediaType",
+                                          "BackCoverPrintStyle",
+                                          "BackCoverSource",
+                                          "BookletCenterMargin",
+                                          "BookletOuterMargin",
+                                          "BookletPageLayout",
+                                          "BookletPaperSize",
+                                          "Duplex",
+                                          "FrontCoverMediaType",
+                                          "FrontCoverPrintStyle",
+                                          "FrontCoverSource",
+                                          "InputSlot",
+                                          "MediaType",
+                                          "PageSize",
+                                          "PrintAsWell",
+                                          "PrintMode",
+                                          "StoreToDocStore",
+                                          "UseBackCover",
+                                          "UseFrontCover",
+                                          "UseOpenDirectoryForAuthentication"}));
 }
 
 TEST_F(SampleDriverTest, HeaderBeginsWithTheMarkerAndEndsByEnteringPostScript)
 {
     const std::string text = header();
-    EXPECT_THAT(text, testing::StartsWith("\033%-12345X@PJL JOB NAME = \"title\""));
+    EXPECT_THAT(text, testing::StartsWith("\033%-12345X@PJL\n@PJL JOB NAME = \"title\""));
     EXPECT_THAT(text, testing::EndsWith("\r\n@PJL ENTER LANGUAGE = POSTSCRIPT\r\n"));
 }
 
