@@ -3,6 +3,7 @@
 #include "Numbers.h"
 #include "ObjectFormat.h"
 #include "Text.h"
+#include "markedChoices.h"
 #include "postscriptRules.h"
 
 #include <cups/cups.h>
@@ -161,18 +162,9 @@ void KLPrintOptions::loadPPD()
 
 void KLPrintOptions::storeMarkedChoices()
 {
-    for (const ppd_group_t &group :
-         std::span(_ppd->groups, static_cast<std::size_t>(_ppd->num_groups))) {
-        for (const ppd_option_t &option :
-             std::span(group.options, static_cast<std::size_t>(group.num_options))) {
-            for (const ppd_choice_t &choice :
-                 std::span(option.choices, static_cast<std::size_t>(option.num_choices))) {
-                // No stop at the first marked choice: the last one is what stays.
-                if (choice.marked)
-                    setValueForKey(choice.choice, option.keyword);
-            }
-        }
-    }
+    // Where several choices of an option are marked, the last one is what stays.
+    for (auto &[keyword, choice] : markedChoices(*_ppd))
+        setValueForKey(std::move(choice), keyword);
 }
 
 void KLPrintOptions::storeOption(std::string key, std::string text)

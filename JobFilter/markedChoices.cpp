@@ -1,0 +1,28 @@
+#include "markedChoices.h"
+
+#include <span>
+
+namespace {
+
+/// A libcups array and its count.
+template <class Element>
+std::span<const Element> listOf(const Element *first, int count)
+{
+    return {first, static_cast<std::size_t>(count)};
+}
+
+} // namespace
+
+std::vector<std::pair<std::string, std::string>> markedChoices(const ppd_file_t &ppd)
+{
+    std::vector<std::pair<std::string, std::string>> marked;
+    for (const ppd_group_t &group : listOf(ppd.groups, ppd.num_groups)) {
+        for (const ppd_option_t &option : listOf(group.options, group.num_options)) {
+            for (const ppd_choice_t &choice : listOf(option.choices, option.num_choices)) {
+                if (choice.marked)
+                    marked.emplace_back(option.keyword, choice.choice);
+            }
+        }
+    }
+    return marked;
+}
