@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstddef>
+#include <fontconfig/fontconfig.h>
+#include <ft2build.h>
+#include <hb.h>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+#include FT_FREETYPE_H
+
+namespace Platform {
+
+/// Releases a C library's object by the given function.
+template <auto release>
+struct Releaser {
+    template <class Object>
+    void operator()(Object *object) const
+    {
+        release(object);
+    }
+};
+
+/// A font file, opened at one pixel per font unit, so that nothing is rounded or hinted.
+///
+/// Lengths of `shaper()` and of glyph outlines come in font units times 64; times `unit()` they
+/// are fractions of the font's size. The other lengths are such fractions at once.
+class Font {
+public:
+    /// @return nullopt when the file cannot be read or has no outlines.
+    static std::optional<Font> open(FT_Library library, const FcPattern *pattern);
+
+    FT_Face face() const { return _face.get(); }
+    hb_font_t *shaper() const { return _shaper.get(); }
+    double unit() const { return 1.0 / (64.0 * _face->units_per_EM); }
+    double ascent() const { return fraction(_face->ascender); }
+    double descent() const { return fraction(-_face->descender); }
+    double lineGap() const { return fraction(_face->height) - ascent() - descent(); }
+    bool hasCharacter(char32_t character) const
+    {
+        return FT_Get_Char_Index(_face.get(), character) != 0;
+    }
+
+private:
+    explicit Font(FT_Face face);
+    double fraction(double fontUnits) const { return fontUnits / _face->units_per_EM; }
+
+    std::unique_ptr<FT_FaceRec_, Releaser<FT_Done_Face>> _face;
+    std::unique_ptr<hb_font_t, Releaser<hb_font_destroy>> _shaper;
+};
+
+/// The font of a PostScript name and those that fontconfig puts behind it for what it lacks.
+class Fonts {
+public:
+    /// @param postScriptName  an unknown one gives what fontconfig takes for the nearest.
+    explicit Fonts(const std::string &postScriptName);
+
+    /// True only when the system has no font that could be opened.
+    bool empty() const { return _fonts.empty(); }
+
+    /// 0 is the font of the name. The index is one that fontWithCharacter() has returned.
+    const Font &operator[](std::size_t index) const { return _fonts[index]; }
+
+    /// The font to set the character in: the first that has it, else the font of the name.
+    std::size_t fontWithCharacter(char32_t character);
+
+private:
+    bool open(const FcPattern *pattern);
+    void openNamedFont(const std::string &postScriptName);
+    bool openSubstituteFor(char32_t character);
+    const FcFontSet &substitutes();
+
+    std::unique_ptr<FT_LibraryRec_, Releaser<FT_Done_FreeType>> _library;
+    std::unique_ptr<FcPattern, Releaser<FcPatternDestroy>> _wanted;
+    std::unique_ptr<FcFontSet, Releaser<FcFontSetDestroy>> _substitutes; ///< made when needed
+    std::vector<Font> _fonts;
+};
+
+} // namespace Platform

@@ -1,0 +1,66 @@
+#include "Module.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using Platform::ModuleError;
+using Platform::symbolFromModule;
+
+namespace {
+
+/// What the module error says about the call, or the empty text when it succeeds.
+std::string complaint(const std::string &fileName, const std::string &symbol)
+{
+    try {
+        symbolFromModule(fileName, symbol);
+    } catch (const ModuleError &error) {
+        return error.what();
+    }
+    return {};
+}
+
+} // namespace
+
+TEST(ModuleTest, FindsAnExportedFunctionThroughTheProgramsRunPath)
+{
+    EXPECT_NE(nullptr, symbolFromModule("KLTextMeasuringModule.so", "KLMeasureText"));
+}
+
+TEST(ModuleTest, GivesTheSameFunctionTwice)
+{
+    EXPECT_EQ(symbolFromModule("KLTextMeasuringModule.so", "KLMeasureText"),
+              symbolFromModule("KLTextMeasuringModule.so", "KLMeasureText"));
+}
+
+TEST(ModuleTest, NamesTheModuleThatIsMissing)
+{
+    EXPECT_THAT(complaint("KLNoSuchModule.so", "KLAny"),
+                testing::AllOf(testing::StartsWith("Unable to load module: "),
+                               testing::HasSubstr("KLNoSuchModule.so")));
+}
+
+TEST(ModuleTest, NamesTheSymbolThatIsMissing)
+{
+    EXPECT_THAT(complaint("KLTextMeasuringModule.so", "KLNoSuchSymbol"),
+                testing::AllOf(testing::StartsWith("Unable to use module: "),
+                               testing::HasSubstr("KLTextMeasuringModule.so"),
+                               testing::HasSubstr("KLNoSuchSymbol")));
+}
+
+TEST(ModuleTest, ExportsNothingButItsFunctions)
+{
+    EXPECT_NE("", complaint("KLTextMeasuringModule.so",
+                            "_ZN8Platform11measureTextERKNSt7__cxx1112basic_stringIcSt11char_"
+                            "traitsIcESaIcEEES7_d"));
+}
+
+TEST(ModuleTest, RefusesAPath)
+{
+    EXPECT_EQ("Unable to load module \"./KLTextMeasuringModule.so\": not a plain file name",
+              complaint("./KLTextMeasuringModule.so", "KLMeasureText"));
+}
+
+TEST(ModuleTest, RefusesAnEmptyName)
+{
+    EXPECT_EQ("Unable to load module \"\": not a plain file name", complaint("", "main"));
+}
