@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+/// Takes the job control out of a stream of page data, block by block.
+///
+/// A job-control block begins at each universal exit language marker (byte 27 and "%-12345X"),
+/// wherever it stands. It goes up to and including the line that enters a page language ("@PJL
+/// ENTER LANGUAGE", in any letter case), or up to a line that begins with "%!", to the next marker
+/// or to the end, whichever comes first. The "%!" is kept, also directly behind the marker. Lines
+/// end at LF, CR or CR LF. Bytes 4 (control-D) right before a marker or the end are dropped too.
+/// All other bytes are kept as they are, in order, however the stream was cut into blocks.
+/// Memory does not grow with the stream. One thread.
+class KLJobControlStripper {
+public:
+    /// Takes bytes that are kept; the view is valid during the call only.
+    using Sink = std::function<void(std::string_view)>;
+
+    /// @param sink  called from strip() and never with an empty view
+    explicit KLJobControlStripper(Sink sink);
+
+    /// Takes the next bytes of the stream. The last few may be held back until more come.
+    void strip(std::string_view block);
+
+    /// The stream has ended: hands over what was held back and belongs to the page data.
+    void finish();
+
+    /// True once bytes have been dropped.
+    bool hasDropped() const { return _hasDropped; }
+
+    /// True once bytes have been handed to the sink.
+    bool hasKept() const { return _hasKept; }
+
+private:
+    void takeMarker();
+    void takeData(std::string_view bytes);
+    void keep(std::string_view bytes);
+    void writePendingEnds();
+    std::string_view skipJobControl(std::string_view bytes);
+    std::string_view skipLineFeed(std::string_view bytes);
+    void enterPageData();
+    void noteLineByte(char byte);
+    bool lineEntersLanguage() const;
+    void hand(std::string_view bytes);
+
+    Sink _sink;
+    std::size_t _matched = 0;     ///< bytes of a marker that ended the stream so far
+    std::size_t _pendingEnds = 0; ///< control-Ds that ended the page data so far
+    bool _inJobControl = false;
+    bool _skipsLineFeed = false; ///< the line before ended in CR: a LF belongs to it
+    std::string _lineStart;      ///< in job control: the line's beginning, in normal form
+    bool _hasDropped = false;
+    bool _hasKept = false;
+};

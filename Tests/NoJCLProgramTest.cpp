@@ -1,0 +1,147 @@
+#include "Support/Program.h"
+#include "Support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <string>
+#include <unistd.h>
+
+using Support::ProgramCall;
+using Support::runProgram;
+using Support::TemporaryFolder;
+
+namespace {
+
+const std::string kMarker = "\033%-12345X";
+const std::string kPages = "%!PS-Adobe-3.0\nshowpage\n%%EOF\n";
+const std::string kJob = kMarker + "@PJL ENTER LANGUAGE=POSTSCRIPT\n" + kPages + kMarker;
+constexpr char kUnableToRead[] = "CRIT: Unable to read from input\n";
+constexpr char kUnableToWrite[] = "CRIT: Unable to write print data\n";
+
+ProgramCall call(const std::string &input)
+{
+    return {.arguments = {KL_NOJCL, "1", "anna", "title", "1", ""}, .input = input};
+}
+
+ProgramCall callWithFile(const std::string &path)
+{
+    return {.arguments = {KL_NOJCL, "1", "anna", "title", "1", "", path}};
+}
+
+TEST(NoJCLProgramTest, JobOnStandardInput)
+{
+    const auto result = runProgram(call(kJob));
+    EXPECT_EQ(kPages, result.output);
+    EXPECT_EQ("", result.errors);
+    EXPECT_EQ(0, result.exitStatus);
+}
+
+TEST(NoJCLProgramTest, JobInAFileThatStaysAsItIs)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.write("job", kJob);
+    const auto result = runProgram(callWithFile(path));
+    EXPECT_EQ(kPages, result.output);
+    EXPECT_EQ("", result.errors);
+    EXPECT_EQ(0, result.exitStatus);
+    EXPECT_EQ(kJob, Support::readFile(path));
+}
+
+TEST(NoJCLProgramTest, OtherArgumentCountsGetTheUsageText)
+{
+    for (const std::vector<std::string> &arguments :
+         {std::vector<std::string>{KL_NOJCL, "1", "anna", "title", "1"},
+          std::vector<std::string>{KL_NOJCL, "1", "anna", "title", "1", "", "job", "more"}}) {
+        const auto result = runProgram({.arguments = arguments});
+        EXPECT_EQ("Unexpected number of arguments. Usage:\n\n" + arguments[0] +
+                      " job-id username job-title num-copies options [ file ]\n",
+                  result.errors);
+        EXPECT_EQ("", result.output);
+        EXPECT_EQ(1, result.exitStatus);
+    }
+}
+
+TEST(NoJCLProgramTest, EmptyJobStaysEmpty)
+{
+    const auto result = runProgram(call(""));
+    EXPECT_EQ("", result.output);
+    EXPECT_EQ("", result.errors);
+    EXPECT_EQ(0, result.exitStatus);
+}
+
+TEST(NoJCLProgramTest, JobOfNothingButJobControlSaysSo)
+{
+    const auto result = runProgram(call(kMarker + "@PJL EOJ\n" + kMarker));
+    EXPECT_EQ("", result.output);
+    EXPECT_EQ("ERROR: The job holds job control only, there is nothing to print\n", result.errors);
+    EXPECT_EQ(0, result.exitStatus);
+}
+
+TEST(NoJCLProgramTest, UnreadableJobs)
+{
+    const TemporaryFolder folder;
+    for (const std::string &path : {folder.file("missing"), folder.path()}) {
+        const auto result = runProgram(callWithFile(path));
+        EXPECT_EQ(kUnableToRead, result.errors);
+        EXPECT_EQ(1, result.exitStatus);
+    }
+}
+
+TEST(NoJCLProgramTest, ReadErrorInTheMiddleIsReported)
+{
+    ProgramCall onDirectory = call("");
+    onDirectory.inChild = [] {
+        close(0);
+        open("/", O_RDONLY);
+    };
+    const auto result = runProgram(onDirectory);
+    EXPECT_EQ(kUnableToRead, result.errors);
+    EXPECT_EQ(1, result.exitStatus);
+}
+
+TEST(NoJCLProgramTest, FullDiskIsReportedForLongAndForShortJobs)
+{
+    for (const std::size_t pages : {1U, 10000U}) {
+        std::string job;
+        for (std::size_t page = 0; page < pages; page++)
+            job += kPages;
+        ProgramCall toFullDisk = call(job);
+        toFullDisk.inChild = [] {
+            close(1);
+            open("/dev/full", O_WRONLY);
+        };
+        const auto result = runProgram(toFullDisk);
+        EXPECT_EQ(kUnableToWrite, result.errors) << pages;
+        EXPECT_EQ(1, result.exitStatus);
+    }
+}
+
+TEST(NoJCLProgramTest, ReaderThatHasGoneIsAFailedWrite)
+{
+    ProgramCall toClosedPipe = call(kPages);
+    toClosedPipe.inChild = [] {
+        int ends[2];
+        if (pipe(ends) == 0) {
+            dup2(ends[1], 1);
+            close(ends[0]);
+            close(ends[1]);
+        }
+    };
+    const auto result = runProgram(toClosedPipe);
+    EXPECT_EQ(kUnableToWrite, result.errors);
+    EXPECT_EQ(1, result.exitStatus);
+}
+
+TEST(NoJCLProgramTest, ClosedStandardStreamsAreFailures)
+{
+    ProgramCall withoutOutput = call(kPages);
+    withoutOutput.inChild = [] { close(1); };
+    EXPECT_EQ(1, runProgram(withoutOutput).exitStatus);
+    ProgramCall withoutInput = call("");
+    withoutInput.inChild = [] { close(0); };
+    EXPECT_EQ(1, runProgram(withoutInput).exitStatus);
+}
+
+} // namespace
