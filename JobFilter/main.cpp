@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <unistd.h>
@@ -73,6 +74,13 @@ JobFile secureJobData(const Arguments &arguments)
     return spoolStandardInput();
 }
 
+void removeIfSpooled(const JobFile &jobFile)
+{
+    if (jobFile.spooled)
+        unlink(jobFile.path.c_str());
+}
+
+/// Builds the store with the arguments as defaults.
 std::shared_ptr<KLPrintOptions> makeOptions(const Arguments &arguments)
 {
     auto options = std::make_shared<KLPrintOptions>(arguments.options);
@@ -80,6 +88,18 @@ std::shared_ptr<KLPrintOptions> makeOptions(const Arguments &arguments)
     options->setDefaultValueForKey(arguments.jobTitle, "com.kalmira.jobname");
     options->setDefaultValueForKey(arguments.copies, "com.kalmira.copies");
     return options;
+}
+
+/// The same; a queue without a usable PPD prints nothing, so the pages are not left lying about.
+std::shared_ptr<KLPrintOptions> makeOptionsOrClear(const Arguments &arguments,
+                                                   const JobFile &jobFile)
+{
+    try {
+        return makeOptions(arguments);
+    } catch (const KLNoPPDError &) {
+        removeIfSpooled(jobFile);
+        throw;
+    }
 }
 
 void settleDomain(KLPrintOptions &options)
@@ -145,7 +165,7 @@ void writeJobEnd(const KLPrintOptions &options)
 void printJob(const Arguments &arguments)
 {
     const JobFile jobFile = secureJobData(arguments);
-    const auto options = makeOptions(arguments);
+    const auto options = makeOptionsOrClear(arguments, jobFile);
     settleDomain(*options);
     applyToolkit(*options);
 
@@ -156,8 +176,7 @@ void printJob(const Arguments &arguments)
     writeHeader(arguments, options);
     writeBody(job.get());
     writeJobEnd(*options);
-    if (jobFile.spooled)
-        unlink(jobFile.path.c_str());
+    removeIfSpooled(jobFile);
 }
 
 [[noreturn]] void die(const char *reason)
@@ -183,6 +202,8 @@ int main(int argc, char *argv[])
     }
     try {
         printJob({argv[1], argv[2], argv[3], argv[4], argv[5], argc == 7 ? argv[6] : nullptr});
+    } catch (const std::bad_alloc &) {
+        die("Out of memory");
     } catch (const std::exception &error) {
         die(error.what());
     }
