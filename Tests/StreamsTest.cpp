@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Platform;
 
@@ -78,4 +79,16 @@ TEST(StreamsTest, ClosingReportsAWriteThatFailedBefore)
     std::fputs("lost", full.get());
     std::fflush(full.get());
     EXPECT_FALSE(closeStream(std::move(full)));
+}
+
+TEST(StreamsTest, ClosedStandardDescriptorsGetStandInsThatNeitherReadNorWrite)
+{
+    const auto opening = [](int descriptor) { return fcntl(descriptor, F_GETFL) & O_ACCMODE; };
+    const auto occupied = [&opening] {
+        close(STDIN_FILENO);
+        close(STDOUT_FILENO);
+        occupyStandardDescriptors();
+        return opening(STDIN_FILENO) == O_WRONLY && opening(STDOUT_FILENO) == O_RDONLY;
+    };
+    EXPECT_EXIT(_exit(occupied() ? 0 : 1), testing::ExitedWithCode(0), "");
 }
