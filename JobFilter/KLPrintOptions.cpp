@@ -2,9 +2,13 @@
 
 #include "Numbers.h"
 #include "ObjectFormat.h"
+#include "SystemLog.h"
 #include "Text.h"
+#include "WriteLog.h"
+#include "coverPageRules.h"
 #include "markedChoices.h"
 #include "postscriptRules.h"
+#include "watermarkRules.h"
 
 #include <cups/cups.h>
 
@@ -197,6 +201,33 @@ std::optional<std::string> KLPrintOptions::textForKey(std::string_view key) cons
     return value ? std::optional(Platform::description(*value)) : std::nullopt;
 }
 
+std::string KLPrintOptions::textForKeyWithDefault(std::string_view key,
+                                                  const char *defaultText) const
+{
+    return Platform::description(valueForKeyWithDefault(key, defaultText).value());
+}
+
+std::int64_t KLPrintOptions::integerForKey(std::string_view key) const
+{
+    const auto value = valueForKey(key);
+    if (!value)
+        return 0;
+    if (const auto *text = std::get_if<std::string>(&*value))
+        return Platform::integerFromText(*text);
+    const auto *integer = std::get_if<std::int64_t>(&*value);
+    return integer != nullptr ? *integer : std::get<bool>(*value);
+}
+
+bool KLPrintOptions::isTrue(std::string_view key) const
+{
+    return valueForKeyIsEqualToStringOptions(key, "true", Platform::CaseInsensitiveComparison);
+}
+
+bool KLPrintOptions::isOneSided() const
+{
+    return valueForKeyIsEqualToString("Duplex", "None");
+}
+
 //
 // What the PPD says
 //
@@ -271,4 +302,70 @@ ppd_choice_t *KLPrintOptions::findChoiceWithNameForOption(const std::string &nam
                                                           ppd_option_t &option)
 {
     return ppdFindChoice(&option, name.c_str());
+}
+
+//
+// Cover pages
+//
+
+std::optional<std::string>
+KLPrintOptions::generateCoverPageCodeForPositionRestorationPage(std::string_view position,
+                                                                std::int64_t &restorationPage) const
+{
+    using Platform::objectFormat;
+
+    const std::string title = Platform::titlecaseText(position);
+    const std::string useKey = objectFormat("com.kalmira.pde.cover-pages.use%@Cover", title);
+    if (!isTrue(useKey)) {
+        Platform::writeSystemLog(onOneLine(
+            objectFormat("%@ cover is not enabled (%@ = %@)", title, useKey, valueForKey(useKey))));
+        return std::nullopt;
+    }
+
+    const std::string name = Platform::lowercaseText(position);
+    const auto setting = [&](std::string_view keyFormat) {
+        return textForKey(objectFormat(keyFormat, name));
+    };
+    const auto source = setting("com.kalmira.pde.cover-pages.%@CoverSource");
+    const auto mediaType = setting("com.kalmira.pde.cover-pages.%@CoverMediaType");
+    const auto printStyle = setting("com.kalmira.pde.cover-pages.%@CoverPrintStyle");
+    if (!source || !mediaType || !printStyle)
+        return std::nullopt;
+
+    const FrontCover front = name == "front" ? frontCover(*printStyle, isOneSided()) : FrontCover{};
+    restorationPage = front.restorationPage.value_or(restorationPage);
+    return coverPagePostScript(
+        {title, *source, *mediaType, *printStyle,
+         convertPJLCodeToPostscriptForPPDOptionWithChoice("MediaType", *mediaType),
+         codeForPPDOptionWithChoice("InputSlot", *source), front.addition});
+}
+
+std::int64_t KLPrintOptions::calculateBackCoverPageFromTotalPages(std::int64_t totalPages) const
+{
+    if (!isTrue("com.kalmira.pde.cover-pages.useBackCover"))
+        return -1;
+    const bool frontPrintedOnce =
+        isTrue("com.kalmira.pde.cover-pages.useFrontCover") &&
+        valueForKeyIsEqualToString("com.kalmira.pde.cover-pages.frontCoverPrintStyle", "Print1");
+    return backCoverPage(totalPages, textForKey("com.kalmira.pde.cover-pages.backCoverPrintStyle"),
+                         isOneSided(), frontPrintedOnce);
+}
+
+//
+// The watermark
+//
+
+std::string KLPrintOptions::generageWatermarkCode() const
+{
+    return watermarkPostScript({
+        .text = textForKeyWithDefault("com.kalmira.pde.watermark.text", ""),
+        .font = textForKeyWithDefault("com.kalmira.pde.watermark.font", "Helvetica"),
+        .size = textForKeyWithDefault("com.kalmira.pde.watermark.size", "50.0"),
+        .x = textForKeyWithDefault("com.kalmira.pde.watermark.x", "50.0"),
+        .y = textForKeyWithDefault("com.kalmira.pde.watermark.y", "50.0"),
+        .angle = textForKeyWithDefault("com.kalmira.pde.watermark.angle", "0.0"),
+        .color = textForKeyWithDefault("com.kalmira.pde.watermark.color", "0 0 0 1"),
+        .beneath = valueForKeyIsEqualToString("com.kalmira.pde.watermark.ordering", "0"),
+        .orientation = integerForKey("orientation-requested"),
+    });
 }

@@ -113,6 +113,33 @@ public:
     ///         none or the PPD does not know its name
     KLPageSize pageSize() const;
 
+    // Cover pages and watermark as PostScript. A job gets its own from the toolkit: nothing that
+    // prints a job calls these.
+
+    /// The PostScript that feeds a cover sheet from its own source and media, made from the
+    /// settings under "com.kalmira.pde.cover-pages." (see coverPageRules.h).
+    ///
+    /// @param position         "front" or "back", in any letter case
+    /// @param restorationPage  for a front cover in a known style, set to the job's page, counted
+    ///                         from 1, at which its own settings must be in force again; else left
+    /// @return nullopt when the cover is not wanted, which the system log is told, and when its
+    ///         source, media type or print style is missing, which nobody is told
+    std::optional<std::string>
+    generateCoverPageCodeForPositionRestorationPage(std::string_view position,
+                                                    std::int64_t &restorationPage) const;
+
+    /// The job's page, counted from 1, at which the back cover begins (see backCoverPage()).
+    /// @return -1 when there is none or it is not wanted
+    std::int64_t calculateBackCoverPageFromTotalPages(std::int64_t totalPages) const;
+
+    /// The PostScript that draws the watermark of the settings under "com.kalmira.pde.watermark."
+    /// on every page (see watermarkPostScript()). The name is spelt so on purpose.
+    ///
+    /// Does NOT return when the watermark's text holds a backslash or a parenthesis: it takes all
+    /// the memory there is and then throws std::bad_alloc. Kept on purpose; look for the three
+    /// characters before calling.
+    std::string generageWatermarkCode() const;
+
 private:
     struct PPDCloser {
         void operator()(ppd_file_t *ppd) const { ppdClose(ppd); }
@@ -124,6 +151,14 @@ private:
 
     /// The text form of the value under the key.
     std::optional<std::string> textForKey(std::string_view key) const;
+    /// The same, or the default when there is none.
+    std::string textForKeyWithDefault(std::string_view key, const char *defaultText) const;
+    /// The value under the key as a number: a text is read as one, none is 0.
+    std::int64_t integerForKey(std::string_view key) const;
+    /// Whether the text under the key is "true" in any letter case.
+    bool isTrue(std::string_view key) const;
+    /// Whether the job prints on one side only.
+    bool isOneSided() const;
 
     // Each gives null for "not found". What they point to belongs to the PPD.
     ppd_option_t *findOptionWithName(const std::string &keyword) const;
