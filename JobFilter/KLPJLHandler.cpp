@@ -1,5 +1,6 @@
 #include "KLPJLHandler.h"
 
+#include "DSSC.h"
 #include "NSInternalInconsistencyException.h"
 
 #include <stdexcept>
@@ -9,9 +10,7 @@ namespace {
 
 constexpr std::string_view kUniversalExitLanguageMarker = "\x1b%-12345X";
 constexpr std::string_view kEnterLanguage = "@PJL ENTER LANGUAGE";
-constexpr std::string_view kDSSCLineFormat = "@PJL COMMENT DSSC PRINT %@\r\n";
-constexpr std::string_view kDSSCPrefix = kDSSCLineFormat.substr(0, kDSSCLineFormat.find('%'));
-static_assert(kUniversalExitLanguageMarker.size() == 9 && kDSSCPrefix.size() == 24);
+static_assert(kUniversalExitLanguageMarker.size() == 9);
 
 /// UTF-8 text without its first characters.
 /// @throws std::out_of_range when it has fewer than that.
