@@ -6,6 +6,7 @@
 #include "Streams.h"
 #include "WriteLog.h"
 #include "domainLookup.h"
+#include "handlePJL.h"
 #include "headerText.h"
 #include "spoolToFile.h"
 #include "toolkitPath.h"
@@ -131,7 +132,7 @@ Platform::Stream makeHeader(const Arguments &arguments, const KLPrintOptions &op
     return header;
 }
 
-/// Walks the PJL header line by line onto standard output.
+/// Walks the PJL header onto standard output; on the way it gets the job's settings.
 void writeHeader(const Arguments &arguments, const std::shared_ptr<KLPrintOptions> &options)
 {
     Platform::Stream header = makeHeader(arguments, *options);
@@ -139,8 +140,7 @@ void writeHeader(const Arguments &arguments, const std::shared_ptr<KLPrintOption
         return; // like a PPD that gives no header
     const auto job = std::make_shared<KLPrintJob>(header.release(), true, stdout, false);
     job->setPrintOptions(options);
-    KLPJLHandler::enumeratePJLFromPrintJobUsingBlock(
-        job, [](KLPJLHandler &, const std::string &) { /* every line stays as it is */ });
+    KLPJLHandler::enumeratePJLFromPrintJobUsingBlock(job, handlePJL(job));
 }
 
 void writeBody(FILE *job)
