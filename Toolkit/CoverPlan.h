@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Commands.h"
+
+#include <cstdint>
+#include <optional>
+
+// Which pages of a job go onto its cover sheets and which stay between them.
+
+/// Pages counted from 1, both ends included; empty when last is below first.
+struct PageRange {
+    std::int64_t first = 1;
+    std::int64_t last = 0;
+
+    bool isEmpty() const { return last < first; }
+    std::int64_t size() const { return isEmpty() ? 0 : last - first + 1; }
+};
+
+/// One sheet of its own.
+struct CoverSheet {
+    bool oneSided;   ///< printed on its front only, whatever the job does
+    PageRange pages; ///< empty for a blank sheet
+};
+
+/// What is fed, in this order.
+struct CoverPlan {
+    std::optional<CoverSheet> front;
+    bool blankSideBehindFront = false; ///< fills the front cover before the back cover comes
+    PageRange job;
+    bool blankSideBehindJob = false; ///< fills the job's last sheet before the back cover comes
+    std::optional<CoverSheet> back;
+};
+
+/// The page, counted from 1, at which the back cover begins: one behind the last page when it
+/// carries none, -1 when there is no back cover.
+/// @param pages             of the job
+/// @param oneSided          whether the job is printed on one side
+/// @param frontPrintedOnce  whether the first page stands alone on a front cover
+std::int64_t backCoverPage(std::int64_t pages, CoverStyle back, bool oneSided,
+                           bool frontPrintedOnce);
+
+/// @param pages     of the job, at least 1
+/// @param oneSided  whether the job is printed on one side
+CoverPlan coverPlan(std::int64_t pages, CoverStyle front, CoverStyle back, bool oneSided);
