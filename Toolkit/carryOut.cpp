@@ -1,7 +1,8 @@
 #include "carryOut.h"
 
 #include "OutputFile.h"
-#include "PDFCommands.h"
+#include "PDFBooklet.h"
+#include "PDFWatermark.h"
 #include "PostScriptCommands.h"
 #include "Streams.h"
 #include "ToolkitError.h"

@@ -1,0 +1,93 @@
+#include "PDFDocument.h"
+
+#include "ToolkitError.h"
+
+#include <qpdf/QPDFExc.hh>
+#include <qpdf/QPDFSystemError.hh>
+#include <qpdf/QPDFWriter.hh>
+
+#include <set>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace {
+
+/// The deepest page tree that is walked: far more than balanced trees have, far less than what the
+/// stack takes.
+constexpr int kMostLevels = 500;
+
+[[noreturn]] void refuse(const QPDFExc &problem)
+{
+    if (problem.getErrorCode() == qpdf_e_password)
+        throw ToolkitError("The PDF document is encrypted and needs a password.");
+    if (problem.getErrorCode() == qpdf_e_unsupported)
+        throw ToolkitError("The PDF document is encrypted in a way that is not supported.");
+    throw ToolkitError("The PDF document is damaged.");
+}
+
+/// The library walks the page tree by recursion, so a tree without end must not get there.
+void refuseDeepPageTree(QPDFObjectHandle root)
+{
+    std::vector<std::pair<QPDFObjectHandle, int>> pending = {{std::move(root), 0}};
+    std::set<QPDFObjGen> seen;
+    while (!pending.empty()) {
+        auto [node, level] = pending.back();
+        pending.pop_back();
+        if (level > kMostLevels)
+            throw ToolkitError("The PDF document is damaged: its pages are nested too deeply.");
+        if (!node.isDictionary() || !node.hasKey("/Kids") || !seen.insert(node.getObjGen()).second)
+            continue;
+        QPDFObjectHandle kids = node.getKey("/Kids");
+        for (int i = 0; i < kids.getArrayNItems(); ++i)
+            pending.emplace_back(kids.getArrayItem(i), level + 1);
+    }
+}
+
+/// A damaged document whose pages are not all found would lose them in silence.
+void refuseMissingPages(QPDF &document, std::size_t found)
+{
+    QPDFObjectHandle count = document.getRoot().getKey("/Pages").getKey("/Count");
+    if (document.anyWarnings() && count.isInteger() &&
+        count.getIntValue() > static_cast<long long>(found))
+        throw ToolkitError("The PDF document is damaged: not all of its pages are there.");
+}
+
+std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
+{
+    refuseDeepPageTree(document.getRoot().getKey("/Pages"));
+    std::vector<QPDFObjectHandle> pages = document.getAllPages();
+    refuseMissingPages(document, pages.size());
+    if (pages.empty())
+        throw ToolkitError("The PDF document has no pages.");
+    return pages;
+}
+
+} // namespace
+
+PDFDocument::PDFDocument(std::FILE *input)
+{
+    // What the library warns about, it has mended.
+    _qpdf.setSuppressWarnings(true);
+    try {
+        _qpdf.processFile("input", input, false);
+        _pages = pagesOf(_qpdf);
+    } catch (const QPDFExc &problem) {
+        refuse(problem);
+    }
+}
+
+void PDFDocument::write(std::FILE *output)
+{
+    try {
+        QPDFWriter writer(_qpdf, "output", output, false);
+        // Streams go through as they are; only what has no compression gets one.
+        writer.setDecodeLevel(qpdf_dl_none);
+        writer.write();
+    } catch (const QPDFSystemError &problem) {
+        throw ToolkitError("The output file cannot be written: " +
+                           std::generic_category().message(problem.getErrno()) + ".");
+    } catch (const QPDFExc &problem) {
+        refuse(problem);
+    }
+}

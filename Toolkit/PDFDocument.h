@@ -1,0 +1,31 @@
+#pragma once
+
+#include <qpdf/QPDF.hh>
+
+#include <cstdio>
+#include <vector>
+
+/// A PDF document that is read from one file and, once changed, written to another.
+class PDFDocument {
+public:
+    /// @param input  stays the caller's, who keeps it open as long as this object lives
+    /// @throws ToolkitError for a document that needs a password, has no pages or is damaged in a
+    ///         way that cannot be mended
+    explicit PDFDocument(std::FILE *input);
+
+    /// The library's view of it.
+    QPDF &qpdf() { return _qpdf; }
+
+    /// All pages as they stood when the document was opened, at least one.
+    const std::vector<QPDFObjectHandle> &pages() const { return _pages; }
+
+    /// Writes all that can be reached from the catalogue. What was encrypted stays encrypted, with
+    /// the same passwords and permissions.
+    /// @throws ToolkitError when the output cannot be written or a part of the document cannot be
+    ///         read
+    void write(std::FILE *output);
+
+private:
+    QPDF _qpdf;
+    std::vector<QPDFObjectHandle> _pages;
+};

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFMatrix.hh>
+#include <qpdf/QPDFObjectHandle.hh>
+
+#include <map>
+#include <optional>
+#include <string>
+
+/// A page as it is read: its CropBox (else its MediaBox), turned by its /Rotate, in points.
+class PDFPage {
+public:
+    explicit PDFPage(const QPDFObjectHandle &page);
+
+    QPDFObjectHandle object() const { return _page; }
+    double width() const;
+    double height() const;
+    /// The visible area in user space.
+    QPDFObjectHandle::Rectangle box() const { return _box; }
+    /// How far the page is turned clockwise for reading: 0, 90, 180 or 270 degrees.
+    int rotation() const { return _rotation; }
+
+    /// From points right of and above the lower left corner of the page as it is read, to the
+    /// page's own user space.
+    QPDFMatrix toUserSpace() const;
+    /// The way back.
+    QPDFMatrix fromUserSpace() const;
+
+    /// The page's resources, its own or inherited, as an indirect object; made when there are none.
+    QPDFObjectHandle resources() const;
+
+private:
+    /// The lower left corner of the page as it is read, in user space.
+    double cornerX() const { return _rotation == 90 || _rotation == 180 ? _box.urx : _box.llx; }
+    double cornerY() const { return _rotation == 180 || _rotation == 270 ? _box.ury : _box.lly; }
+
+    QPDFObjectHandle _page;
+    QPDFObjectHandle::Rectangle _box;
+    int _rotation;
+    double _unit; ///< points in a unit of user space
+};
+
+/// Page contents as form XObjects: whatever state such contents leave behind, ends with them.
+///
+/// The contents' bytes are not touched. Pages with the same contents share a form.
+class PDFPageForms {
+public:
+    /// @param document  stays the caller's and outlives this object
+    explicit PDFPageForms(QPDF &document) : _document(document) {}
+
+    /// A form that draws the page in the page's own user space.
+    /// @param bounds  what of it shows, in user space
+    /// @return nullopt for a page without contents
+    /// @throws ToolkitError, later when the document is written, when contents in several parts
+    ///         cannot be put together
+    std::optional<QPDFObjectHandle> formOf(const PDFPage &page,
+                                           const QPDFObjectHandle::Rectangle &bounds);
+
+private:
+    QPDF &_document;
+    std::map<std::string, QPDFObjectHandle> _forms;
+};
