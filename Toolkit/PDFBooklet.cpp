@@ -1,10 +1,194 @@
 #include "PDFBooklet.h"
 
+#include "Imposition.h"
 #include "PDFDocument.h"
 #include "PDFPage.h"
 #include "ToolkitError.h"
 
-void applyBookletToPDF(const Booklet &, const Job &)
+#include <qpdf/QPDFAcroFormDocumentHelper.hh>
+#include <qpdf/QPDFAnnotationObjectHelper.hh>
+#include <qpdf/QUtil.hh>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+/// The first version whose readers know the preference.
+const std::string kDuplexVersion = "1.7";
+
+QPDFObjectHandle name(const char *text)
 {
-    throw ToolkitError("PDF documents cannot be processed yet.");
+    return QPDFObjectHandle::newName(text);
+}
+
+PageSize sheetSize(const Booklet &booklet, const std::string &ppdPath)
+{
+    const auto size = pageSizeNamed(booklet.pageSize, ppdPath);
+    if (!size)
+        throw ToolkitError("The booklet's page size is not known.");
+    return *size;
+}
+
+/// A side of a sheet while it is being drawn.
+struct SideInProgress {
+    QPDFObjectHandle objects = QPDFObjectHandle::newDictionary();
+    std::string contents = {};
+
+    /// Makes the object known to the contents. @return its name there
+    std::string add(const QPDFObjectHandle &object)
+    {
+        std::string objectName = "/Part" + std::to_string(++count);
+        objects.replaceKey(objectName, object);
+        return objectName;
+    }
+
+    int count = 0;
+};
+
+/// Draws the pages of a document on the sides of sheets.
+class SidePainter {
+public:
+    SidePainter(PDFDocument &document, const SheetLayout &layout)
+        : _document(document), _layout(layout), _forms(document.qpdf())
+    {
+    }
+
+    QPDFObjectHandle paint(const SheetSide &pages);
+
+private:
+    void drawPage(SideInProgress &side, const PDFPage &page, const Rectangle &area);
+    void drawContents(SideInProgress &side, const PDFPage &page);
+    void drawAnnotations(SideInProgress &side, const PDFPage &page);
+    void drawAnnotation(SideInProgress &side, const PDFPage &page, QPDFObjectHandle annotation);
+
+    PDFDocument &_document;
+    SheetLayout _layout;
+    PDFPageForms _forms;
+};
+
+QPDFObjectHandle SidePainter::paint(const SheetSide &pages)
+{
+    SideInProgress side;
+    if (pages.left)
+        drawPage(side, PDFPage(_document.pages().at(*pages.left - 1)), _layout.left);
+    if (pages.right)
+        drawPage(side, PDFPage(_document.pages().at(*pages.right - 1)), _layout.right);
+
+    QPDFObjectHandle resources = QPDFObjectHandle::newDictionary();
+    resources.replaceKey("/XObject", side.objects);
+    QPDFObjectHandle page = QPDFObjectHandle::newDictionary();
+    page.replaceKey("/Type", name("/Page"));
+    page.replaceKey("/MediaBox", QPDFObjectHandle::newArray(QPDFObjectHandle::Rectangle(
+                                     0, 0, _layout.width, _layout.height)));
+    page.replaceKey("/Resources", resources);
+    page.replaceKey("/Contents", QPDFObjectHandle::newStream(&_document.qpdf(), side.contents));
+    return page;
+}
+
+void SidePainter::drawPage(SideInProgress &side, const PDFPage &page, const Rectangle &area)
+{
+    const Placement place = placementInArea({page.width(), page.height()}, area);
+    QPDFMatrix matrix;
+    matrix.translate(place.x, place.y);
+    matrix.scale(place.scale, place.scale);
+    matrix.concat(page.fromUserSpace());
+
+    const QPDFObjectHandle::Rectangle box = page.box();
+    side.contents += "q " + matrix.unparse() + " cm\n";
+    for (const double value : {box.llx, box.lly, box.urx - box.llx, box.ury - box.lly})
+        side.contents += QUtil::double_to_string(value) + " ";
+    side.contents += "re W n\n";
+    drawContents(side, page);
+    drawAnnotations(side, page);
+    side.contents += "Q\n";
+}
+
+void SidePainter::drawContents(SideInProgress &side, const PDFPage &page)
+{
+    auto form = _forms.formOf(page, page.box());
+    if (!form)
+        return;
+    // A page's transparency group keeps to itself, whether it says so or not.
+    QPDFObjectHandle group = page.object().getKey("/Group");
+    if (group.isDictionary()) {
+        group = group.shallowCopy();
+        group.replaceKey("/I", QPDFObjectHandle::newBool(true));
+        form->getDict().replaceKey("/Group", group);
+    }
+    side.contents += side.add(*form) + " Do\n";
+}
+
+void SidePainter::drawAnnotations(SideInProgress &side, const PDFPage &page)
+{
+    QPDFObjectHandle annotations = page.object().getKey("/Annots");
+    for (int i = 0; annotations.isArray() && i < annotations.getArrayNItems(); ++i) {
+        QPDFObjectHandle annotation = annotations.getArrayItem(i);
+        if (annotation.isDictionary())
+            drawAnnotation(side, page, annotation);
+    }
+}
+
+/// What prints of an annotation is its normal appearance, and only if it asks to be printed.
+void SidePainter::drawAnnotation(SideInProgress &side, const PDFPage &page,
+                                 QPDFObjectHandle annotation)
+{
+    QPDFAnnotationObjectHelper helper(annotation);
+    QPDFObjectHandle appearance = helper.getAppearanceStream("/N");
+    if (!appearance.isStream() || !annotation.getKey("/Rect").isRectangle() ||
+        annotation.getKey("/Subtype").isNameAndEquals("/Popup"))
+        return;
+    const std::string drawing = helper.getPageContentForAppearance(
+        "/Part" + std::to_string(side.count + 1), page.rotation(), an_print, an_hidden);
+    if (drawing.empty())
+        return;
+
+    appearance = appearance.copyStream();
+    QPDFObjectHandle description = appearance.getDict();
+    description.replaceKey("/Subtype", name("/Form"));
+    if (!description.hasKey("/Resources"))
+        description.replaceKey("/Resources", page.resources());
+    if (annotation.hasKey("/OC")) // the layer that it belongs to
+        description.replaceKey("/OC", annotation.getKey("/OC"));
+    side.add(appearance);
+    side.contents += drawing;
+}
+
+/// Fields that leave it to the reader to draw their values get appearances.
+void fillFormFields(PDFDocument &document)
+{
+    if (document.qpdf().getRoot().hasKey("/AcroForm"))
+        QPDFAcroFormDocumentHelper(document.qpdf()).generateAppearancesIfNeeded();
+}
+
+void askForDuplex(PDFDocument &document)
+{
+    QPDFObjectHandle root = document.qpdf().getRoot();
+    QPDFObjectHandle preferences = root.getKey("/ViewerPreferences");
+    preferences =
+        preferences.isDictionary() ? preferences.shallowCopy() : QPDFObjectHandle::newDictionary();
+    preferences.replaceKey("/Duplex", name("/DuplexFlipShortEdge"));
+    preferences.removeKey("/PrintPageRange"); // it counts the pages, not the sides
+    root.replaceKey("/ViewerPreferences", preferences);
+    if (document.qpdf().getPDFVersion() < kDuplexVersion)
+        root.replaceKey("/Version", QPDFObjectHandle::newName("/" + kDuplexVersion));
+}
+
+} // namespace
+
+void applyBookletToPDF(const Booklet &booklet, const Job &job)
+{
+    const SheetLayout layout = sheetLayout(sheetSize(booklet, job.ppdPath), booklet);
+    PDFDocument document(job.input);
+    fillFormFields(document);
+
+    SidePainter painter(document, layout);
+    const std::size_t pages = document.pages().size();
+    std::vector<QPDFObjectHandle> sides;
+    for (std::uint64_t side = 0; side < bookletSideCount(pages); ++side)
+        sides.push_back(painter.paint(bookletSide(side, pages, booklet.ordering)));
+    document.replacePages(std::move(sides));
+    askForDuplex(document);
+    document.write(job.output);
 }

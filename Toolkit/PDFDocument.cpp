@@ -6,8 +6,11 @@
 #include <qpdf/QPDFSystemError.hh>
 #include <qpdf/QPDFWriter.hh>
 
+#include <algorithm>
+#include <array>
 #include <set>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -16,6 +19,11 @@ namespace {
 /// The deepest page tree that is walked: far more than balanced trees have, far less than what the
 /// stack takes.
 constexpr int kMostLevels = 500;
+
+/// What of the catalogue does not refer to pages, and matters to how others look.
+constexpr std::array<std::string_view, 8> kKeptInCatalogue = {
+    "/Extensions",    "/Lang", "/Metadata", "/OCProperties",
+    "/OutputIntents", "/Type", "/Version",  "/ViewerPreferences"};
 
 [[noreturn]] void refuse(const QPDFExc &problem)
 {
@@ -75,6 +83,27 @@ PDFDocument::PDFDocument(std::FILE *input)
     } catch (const QPDFExc &problem) {
         refuse(problem);
     }
+}
+
+void PDFDocument::replacePages(std::vector<QPDFObjectHandle> pages)
+{
+    QPDFObjectHandle tree = _qpdf.makeIndirectObject(QPDFObjectHandle::newDictionary());
+    for (QPDFObjectHandle &page : pages) {
+        page = _qpdf.makeIndirectObject(page);
+        page.replaceKey("/Parent", tree);
+    }
+    tree.replaceKey("/Type", QPDFObjectHandle::newName("/Pages"));
+    tree.replaceKey("/Kids", QPDFObjectHandle::newArray(pages));
+    tree.replaceKey("/Count", QPDFObjectHandle::newInteger(static_cast<long long>(pages.size())));
+
+    QPDFObjectHandle root = _qpdf.getRoot();
+    for (const std::string &key : root.getKeys()) {
+        if (std::ranges::find(kKeptInCatalogue, key) == kKeptInCatalogue.end())
+            root.removeKey(key);
+    }
+    root.replaceKey("/Pages", tree);
+    _qpdf.updateAllPagesCache();
+    _pages = std::move(pages);
 }
 
 void PDFDocument::write(std::FILE *output)

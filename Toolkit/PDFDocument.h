@@ -16,8 +16,13 @@ public:
     /// The library's view of it.
     QPDF &qpdf() { return _qpdf; }
 
-    /// All pages as they stood when the document was opened, at least one.
+    /// All pages in order, at least one.
     const std::vector<QPDFObjectHandle> &pages() const { return _pages; }
+
+    /// Puts other pages in the place of all. What the catalogue says about the old ones goes along
+    /// with them: outlines, names, forms, structure.
+    /// @param pages  page objects; each is given its place in the page tree
+    void replacePages(std::vector<QPDFObjectHandle> pages);
 
     /// Writes all that can be reached from the catalogue. What was encrypted stays encrypted, with
     /// the same passwords and permissions.
