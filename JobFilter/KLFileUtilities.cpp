@@ -42,3 +42,9 @@ std::optional<std::string> KLFileUtilities::generateTemporaryFilename()
 {
     return generateTemporaryFilenameWithPrefix("jobfilter");
 }
+
+void KLFileUtilities::removeFile(const std::string &path)
+{
+    unlink(path.c_str());
+    Platform::keepWhenCancelled(path);
+}

@@ -20,4 +20,8 @@ public:
 
     /// The same with the prefix "jobfilter".
     static std::optional<std::string> generateTemporaryFilename();
+
+    /// Removes a file, also from what a cancelled run would remove. A file that cannot be removed
+    /// stays, and nobody is told.
+    static void removeFile(const std::string &path);
 };

@@ -3,6 +3,7 @@
 #include "KLPJLHandler.h"
 #include "KLPrintJob.h"
 #include "KLPrintOptions.h"
+#include "KLToolkitProcessor.h"
 #include "Streams.h"
 #include "WriteLog.h"
 #include "domainLookup.h"
@@ -17,9 +18,10 @@
 #include <exception>
 #include <memory>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
-#include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -78,7 +80,7 @@ JobFile secureJobData(const Arguments &arguments)
 void removeIfSpooled(const JobFile &jobFile)
 {
     if (jobFile.spooled)
-        unlink(jobFile.path.c_str());
+        KLFileUtilities::removeFile(jobFile.path);
 }
 
 /// Builds the store with the arguments as defaults.
@@ -109,12 +111,32 @@ void settleDomain(KLPrintOptions &options)
         options.setDefaultValueForKey(std::move(*domain), "com.kalmira.domainname");
 }
 
-/// Lets the toolkit rewrite the job; without a toolkit the job stays as it is.
-void applyToolkit(const KLPrintOptions &options)
+void logToolkitErrors(const std::vector<KLError> &errors)
 {
-    if (!toolkitPath(options))
+    for (const KLError &error : errors) {
+        WriteLog("ERROR: %@", error.description());
+        WriteLog("DEBUG: %@: %@", error.description(), error.underlyingDescription());
+    }
+}
+
+/// Lets the toolkit rewrite the job; without a toolkit the job stays as it is.
+/// @return the path of the file that is the job from here on
+std::string applyToolkit(const std::string &jobPath, KLPrintOptions &options)
+{
+    std::optional<std::string> objection;
+    const auto path = toolkitPath(options, &objection);
+    if (!path) {
         WriteLog("INFO: A required component could not be found, some print settings may not be "
                  "applied");
+        if (objection)
+            WriteLog("DEBUG: The toolkit is not used: %@", objection);
+        return jobPath;
+    }
+    std::vector<KLError> errors;
+    auto rewrittenPath = KLToolkitProcessor(*path).applyToolkitToFileWithOptionsAndReturnErrors(
+        jobPath, options, &errors);
+    logToolkitErrors(errors);
+    return rewrittenPath;
 }
 
 /// The PJL header that the PPD gives for the job's marked choices, to be read from its start; null
@@ -164,10 +186,10 @@ void writeJobEnd(const KLPrintOptions &options)
 
 void printJob(const Arguments &arguments)
 {
-    const JobFile jobFile = secureJobData(arguments);
+    JobFile jobFile = secureJobData(arguments);
     const auto options = makeOptionsOrClear(arguments, jobFile);
     settleDomain(*options);
-    applyToolkit(*options);
+    jobFile.path = applyToolkit(jobFile.path, *options);
 
     const Platform::Stream job = Platform::openForReading(jobFile.path);
     if (!job)

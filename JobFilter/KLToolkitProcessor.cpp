@@ -1,0 +1,279 @@
+#include "KLToolkitProcessor.h"
+
+#include "ChildProcess.h"
+#include "KLFileUtilities.h"
+#include "Module.h"
+#include "Numbers.h"
+#include "ObjectFormat.h"
+#include "Text.h"
+
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+using Platform::objectFormat;
+
+constexpr char kErrorDomain[] = "KLToolkitProcessorErrorDomain";
+constexpr char kGeneralErrorDomain[] = "NSCocoaErrorDomain";
+constexpr int kNoSuchFile = 4;
+constexpr int kCommandFailed = 127;
+
+/// A file that is removed unless it is released to the caller.
+class OutputFile {
+public:
+    explicit OutputFile(std::string path) : _path(std::move(path)) {}
+    ~OutputFile()
+    {
+        if (!_path.empty())
+            KLFileUtilities::removeFile(_path);
+    }
+    OutputFile(const OutputFile &) = delete;
+    OutputFile &operator=(const OutputFile &) = delete;
+
+    const std::string &path() const { return _path; }
+    std::string release() { return std::exchange(_path, {}); }
+
+private:
+    std::string _path;
+};
+
+Arguments childArguments(const Arguments &arguments, const std::string &inputPath,
+                         const std::string &outputPath)
+{
+    Arguments all = arguments;
+    all.push_back(inputPath);
+    all.push_back(outputPath);
+    return all;
+}
+
+KLError toolkitError(int terminationStatus, std::string errorText)
+{
+    if (!Platform::isValidUTF8(errorText))
+        errorText = "An unknown error occurred and the error information could not be processed.";
+    return {kErrorDomain, terminationStatus, std::move(errorText)};
+}
+
+void store(std::optional<KLError> *place, KLError error)
+{
+    if (place != nullptr)
+        *place = std::move(error);
+}
+
+// --- what the settings ask for ---
+
+std::string textOption(const KLPrintOptions &options, std::string_view key,
+                       std::string_view defaultText)
+{
+    return Platform::description(
+        *options.valueForKeyWithDefault(key, KLValue(std::string(defaultText))));
+}
+
+std::string watermarkOption(const KLPrintOptions &options, std::string_view name,
+                            std::string_view defaultText)
+{
+    return textOption(options, "com.kalmira.pde.watermark." + std::string(name), defaultText);
+}
+
+double watermarkNumber(const KLPrintOptions &options, std::string_view name,
+                       std::string_view defaultText)
+{
+    return Platform::doubleFromText(watermarkOption(options, name, defaultText));
+}
+
+// Here each command has defaults of its own; elsewhere the same settings have others.
+
+Arguments watermarkArguments(const KLPrintOptions &options,
+                             const KLToolkitProcessor::TextMeasurer &measureText)
+{
+    const std::string text = watermarkOption(options, "text", "");
+    const std::string font = watermarkOption(options, "font", "Helvetica");
+    const std::string size = watermarkOption(options, "size", "36");
+    const double angle = watermarkNumber(options, "angle", "0");
+    const KLWatermarkPosition position = watermarkPosition(
+        measureText(text, font, Platform::doubleFromText(size)), options.pageSize(), angle,
+        watermarkNumber(options, "x", "50"), watermarkNumber(options, "y", "50"));
+    const bool above = watermarkOption(options, "ordering", "0") == "0";
+    return {"watermark",  above ? "--above" : "--below",
+            "--font",     font,
+            "--angle",    objectFormat("%f", -angle),
+            "--colour",   watermarkOption(options, "color", "0,0,0"),
+            "--position", objectFormat("%f,%f", position.x, position.y),
+            "--size",     size,
+            "--text",     text};
+}
+
+std::string margin(const KLPrintOptions &options, std::string_view key)
+{
+    const std::string value = textOption(options, key, "Off");
+    return value == "Off" ? "0" : value;
+}
+
+Arguments bookletArguments(const KLPrintOptions &options)
+{
+    const bool leftToRight = textOption(options, "BookletPageLayout", "True") == "True";
+    return {"booklet",
+            "--pagesize",
+            textOption(options, "BookletPaperSize", "None"),
+            "--centremargin",
+            margin(options, "BookletCenterMargin"),
+            "--outermargin",
+            margin(options, "BookletOuterMargin"),
+            "--ordering",
+            leftToRight ? "LTR" : "RTL"};
+}
+
+bool usesCover(const KLPrintOptions &options, const std::string &side)
+{
+    return textOption(options, "Use" + side + "Cover", "False") == "True";
+}
+
+/// A side that is off has the style "none"; its paper is named all the same.
+std::string coverStyle(const KLPrintOptions &options, const std::string &side)
+{
+    const std::string style =
+        usesCover(options, side) ? textOption(options, side + "CoverPrintStyle", "None") : "None";
+    return Platform::lowercaseText(style);
+}
+
+std::string paperSource(const KLPrintOptions &options, std::string_view key)
+{
+    return adjustPaperSourceForToolkit(textOption(options, key, "Auto"));
+}
+
+std::string duplexWord(const KLPrintOptions &options)
+{
+    const std::string duplex = textOption(options, "Duplex", "None");
+    if (duplex == "None")
+        return "none";
+    if (duplex == "DuplexTumble")
+        return "tumble";
+    if (duplex == "DuplexNoTumble")
+        return "notumble";
+    return duplex;
+}
+
+Arguments coverPageArguments(const KLPrintOptions &options)
+{
+    return {"coverpages",
+            "--back-style",
+            coverStyle(options, "Back"),
+            "--back-media",
+            textOption(options, "BackCoverMediaType", "None"),
+            "--back-source",
+            paperSource(options, "BackCoverSource"),
+            "--front-style",
+            coverStyle(options, "Front"),
+            "--front-media",
+            textOption(options, "FrontCoverMediaType", "None"),
+            "--front-source",
+            paperSource(options, "FrontCoverSource"),
+            "--source",
+            paperSource(options, "InputSlot"),
+            "--media",
+            textOption(options, "MediaType", "None"),
+            "--duplex",
+            duplexWord(options)};
+}
+
+/// The header and the commands that follow both learn it: the one asks the PPD, the others the
+/// store.
+void printDuplexWithTumble(KLPrintOptions &options)
+{
+    ppdMarkOption(options.ppd(), "Duplex", "DuplexTumble");
+    options.setValueForKey("DuplexTumble", "Duplex");
+}
+
+} // namespace
+
+std::string adjustPaperSourceForToolkit(std::string_view source)
+{
+    if (source == "Auto")
+        return "AutoSelect";
+    if (source == "SheetFeedBypass")
+        return "Bypass";
+    if (source == "AdditionalExternalLCF")
+        return "ExternalLCF2";
+    return std::string(source);
+}
+
+KLWatermarkPosition watermarkPosition(const Platform::TextSize &box, const KLPageSize &page,
+                                      double angle, double spotX, double spotY)
+{
+    const double theta = -angle * std::numbers::pi / 180;
+    const double x = -0.5 * box.width;
+    const double y = -0.5 * box.height;
+    return {x * std::cos(theta) - y * std::sin(theta) + page.width * spotX / 100,
+            x * std::sin(theta) + y * std::cos(theta) + page.height * spotY / 100};
+}
+
+KLToolkitProcessor::KLToolkitProcessor(std::string toolkitPath, TextMeasurer measureText)
+    : _toolkitPath(std::move(toolkitPath)), _measureText(std::move(measureText))
+{
+}
+
+std::optional<std::string>
+KLToolkitProcessor::processWithArgumentsAndReturnError(const std::string &inputPath,
+                                                       const std::vector<std::string> &arguments,
+                                                       std::optional<KLError> *error)
+{
+    const auto outputPath = KLFileUtilities::generateTemporaryFilenameWithPrefix("toolkit");
+    if (!outputPath) {
+        store(error,
+              {kGeneralErrorDomain, kNoSuchFile, "A temporary filename could not be generated."});
+        return std::nullopt;
+    }
+    OutputFile output(*outputPath);
+    Platform::ChildProcess toolkit(_toolkitPath,
+                                   childArguments(arguments, inputPath, output.path()));
+    std::string errorText = toolkit.collectErrorText();
+    const int status = toolkit.terminationStatus();
+    if (status != 0) {
+        store(error, toolkitError(status, std::move(errorText)));
+        return std::nullopt;
+    }
+    KLFileUtilities::removeFile(inputPath);
+    return output.release();
+}
+
+std::string KLToolkitProcessor::applyToolkitToFileWithOptionsAndReturnErrors(
+    const std::string &jobPath, KLPrintOptions &options, std::vector<KLError> *errors)
+{
+    Progress progress = {jobPath, {}};
+    if (!watermarkOption(options, "text", "").empty())
+        applyWatermark(options, progress);
+    if (textOption(options, "BookletPaperSize", "None") != "None" &&
+        runCommand(bookletArguments(options), "Unable to apply booklet mode", progress))
+        printDuplexWithTumble(options);
+    if (usesCover(options, "Front") || usesCover(options, "Back"))
+        runCommand(coverPageArguments(options), "Unable to apply cover pages", progress);
+
+    if (errors != nullptr)
+        *errors = std::move(progress.errors);
+    return progress.path;
+}
+
+void KLToolkitProcessor::applyWatermark(const KLPrintOptions &options, Progress &progress)
+{
+    constexpr char kFailure[] = "Unable to apply watermark";
+    try {
+        runCommand(watermarkArguments(options, _measureText), kFailure, progress);
+    } catch (const Platform::ModuleError &error) {
+        progress.errors.emplace_back(kErrorDomain, kCommandFailed, kFailure,
+                                     KLError(kGeneralErrorDomain, kNoSuchFile, error.what()));
+    }
+}
+
+bool KLToolkitProcessor::runCommand(const std::vector<std::string> &arguments, const char *failure,
+                                    Progress &progress)
+{
+    std::optional<KLError> error;
+    auto outputPath = processWithArgumentsAndReturnError(progress.path, arguments, &error);
+    if (outputPath)
+        progress.path = std::move(*outputPath);
+    else
+        progress.errors.emplace_back(kErrorDomain, kCommandFailed, failure, std::move(*error));
+    return outputPath.has_value();
+}

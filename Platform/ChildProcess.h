@@ -1,0 +1,86 @@
+#pragma once
+
+#include <csignal>
+#include <stdexcept>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace Platform {
+
+/// A program could not be started; what() names it and the reason.
+class ChildProcessError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The default disposition of a signal for as long as this object lives.
+class DefaultSignal {
+public:
+    explicit DefaultSignal(int signalNumber);
+    ~DefaultSignal();
+    DefaultSignal(const DefaultSignal &) = delete;
+    DefaultSignal &operator=(const DefaultSignal &) = delete;
+
+private:
+    int _signalNumber;
+    struct sigaction _before = {};
+};
+
+/// A child process: a program run without a shell.
+///
+/// Its standard input and output are the null device, its standard error is a pipe to here. It
+/// inherits environment, working directory and signal mask, and no other descriptor; a SIGPIPE
+/// that is ignored here is deadly there as usual. It leads a process group of its own, which ends
+/// when the run is cancelled (Cancellation.h). Children of a parent that ignores SIGCHLD can be
+/// waited for all the same. One child at a time, one thread.
+class ChildProcess {
+public:
+    /// Starts the program.
+    /// @param program    its path; PATH is not searched
+    /// @param arguments  what follows the program's own name, each as it stands
+    /// @throws ChildProcessError when it does not start
+    ChildProcess(const std::string &program, const std::vector<std::string> &arguments);
+
+    /// Kills the child's process group if the child has not been waited for.
+    ~ChildProcess();
+    ChildProcess(const ChildProcess &) = delete;
+    ChildProcess &operator=(const ChildProcess &) = delete;
+
+    /// Whether the child has not ended yet. Does not wait.
+    bool isRunning() const;
+
+    /// Reads the child's standard error to its end, that is until nobody holds it open any more:
+    /// a process that the child leaves behind counts too. The child itself may run on.
+    ///
+    /// A child that has already ended when this is called keeps its text to itself. That is meant
+    /// (ChildThatHasEndedAtTheFirstLookKeepsItsTextToItself).
+    std::string collectErrorText();
+
+    /// Waits until the child has ended.
+    /// @return its exit status, or the number of the signal that ended it
+    int terminationStatus();
+
+private:
+    class Descriptor {
+    public:
+        Descriptor() = default;
+        ~Descriptor() { close(); }
+        Descriptor(const Descriptor &) = delete;
+        Descriptor &operator=(const Descriptor &) = delete;
+        void close();
+
+        int number = -1;
+    };
+
+    std::string readErrorsToEnd();
+    void start(const std::string &program, const std::vector<std::string> &arguments,
+               int standardError);
+
+    DefaultSignal _defaultChildSignal{SIGCHLD};
+    Descriptor _errors;
+    pid_t _child = 0;            ///< 0 before the start and once it has been waited for
+    int _terminationStatus = -1; ///< no success as long as nothing is known
+};
+
+} // namespace Platform
