@@ -8,11 +8,6 @@ constexpr char kNotYet[] = "PostScript documents cannot be processed yet.";
 
 } // namespace
 
-void applyWatermarkToPostScript(const Watermark &, const Job &)
-{
-    throw ToolkitError(kNotYet);
-}
-
 void applyBookletToPostScript(const Booklet &, const Job &)
 {
     throw ToolkitError(kNotYet);

@@ -1,0 +1,178 @@
+#include "DSCDocument.h"
+
+#include "DSCScanner.h"
+#include "ToolkitError.h"
+
+namespace {
+
+/// Whether nothing but white space lies between the two positions.
+bool isBlank(const InputFile &file, std::uint64_t begin, std::uint64_t end)
+{
+    constexpr std::uint64_t kMost = 1024;
+    return end - begin <= kMost &&
+           file.text(begin, end).find_first_not_of(" \t\r\n\f") == std::string::npos;
+}
+
+bool beginsAnotherPart(std::string_view line)
+{
+    return line.starts_with("%%Begin") || line.starts_with("%%Page:") ||
+           line.starts_with("%%EndProlog") || line.starts_with("%%EndSetup") ||
+           line.starts_with("%%Trailer") || line.starts_with("%%EOF");
+}
+
+/// Comments behind a %%Page comment that still tell about the page.
+bool tellsAboutPage(const DSCComment &comment)
+{
+    const std::string_view text = comment.text;
+    return (text.starts_with("%%Page") && !comment.is("%%PageTrailer")) ||
+           text.starts_with("%%Viewing") || comment.is("%%+");
+}
+
+} // namespace
+
+/// Goes through the comments in the order of the file and notes where the parts lie.
+class DSCReader {
+public:
+    explicit DSCReader(DSCDocument &document)
+        : _document(document), _scanner(document._file, 0, document._file.size())
+    {
+    }
+
+    void read();
+
+private:
+    enum class Part { Preamble, Body, Pages };
+
+    void findHeaderEnd();
+    void readHeader(const DSCComment &comment) { _document._media.readDocumentComment(comment); }
+    void readPreamble(const DSCComment &comment);
+    void readBody(const DSCComment &comment);
+    void readPage(const DSCComment &comment);
+    void beginPage(const DSCComment &comment);
+    void readTrailer(const DSCComment &comment);
+    void finish();
+
+    DSCDocument &_document;
+    DSCScanner _scanner;
+    Part _part = Part::Preamble;
+    std::string_view _inside; ///< what ends the section of the preamble that is being passed
+    bool _inTrailer = false;
+};
+
+void DSCReader::read()
+{
+    findHeaderEnd();
+    _document._beginOfProcedures = _document._headerEnd;
+    while (const auto comment = _scanner.next()) {
+        if (comment->end <= _document._headerEnd)
+            readHeader(*comment);
+        else if (comment->is("%%Page"))
+            beginPage(*comment);
+        else if (_part == Part::Preamble)
+            readPreamble(*comment);
+        else if (_part == Part::Body)
+            readBody(*comment);
+        else
+            readPage(*comment);
+    }
+    finish();
+}
+
+/// The header ends with its end comment, or before the first line that is no comment.
+void DSCReader::findHeaderEnd()
+{
+    FileWindow window(_document._file, _document._file.size());
+    std::uint64_t line = 0;
+    while (true) {
+        const std::string_view text = window.from(line, DSCScanner::kLongestText);
+        if (text.size() < 2 || text[0] != '%' || text[1] <= ' ' || beginsAnotherPart(text))
+            break;
+        line = _scanner.behindLine(line);
+        if (text.starts_with("%%EndComments"))
+            break;
+    }
+    _document._headerEnd = line;
+}
+
+/// Between header and prolog: preview and defaults, whose comments are not our concern.
+void DSCReader::readPreamble(const DSCComment &comment)
+{
+    if (!_inside.empty()) {
+        if (comment.is(_inside)) {
+            _inside = {};
+            _document._beginOfProcedures = comment.end;
+        } else if (comment.is("%%PageMedia")) {
+            _document._media.setDefault(_document._media.numberOf(comment.value()));
+        }
+        return;
+    }
+    if (isBlank(_document._file, _document._beginOfProcedures, comment.begin)) {
+        if (comment.is("%%BeginDefaults"))
+            _inside = "%%EndDefaults";
+        else if (comment.is("%%BeginPreview"))
+            _inside = "%%EndPreview";
+        else if (comment.is("%%BeginProlog"))
+            _document._beginOfProcedures = comment.end;
+        if (!_inside.empty())
+            return;
+    }
+    _part = Part::Body;
+    readBody(comment);
+}
+
+void DSCReader::readBody(const DSCComment &comment)
+{
+    if (comment.is("%%BeginSetup") && !_document._beginOfSetup)
+        _document._beginOfSetup = comment.end;
+    else if (comment.is("%%BeginResource") &&
+             comment.value().starts_with("procset " + std::string(DSCDocument::kOurProcSets)))
+        ++_document._countOfOurProcSets;
+}
+
+void DSCReader::beginPage(const DSCComment &comment)
+{
+    if (!_document._pages.empty())
+        _document._pages.back().end = comment.begin;
+    _document._pages.push_back({comment.begin, comment.end, comment.end});
+    _part = Part::Pages;
+    // What looked like the trailer belonged to a document embedded without a word.
+    _inTrailer = false;
+}
+
+void DSCReader::readPage(const DSCComment &comment)
+{
+    DSCPage &page = _document._pages.back();
+    if (_inTrailer || comment.is("%%Trailer") || comment.is("%%EOF")) {
+        readTrailer(comment);
+        return;
+    }
+    if (comment.begin == page.content && tellsAboutPage(comment))
+        page.content = comment.end;
+    if (comment.is("%%PageMedia"))
+        page.media = _document._media.numberOf(comment.value());
+}
+
+void DSCReader::readTrailer(const DSCComment &comment)
+{
+    if (!_inTrailer)
+        _document._trailer = comment.begin;
+    _inTrailer = true;
+    _document._media.readDocumentComment(comment);
+}
+
+void DSCReader::finish()
+{
+    if (_document._pages.empty())
+        throw ToolkitError("The PostScript document has no page comments.");
+    if (_scanner.endedInsideDocument())
+        throw ToolkitError("The PostScript document ends inside an embedded document.");
+    if (!_inTrailer)
+        _document._trailer = _document._file.size();
+    _document._complete = _inTrailer;
+    _document._pages.back().end = _document._trailer;
+}
+
+DSCDocument::DSCDocument(std::FILE *stream) : _file(stream)
+{
+    DSCReader(*this).read();
+}

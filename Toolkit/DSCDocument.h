@@ -1,0 +1,78 @@
+#pragma once
+
+#include "DSCMedia.h"
+#include "InputFile.h"
+#include "PageSizes.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+/// Bytes of the document, from begin up to end.
+struct DSCRange {
+    std::uint64_t begin = 0;
+    std::uint64_t end = 0;
+};
+
+/// Where a page lies in the document.
+struct DSCPage {
+    std::uint64_t begin = 0; ///< of its %%Page comment
+    std::uint64_t content =
+        0; ///< behind that comment and those that directly follow about the page
+    std::uint64_t end = 0;
+    std::uint32_t media = DSCMedia::kDefault; ///< a number of DSCMedia
+};
+
+/// A PostScript document by the structuring conventions: where its parts lie. Nothing of them is
+/// kept in memory but a few words for each page.
+///
+/// The parts follow each other without a gap: header, prolog (with defaults), setup, pages,
+/// trailer. What counts is what is there, not what comments say about it: the pages are those
+/// that have a %%Page comment, and the trailer begins at the last %%Trailer or %%EOF that no page
+/// follows.
+class DSCDocument {
+public:
+    /// How the names of all procedure sets begin that the toolkit adds to a document.
+    static constexpr std::string_view kOurProcSets = "KLToolkit";
+
+    /// Reads the whole file once.
+    /// @param stream  seekable; stays the caller's, who keeps it open at least as long
+    /// @throws ToolkitError when it cannot be read, has no page comments or ends inside an
+    ///         embedded document
+    explicit DSCDocument(std::FILE *stream);
+
+    const InputFile &file() const { return _file; }
+
+    /// From the start of the file to the end of the header's comments.
+    DSCRange header() const { return {0, _headerEnd}; }
+    /// Where procedures can be defined ahead of all that the document itself defines.
+    std::uint64_t beginOfProcedures() const { return _beginOfProcedures; }
+    /// Behind the %%BeginSetup comment; nullopt when there is none.
+    std::optional<std::uint64_t> beginOfSetup() const { return _beginOfSetup; }
+    /// At least one.
+    const std::vector<DSCPage> &pages() const { return _pages; }
+    /// From behind the last page to the end of the file.
+    DSCRange trailer() const { return {_trailer, _file.size()}; }
+
+    /// Whether the end of the document is there: a %%Trailer or an %%EOF comment.
+    bool isComplete() const { return _complete; }
+    /// How many procedure sets with a name that begins with kOurProcSets the document carries.
+    unsigned countOfOurProcSets() const { return _countOfOurProcSets; }
+    /// The size that media comments give a page; nullopt when they do not.
+    std::optional<PageSize> mediaOf(const DSCPage &page) const { return _media.sizeOf(page.media); }
+
+private:
+    friend class DSCReader;
+
+    InputFile _file;
+    std::uint64_t _headerEnd = 0;
+    std::uint64_t _beginOfProcedures = 0;
+    std::optional<std::uint64_t> _beginOfSetup;
+    std::vector<DSCPage> _pages;
+    std::uint64_t _trailer = 0;
+    bool _complete = false;
+    unsigned _countOfOurProcSets = 0;
+    DSCMedia _media;
+};

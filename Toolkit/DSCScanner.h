@@ -1,0 +1,70 @@
+#pragma once
+
+#include "InputFile.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// One line of a PostScript document that begins with "%%".
+struct DSCComment {
+    std::uint64_t begin = 0; ///< position of its first byte
+    std::uint64_t end = 0;   ///< behind its line end
+    std::string text;        ///< without line end, at most DSCScanner::kLongestText bytes
+
+    /// Whether it is this one ("%%Page"), with or without a value behind a colon or a blank.
+    bool is(std::string_view keyword) const;
+    /// What follows the keyword, without blanks around it; empty when nothing does.
+    std::string_view value() const;
+};
+
+/// Finds the comments that structure a document, in the order of the file.
+///
+/// What lies inside embedded documents (%%BeginDocument), counted binary and counted data is
+/// content, whatever it looks like, and the comments that frame it are passed over with it. A
+/// count that is wrong is mended where the end comment shows it. Lines end with CR, LF or both.
+/// Needs the same memory for every document.
+class DSCScanner {
+public:
+    /// Longer comments are cut.
+    static constexpr std::size_t kLongestText = 1024;
+
+    /// @param file   stays the caller's, who keeps it at least as long
+    /// @param begin  a line begins here
+    /// @param end    the scan ends here
+    DSCScanner(const InputFile &file, std::uint64_t begin, std::uint64_t end);
+
+    /// @return nullopt at the end
+    std::optional<DSCComment> next();
+
+    /// The begin of the line that follows the one at this position; the end after the last line.
+    std::uint64_t behindLine(std::uint64_t position);
+
+    /// Once next() has come to the end: whether that lies inside an embedded document.
+    bool endedInsideDocument() const { return _depth > 0; }
+
+private:
+    struct DataSection {
+        std::string_view begin;
+        std::string_view end;
+        bool hasNoEnd = false; ///< none follows: a second search would find none either
+    };
+
+    std::optional<DSCComment> nextLine();
+    std::optional<std::uint64_t> findLine();
+    DSCComment commentAt(std::uint64_t position);
+    void passOver(const DSCComment &begin, DataSection &section);
+    std::optional<std::uint64_t> behindCount(const DSCComment &begin);
+    std::optional<std::uint64_t> endCommentNear(std::uint64_t position, std::string_view keyword);
+    bool findEndComment(DataSection &section);
+
+    FileWindow _window;
+    std::uint64_t _position;
+    std::uint64_t _end;
+    char _before = '\n';          ///< the byte in front of the position
+    bool _linesEndWithCR = false; ///< alone, so that a LF behind it belongs to what follows
+    std::uint64_t _depth = 0;     ///< of embedded documents
+    DataSection _binary{"%%BeginBinary", "%%EndBinary"};
+    DataSection _data{"%%BeginData", "%%EndData"};
+};

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The bytes of a regular file, read by position.
+class InputFile {
+public:
+    /// @param stream  seekable; stays the caller's, who keeps it open at least as long
+    /// @throws ToolkitError when its size cannot be told
+    explicit InputFile(std::FILE *stream);
+
+    /// In bytes, as it was when this object was made.
+    std::uint64_t size() const { return _size; }
+
+    /// Fills the buffer from that position on.
+    /// @return how many bytes there were; less than the buffer holds only at the end of the file
+    /// @throws ToolkitError when reading fails
+    std::size_t read(std::uint64_t position, std::span<char> buffer) const;
+
+    /// The bytes from begin up to end, for small ranges.
+    /// @throws ToolkitError when reading fails
+    std::string text(std::uint64_t begin, std::uint64_t end) const;
+
+private:
+    int _descriptor;
+    std::uint64_t _size;
+};
+
+/// A stretch of a file, held in memory to be looked at. It moves where it is asked to.
+class FileWindow {
+public:
+    /// @param file  stays the caller's, who keeps it at least as long
+    /// @param end   nothing from here on is seen
+    FileWindow(const InputFile &file, std::uint64_t end);
+
+    /// The bytes from a position on: as many as are held, at least so many if there are.
+    /// @param atLeast  at most kSize
+    /// @return valid until the next call
+    std::string_view from(std::uint64_t position, std::size_t atLeast);
+
+    static constexpr std::size_t kSize = 256 * 1024;
+
+private:
+    const InputFile &_file;
+    std::uint64_t _end;
+    std::vector<char> _buffer;
+    std::uint64_t _begin = 0;
+    std::size_t _filled = 0;
+};

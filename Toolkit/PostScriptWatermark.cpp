@@ -1,0 +1,98 @@
+#include "PostScriptCommands.h"
+
+#include "DSCDocument.h"
+#include "DocumentWriter.h"
+#include "PostScriptText.h"
+#include "ProcSets.h"
+#include "TextMeasuring.h"
+
+#include <array>
+#include <string>
+
+namespace {
+
+using Platform::ShapedText;
+using Platform::TextPathSegment;
+
+/// A procedure must not become too long for an interpreter.
+constexpr std::size_t kSegmentsInProcedure = 1000;
+
+std::string colourProcedure(const std::vector<double> &colour)
+{
+    const std::string_view operation = colour.size() == 1   ? "setgray"
+                                       : colour.size() == 3 ? "setrgbcolor"
+                                                            : "setcmykcolor";
+    return "/colour { " + postScriptNumbers(colour) + " " + std::string(operation) +
+           " } bind def\n";
+}
+
+/// To the lower left corner of the text's box, turned, and up to the baseline.
+std::string placeProcedure(const Watermark &watermark, double descent)
+{
+    return "/place { " + postScriptNumbers(std::array{watermark.position.x, watermark.position.y}) +
+           " translate " + postScriptNumber(watermark.angle) + " rotate 0 " +
+           postScriptNumber(descent) + " translate } bind def\n";
+}
+
+std::string pathOperation(const TextPathSegment &segment)
+{
+    const auto &[first, second, third] = segment.points;
+    switch (segment.kind) {
+    case TextPathSegment::Kind::Move:
+        return postScriptNumbers(std::array{first.x, first.y}) + " moveto\n";
+    case TextPathSegment::Kind::Line:
+        return postScriptNumbers(std::array{first.x, first.y}) + " lineto\n";
+    case TextPathSegment::Kind::Curve:
+        return postScriptNumbers(
+                   std::array{first.x, first.y, second.x, second.y, third.x, third.y}) +
+               " curveto\n";
+    case TextPathSegment::Kind::Close:
+        break;
+    }
+    return "closepath\n";
+}
+
+std::string outlineProcedures(const std::vector<TextPathSegment> &outline)
+{
+    std::string text = "/outline [\n";
+    for (std::size_t index = 0; index < outline.size(); ++index) {
+        if (index % kSegmentsInProcedure == 0)
+            text += index == 0 ? "{ " : "} bind { ";
+        text += pathOperation(outline[index]);
+    }
+    return text + (outline.empty() ? "" : "} bind ") + "] def\n";
+}
+
+std::string watermarkProcSet(const Watermark &watermark, unsigned run)
+{
+    const ShapedText text = Platform::shapeText(watermark.text, watermark.font, watermark.size);
+    std::string procedures = "/KLToolkitWatermark.N 32 dict def\n"
+                             "KLToolkitWatermark.N begin\n";
+    procedures += colourProcedure(watermark.colour);
+    procedures += placeProcedure(watermark, text.descent);
+    procedures += outlineProcedures(text.outline);
+    procedures += watermark.above ? "/isAbove true def\n" : "/isAbove false def\n";
+    procedures += "end\n";
+    procedures += kWatermarkProcSet;
+    return procSetResource("KLToolkitWatermark", run, procedures);
+}
+
+} // namespace
+
+void applyWatermarkToPostScript(const Watermark &watermark, const Job &job)
+{
+    const DSCDocument document(job.input);
+    const unsigned run = document.countOfOurProcSets() + 1;
+    DocumentWriter writer(document, job.output);
+
+    writer.copy({0, document.beginOfProcedures()});
+    writer.lines(watermarkProcSet(watermark, run));
+    std::uint64_t copied = document.beginOfProcedures();
+    const std::string beginOfPage = withRunNumber("KLToolkitWatermarkPage.N\n", run);
+    for (const DSCPage &page : document.pages()) {
+        writer.copy({copied, page.content});
+        writer.lines(beginOfPage);
+        copied = page.content;
+    }
+    writer.copy({copied, document.file().size()});
+}
