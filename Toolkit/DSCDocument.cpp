@@ -61,6 +61,7 @@ private:
 
 void DSCReader::read()
 {
+    _document._endOfFirstLine = _scanner.behindLine(0);
     findHeaderEnd();
     _document._beginOfProcedures = _document._headerEnd;
     while (const auto comment = _scanner.next()) {

@@ -47,6 +47,8 @@ public:
 
     /// From the start of the file to the end of the header's comments.
     DSCRange header() const { return {0, _headerEnd}; }
+    /// Behind the line that says what kind of file this is.
+    std::uint64_t endOfFirstLine() const { return _endOfFirstLine; }
     /// Where procedures can be defined ahead of all that the document itself defines.
     std::uint64_t beginOfProcedures() const { return _beginOfProcedures; }
     /// Behind the %%BeginSetup comment; nullopt when there is none.
@@ -67,6 +69,7 @@ private:
     friend class DSCReader;
 
     InputFile _file;
+    std::uint64_t _endOfFirstLine = 0;
     std::uint64_t _headerEnd = 0;
     std::uint64_t _beginOfProcedures = 0;
     std::optional<std::uint64_t> _beginOfSetup;

@@ -9,11 +9,17 @@ namespace {
 
 constexpr double kPointsPerUnit = 72.0 / 2540; // CUPS counts hundredths of a millimetre
 
-std::optional<PageSize> pageSizeInPPD(const std::string &name, const std::string &ppdPath)
+using PPD = std::unique_ptr<ppd_file_t, decltype(&ppdClose)>;
+
+PPD openPPD(const std::string &path)
 {
-    const std::unique_ptr<ppd_file_t, decltype(&ppdClose)> ppd(ppdOpenFile(ppdPath.c_str()),
-                                                               &ppdClose);
-    const ppd_size_t *size = ppd ? ppdPageSize(ppd.get(), name.c_str()) : nullptr;
+    return {path.empty() ? nullptr : ppdOpenFile(path.c_str()), &ppdClose};
+}
+
+/// @param name  null for the one that is marked
+std::optional<PageSize> pageSizeInPPD(ppd_file_t *ppd, const char *name)
+{
+    const ppd_size_t *size = ppd != nullptr ? ppdPageSize(ppd, name) : nullptr;
     if (size == nullptr || size->width <= 0 || size->length <= 0)
         return std::nullopt;
     return PageSize{size->width, size->length};
@@ -33,9 +39,15 @@ std::optional<PageSize> standardPageSize(const std::string &name)
 
 std::optional<PageSize> pageSizeNamed(const std::string &name, const std::string &ppdPath)
 {
-    if (!ppdPath.empty()) {
-        if (const auto size = pageSizeInPPD(name, ppdPath))
-            return size;
-    }
+    if (const auto size = pageSizeInPPD(openPPD(ppdPath).get(), name.c_str()))
+        return size;
     return standardPageSize(name);
+}
+
+std::optional<PageSize> defaultPageSize(const std::string &ppdPath)
+{
+    const PPD ppd = openPPD(ppdPath);
+    if (ppd)
+        ppdMarkDefaults(ppd.get());
+    return pageSizeInPPD(ppd.get(), nullptr);
 }

@@ -16,3 +16,8 @@ struct PageSize {
 ///                 none.
 /// @return nullopt for a name that neither knows
 std::optional<PageSize> pageSizeNamed(const std::string &name, const std::string &ppdPath);
+
+/// The page size that the PPD gives a job that asks for none.
+/// @param ppdPath  as above
+/// @return nullopt when there is no PPD, or when it has no default
+std::optional<PageSize> defaultPageSize(const std::string &ppdPath);

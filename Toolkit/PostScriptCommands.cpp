@@ -8,11 +8,6 @@ constexpr char kNotYet[] = "PostScript documents cannot be processed yet.";
 
 } // namespace
 
-void applyBookletToPostScript(const Booklet &, const Job &)
-{
-    throw ToolkitError(kNotYet);
-}
-
 void applyCoverPagesToPostScript(const CoverPages &, const Job &)
 {
     throw ToolkitError(kNotYet);

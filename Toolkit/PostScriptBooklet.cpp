@@ -1,0 +1,175 @@
+#include "PostScriptCommands.h"
+
+#include "DSCDocument.h"
+#include "DocumentWriter.h"
+#include "Imposition.h"
+#include "PostScriptText.h"
+#include "ProcSets.h"
+#include "ToolkitError.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <fmt/format.h>
+#include <string>
+
+namespace {
+
+/// What the document says about itself and what is no longer so in the booklet.
+constexpr std::array<std::string_view, 7> kDocumentComments = {
+    "%%Pages",       "%%BoundingBox",   "%%HiResBoundingBox",  "%%PageOrder",
+    "%%Orientation", "%%DocumentMedia", "%%DocumentPaperSizes"};
+
+/// What structures a page, or tells about it, and has no place within a half.
+constexpr std::array<std::string_view, 9> kPageComments = {
+    "%%BeginPageSetup",  "%%EndPageSetup",         "%%PageTrailer",
+    "%%PageBoundingBox", "%%PageHiResBoundingBox", "%%PageOrientation",
+    "%%PageMedia",       "%%PageRequirements",     "%%PageOrder"};
+
+/// Writes one booklet.
+class BookletWriter {
+public:
+    BookletWriter(const Booklet &booklet, const Job &job);
+
+    void write();
+
+private:
+    void writeHeader();
+    void writeProlog();
+    void writeSide(std::uint64_t side);
+    void writeHalf(std::uint64_t pageNumber, const Rectangle &area);
+    void writeContent(const DSCPage &page);
+    PageSize mediaOf(const DSCPage &page) const;
+    std::string procSet() const;
+    std::string named(std::string_view procedures) const { return withRunNumber(procedures, _run); }
+
+    const Booklet &_booklet;
+    const DSCDocument _document;
+    const PageSize _sheet; ///< upright
+    const SheetLayout _layout;
+    const PageSize _defaultSize; ///< of a page about which no comment says more
+    const unsigned _run;
+    DocumentWriter _writer;
+};
+
+PageSize uprightSheet(const Booklet &booklet, const Job &job)
+{
+    const auto size = pageSizeNamed(booklet.pageSize, job.ppdPath);
+    if (!size)
+        throw ToolkitError("The booklet's page size is not known.");
+    return {std::min(size->width, size->height), std::max(size->width, size->height)};
+}
+
+BookletWriter::BookletWriter(const Booklet &booklet, const Job &job)
+    : _booklet(booklet),
+      _document(job.input),
+      _sheet(uprightSheet(booklet, job)),
+      _layout(sheetLayout(_sheet, booklet)),
+      _defaultSize(defaultPageSize(job.ppdPath).value_or(_sheet)),
+      _run(_document.countOfOurProcSets() + 1),
+      _writer(_document, job.output)
+{
+}
+
+void BookletWriter::write()
+{
+    writeHeader();
+    writeProlog();
+    for (std::uint64_t side = 0; side < bookletSideCount(_document.pages().size()); ++side)
+        writeSide(side);
+    _writer.copyWithout(_document.trailer(), kDocumentComments);
+}
+
+void BookletWriter::writeHeader()
+{
+    const std::uint64_t firstLine = _document.endOfFirstLine();
+    _writer.copy({0, firstLine});
+    _writer.lines(fmt::format("%%Pages: {}\n"
+                              "%%PageOrder: Ascend\n"
+                              "%%Orientation: Landscape\n"
+                              "%%BoundingBox: 0 0 {} {}\n"
+                              "%%DocumentMedia: {} {} {} 0 () ()\n",
+                              bookletSideCount(_document.pages().size()), std::ceil(_sheet.width),
+                              std::ceil(_sheet.height), _booklet.pageSize,
+                              postScriptNumber(_sheet.width), postScriptNumber(_sheet.height)));
+    _writer.copyWithout({firstLine, _document.header().end}, kDocumentComments);
+}
+
+/// All between header and first page.
+void BookletWriter::writeProlog()
+{
+    const std::uint64_t procedures = _document.beginOfProcedures();
+    const std::uint64_t firstPage = _document.pages().front().begin;
+    _writer.copyWithout({_document.header().end, procedures}, kPageComments);
+    _writer.lines(procSet());
+    _writer.copy({procedures, _document.beginOfSetup().value_or(firstPage)});
+    if (_document.beginOfSetup()) {
+        _writer.lines(named("KLToolkitBookletSheet.N\n"));
+        _writer.copy({*_document.beginOfSetup(), firstPage});
+    } else {
+        _writer.lines(named("%%BeginSetup\nKLToolkitBookletSheet.N\n%%EndSetup\n"));
+    }
+}
+
+std::string BookletWriter::procSet() const
+{
+    const DSCPage anyPage;
+    const PageSize defaultSize = mediaOf(anyPage);
+    std::string procedures = "/KLToolkitBooklet.N 64 dict def\n";
+    procedures += "KLToolkitBooklet.N begin\n";
+    procedures +=
+        "/sheetSize [" + postScriptNumbers(std::array{_sheet.width, _sheet.height}) + "] def\n";
+    procedures += "/defaultSize [" +
+                  postScriptNumbers(std::array{defaultSize.width, defaultSize.height}) + "] def\n";
+    procedures += "end\n";
+    procedures += kBookletProcSet;
+    return procSetResource("KLToolkitBooklet", _run, procedures);
+}
+
+PageSize BookletWriter::mediaOf(const DSCPage &page) const
+{
+    return _document.mediaOf(page).value_or(_defaultSize);
+}
+
+void BookletWriter::writeSide(std::uint64_t side)
+{
+    struct Half {
+        std::optional<std::uint64_t> page;
+        Rectangle area;
+    };
+    const SheetSide content = bookletSide(side, _document.pages().size(), _booklet.ordering);
+    std::array<Half, 2> halves = {{{content.left, _layout.left}, {content.right, _layout.right}}};
+    // The earlier page comes first: what it asks of the device can then be done at once.
+    if (content.left && content.right && *content.right < *content.left)
+        std::swap(halves[0], halves[1]);
+
+    _writer.lines(fmt::format("%%Page: {0} {0}\n", side + 1));
+    for (const Half &half : halves) {
+        if (half.page)
+            writeHalf(*half.page, half.area);
+    }
+    _writer.lines(named("KLToolkitBookletShow.N\n"));
+}
+
+void BookletWriter::writeHalf(std::uint64_t pageNumber, const Rectangle &area)
+{
+    const DSCPage &page = _document.pages()[pageNumber - 1];
+    const PageSize media = mediaOf(page);
+    const std::string geometry = postScriptNumbers(
+        std::array{area.x, area.y, area.width, area.height, media.width, media.height});
+    _writer.lines(geometry + named(" KLToolkitBookletHalf.N\n"));
+    writeContent(page);
+    _writer.lines(named("KLToolkitBookletEndHalf.N\n"));
+}
+
+void BookletWriter::writeContent(const DSCPage &page)
+{
+    _writer.copyWithout({page.content, page.end}, kPageComments);
+}
+
+} // namespace
+
+void applyBookletToPostScript(const Booklet &booklet, const Job &job)
+{
+    BookletWriter(booklet, job).write();
+}
