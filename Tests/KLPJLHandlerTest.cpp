@@ -275,6 +275,15 @@ TEST_F(KLPJLHandlerTest, LinesStandAroundTheCurrentOneInTheOrderOfTheCalls)
                    })));
 }
 
+TEST_F(KLPJLHandlerTest, EveryLineMayGetLinesAroundIt)
+{
+    EXPECT_EQ(kMarker + "<A\n><B\n>",
+              walk(kMarker + "A\nB\n", [](KLPJLHandler &handler, const std::string &) {
+                  handler.insertLineBeforeCurrentLine("<");
+                  handler.addLineAfterCurrentLine(">");
+              }));
+}
+
 TEST_F(KLPJLHandlerTest, LinesAroundOneLineAreNotCarriedOverToTheNext)
 {
     EXPECT_EQ(kMarker + "before\n@PJL A\nafter\n@PJL B\n",

@@ -331,8 +331,8 @@ TEST_F(KLPrintJobTest, DoesNotReadOnBehindTheEndOfTheInput)
     // Like a terminal: more comes after the end.
     int reads = 0;
     over(Support::openStream({.read = [&reads](char *buffer, std::size_t) -> ssize_t {
-        *buffer = 'x';
-        return ++reads == 2 ? 0 : 1;
+        *buffer = ++reads == 1 ? 'x' : '\n';
+        return reads == 2 ? 0 : 1;
     }}));
     EXPECT_EQ("x", job().readLine());
     EXPECT_EQ(std::nullopt, job().readLine());
@@ -343,9 +343,9 @@ TEST_F(KLPrintJobTest, DoesNotReadOnBehindAReadError)
 {
     int reads = 0;
     over(Support::openStream({.read = [&reads](char *buffer, std::size_t) -> ssize_t {
-        *buffer = 'x';
+        *buffer = ++reads == 1 ? 'x' : '\n';
         errno = EIO;
-        return ++reads == 2 ? -1 : 1;
+        return reads == 2 ? -1 : 1;
     }}));
     EXPECT_EQ("x", job().readLine());
     EXPECT_EQ(std::nullopt, job().readLine());
@@ -876,8 +876,11 @@ TEST_F(KLPrintJobTest, ProcessingWithinAnActionLeavesNothingToFlush)
     over("x\nx\nx\n");
     int runs = 0;
     job().whenLineStartsWithStringDo("x", [&] {
-        if (++runs == 1)
-            job().process();
+        if (++runs > 1)
+            return;
+        job().insertDataBefore("lost");
+        job().addDataAfter("lost");
+        job().process();
     });
     EXPECT_EQ(kCannotFlush, inconsistencyOf([this] { job().process(); }));
     EXPECT_EQ(3, runs);
