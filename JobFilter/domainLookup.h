@@ -1,12 +1,20 @@
 #pragma once
 
+#include "DirectoryService.h"
+
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 class KLPrintOptions;
 
-/// The network domain of the job's user, settled once per job.
+/// The network domain of the job's user, settled once per job: from the directory service when
+/// the job's "UseOpenDirectoryForAuthentication" is exactly "True", else from the host.
+///
+/// A job that does not ask for the directory service neither loads nor contacts it. Failures are
+/// logged and give the empty domain.
 /// @return empty when no domain can be found; nullopt only when the host's answer is not UTF-8.
 std::optional<std::string> domainForUser(const KLPrintOptions &options);
 
@@ -18,3 +26,23 @@ std::optional<std::string> domainForUser(const KLPrintOptions &options);
 /// @param buffer  the name that it wrote, up to its NUL
 /// @return nullopt when the name counts and is not UTF-8
 std::optional<std::string> domainFromHostAnswer(int result, std::string_view buffer);
+
+/// Opens a session with a directory service.
+/// @return null, with the error set, when there can be none
+using DirectoryServiceOpener =
+    std::function<std::unique_ptr<Platform::DirectoryService>(std::optional<KLError> *error)>;
+
+/// The domain of the directory node that holds the user's record: the node's own domain name, else
+/// the one that its search base spells.
+/// @param userName       nullopt when the job has none; the directory is not opened then
+/// @param openDirectory  called at most once
+/// @return empty after every failure, of which one line has then been logged
+std::string domainFromDirectory(const std::optional<std::string> &userName,
+                                const DirectoryServiceOpener &openDirectory);
+
+/// The domain that a search base spells: "dc=example,dc=com" gives "example.com".
+///
+/// On purpose strict: split at every comma, no blank is trimmed, and each piece must begin with
+/// "dc=" in lower case.
+/// @return nullopt when a piece does not
+std::optional<std::string> domainFromSearchBase(std::string_view searchBase);

@@ -1,0 +1,142 @@
+#include "LDAPDirectoryService.h"
+
+#include "ChildMessages.h"
+#include "LDAPQuestions.h"
+#include "Module.h"
+#include "Text.h"
+
+#include <charconv>
+
+namespace Platform {
+namespace {
+
+/// A question, in the child. Its module is loaded there, not in this process.
+template <class Question>
+Question *question(const std::string &symbol)
+{
+    return functionFromModule<Question>("KLDirectoryModule.so", symbol);
+}
+
+std::optional<std::size_t> indexFrom(const std::string &text)
+{
+    std::size_t index = 0;
+    const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), index);
+    return failure == std::errc() ? std::optional(index) : std::nullopt;
+}
+
+} // namespace
+
+LDAPDirectoryService::LDAPDirectoryService(const LDAPTimeLimits &limits)
+    : _answerLimit(limits.answer), _deadline(std::chrono::steady_clock::now() + limits.session)
+{
+}
+
+ChildLimits LDAPDirectoryService::childLimits() const
+{
+    return {.deadline = _deadline, .silence = _answerLimit};
+}
+
+std::unique_ptr<LDAPDirectoryService> LDAPDirectoryService::open(std::optional<KLError> *error,
+                                                                 const LDAPTimeLimits &limits)
+{
+    std::unique_ptr<LDAPDirectoryService> service(new LDAPDirectoryService(limits));
+    const auto ask = [](const ChildMessageSender &answers) {
+        question<decltype(listLDAPServers)>("KLListLDAPServers")(answers);
+    };
+    ChildReport report = messagesFromChild(ask, service->childLimits());
+    if (report.error) {
+        *error = std::move(report.error);
+        return nullptr;
+    }
+    for (ChildMessage &message : report.messages)
+        service->_servers.push_back(std::move(message.text));
+    return service;
+}
+
+bool LDAPDirectoryService::openAuthenticationNode()
+{
+    return !_servers.empty();
+}
+
+bool LDAPDirectoryService::prepareQueryForUser(const std::string &userName,
+                                               std::optional<KLError> *error)
+{
+    if (!isValidUTF8(userName)) {
+        error->emplace("LDAPErrorDomain", 0, "The user name is not UTF-8");
+        return false;
+    }
+    _userName = userName;
+    return true;
+}
+
+std::size_t LDAPDirectoryService::runQuery()
+{
+    for (const std::string &uri : _servers) {
+        if (askServer(uri))
+            return _records.size();
+    }
+    return 0;
+}
+
+/// @return false when the server could not be asked or did not answer in full
+bool LDAPDirectoryService::askServer(const std::string &uri)
+{
+    const auto ask = [&](const ChildMessageSender &answers) {
+        question<decltype(findLDAPUser)>("KLFindLDAPUser")(answers, uri, _userName);
+    };
+    ChildReport report = messagesFromChild(ask, childLimits());
+    if (report.error)
+        return false;
+    for (ChildMessage &message : report.messages) {
+        if (message.kind == LDAPNode)
+            _nodes.push_back(std::move(message.text));
+        else if (message.kind == LDAPRecord)
+            _records.push_back({true, indexFrom(message.text)});
+        else if (message.kind == LDAPRecordOutside)
+            _records.push_back({true, std::nullopt});
+        else if (message.kind == LDAPRecordUnreadable)
+            _records.push_back({false, std::nullopt});
+    }
+    return true;
+}
+
+std::optional<DirectoryAttributes> LDAPDirectoryService::recordDetails(std::size_t record)
+{
+    const auto [hasDetails, node] = _records.at(record);
+    if (!hasDetails)
+        return std::nullopt;
+    DirectoryAttributes details;
+    if (node && *node < _nodes.size())
+        details.emplace(kODAttributeTypeMetaNodeLocation, std::vector{_nodes[*node]});
+    return details;
+}
+
+bool LDAPDirectoryService::openNodeNamed(const std::string &name, std::optional<KLError> *error)
+{
+    const auto ask = [&](const ChildMessageSender &answers) {
+        question<decltype(inspectLDAPNode)>("KLInspectLDAPNode")(answers, name);
+    };
+    ChildReport report = messagesFromChild(ask, childLimits());
+    _node = {{}, std::move(report.error)};
+    for (ChildMessage &message : report.messages) {
+        if (message.kind == LDAPSearchBase)
+            _node.attributes.emplace(kODAttributeTypeLDAPSearchBaseSuffix,
+                                     std::vector{std::move(message.text)});
+        else if (message.kind == LDAPNativeDomain)
+            _node.attributes.emplace(kNativeDomainName, std::vector{std::move(message.text)});
+    }
+    if (!report.messages.empty())
+        return true; // connected: the rest is for nodeDetails() to tell
+    *error = _node.error;
+    return false;
+}
+
+std::optional<DirectoryAttributes> LDAPDirectoryService::nodeDetails(std::optional<KLError> *error)
+{
+    if (!_node.error)
+        return _node.attributes;
+    *error = _node.error;
+    return std::nullopt;
+}
+
+} // namespace Platform

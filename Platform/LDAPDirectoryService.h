@@ -1,0 +1,79 @@
+#pragma once
+
+#include "DirectoryService.h"
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Platform {
+
+struct ChildLimits;
+
+/// How long the directory may keep a job waiting.
+struct LDAPTimeLimits {
+    /// For connecting, and for each answer.
+    std::chrono::milliseconds answer = std::chrono::seconds(5);
+    /// For the whole session, from its opening on.
+    std::chrono::milliseconds session = std::chrono::seconds(10);
+};
+
+/// The directory service of LDAP servers, as the host's ldap.conf(5) names them.
+///
+/// - The authentication node is all configured servers; the first that answers the query in full
+///   is the one that counts.
+/// - A user record is an entry whose `uid`, or on Active Directory `sAMAccountName`, is the user's
+///   name. It is looked for below the configured base, else below every naming context of the
+///   server.
+/// - A record's node is the naming context that holds it, named by the LDAP URL of server and
+///   context. A record outside all of them names no node; one whose name is unreadable has no
+///   details.
+/// - A node's native domain name is its `associatedDomain` (RFC 4524), else, on Active Directory,
+///   its `canonicalName` without the slash at the end. Its search base suffix is the context's
+///   name as the server writes it.
+///
+/// Servers are asked anonymously, from child processes that end with each answer or with the time
+/// limit (see ChildMessages.h). Only those load KLDirectoryModule and the client library.
+class LDAPDirectoryService : public DirectoryService {
+public:
+    /// Opens a session; contacts no server.
+    /// @return null, with the error set, when the configuration cannot be had
+    static std::unique_ptr<LDAPDirectoryService> open(std::optional<KLError> *error,
+                                                      const LDAPTimeLimits &limits = {});
+
+    bool openAuthenticationNode() override;
+    /// Fails for a name that is not UTF-8.
+    bool prepareQueryForUser(const std::string &userName, std::optional<KLError> *error) override;
+    std::size_t runQuery() override;
+    std::optional<DirectoryAttributes> recordDetails(std::size_t record) override;
+    bool openNodeNamed(const std::string &name, std::optional<KLError> *error) override;
+    std::optional<DirectoryAttributes> nodeDetails(std::optional<KLError> *error) override;
+
+private:
+    struct Record {
+        bool hasDetails;
+        std::optional<std::size_t> node; ///< an index into _nodes
+    };
+    /// The answer about a node, kept from its opening until it is asked for.
+    struct Node {
+        DirectoryAttributes attributes;
+        std::optional<KLError> error;
+    };
+
+    explicit LDAPDirectoryService(const LDAPTimeLimits &limits);
+    ChildLimits childLimits() const;
+    bool askServer(const std::string &uri);
+
+    std::chrono::milliseconds _answerLimit;
+    std::chrono::steady_clock::time_point _deadline;
+    std::vector<std::string> _servers;
+    std::string _userName;
+    std::vector<std::string> _nodes;
+    std::vector<Record> _records;
+    Node _node;
+};
+
+} // namespace Platform
