@@ -5,6 +5,7 @@
 #include "SystemLog.h"
 #include "Text.h"
 #include "WriteLog.h"
+#include "backCoverPage.h"
 #include "coverPageRules.h"
 #include "markedChoices.h"
 #include "postscriptRules.h"

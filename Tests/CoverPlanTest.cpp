@@ -33,34 +33,6 @@ using enum CoverStyle;
 
 } // namespace
 
-TEST(CoverPlanTest, BackCoverBeginsWithTheLastSheetOfTwo)
-{
-    EXPECT_EQ(5, backCoverPage(5, Print, kTwoSided, false));
-    EXPECT_EQ(7, backCoverPage(6, Print, kTwoSided, false));
-    EXPECT_EQ(-1, backCoverPage(2, Print, kTwoSided, false));
-    EXPECT_EQ(-1, backCoverPage(1, Print, kTwoSided, false));
-    EXPECT_EQ(4, backCoverPage(5, Print, kTwoSided, true));
-    EXPECT_EQ(6, backCoverPage(6, Print, kTwoSided, true));
-    EXPECT_EQ(2, backCoverPage(2, Print, kTwoSided, true));
-    EXPECT_EQ(-1, backCoverPage(1, Print, kTwoSided, true));
-}
-
-TEST(CoverPlanTest, BackCoverOnOneSideIsTheLastPage)
-{
-    EXPECT_EQ(6, backCoverPage(6, Print, kOneSided, false));
-    EXPECT_EQ(2, backCoverPage(2, Print, kOneSided, true));
-    EXPECT_EQ(-1, backCoverPage(1, Print, kOneSided, false));
-    EXPECT_EQ(6, backCoverPage(6, Print1, kTwoSided, false));
-    EXPECT_EQ(-1, backCoverPage(1, Print1, kTwoSided, true));
-}
-
-TEST(CoverPlanTest, BlankBackCoverComesBehindAnyJob)
-{
-    EXPECT_EQ(1, backCoverPage(0, NoPrint, kOneSided, false));
-    EXPECT_EQ(4, backCoverPage(3, NoPrint, kTwoSided, true));
-    EXPECT_EQ(-1, backCoverPage(3, None, kTwoSided, true));
-}
-
 TEST(CoverPlanTest, NoCoverLeavesTheJobAlone)
 {
     EXPECT_EQ("none 1-3 none", plan(3, None, None, kTwoSided));

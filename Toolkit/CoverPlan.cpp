@@ -1,18 +1,26 @@
 #include "CoverPlan.h"
 
+#include "backCoverPage.h"
+
 #include <algorithm>
+#include <string>
 
 namespace {
 
-/// For "print" on both sides: the back cover is the last sheet of two pages. Behind a front cover
-/// that holds page 1 alone, sheets begin at even pages, else at odd ones.
-std::int64_t lastSheetBegin(std::int64_t pages, bool frontPrintedOnce)
+/// The style's name among the job settings.
+std::optional<std::string> printStyle(CoverStyle style)
 {
-    if (pages < 2)
-        return -1;
-    if (pages == 2)
-        return frontPrintedOnce ? 2 : -1;
-    return frontPrintedOnce ? pages / 2 * 2 : pages / 2 * 2 + 1;
+    switch (style) {
+    case CoverStyle::NoPrint:
+        return "NoPrint";
+    case CoverStyle::Print1:
+        return "Print1";
+    case CoverStyle::Print:
+        return "Print";
+    case CoverStyle::None:
+        break;
+    }
+    return std::nullopt;
 }
 
 std::optional<CoverSheet> frontCover(std::int64_t pages, CoverStyle style, std::int64_t backPage,
@@ -43,27 +51,10 @@ std::optional<CoverSheet> backCover(std::int64_t pages, CoverStyle style, std::i
 
 } // namespace
 
-std::int64_t backCoverPage(std::int64_t pages, CoverStyle back, bool oneSided,
-                           bool frontPrintedOnce)
-{
-    switch (back) {
-    case CoverStyle::NoPrint:
-        return pages + 1;
-    case CoverStyle::Print1:
-        return pages >= 2 ? pages : -1;
-    case CoverStyle::Print:
-        if (oneSided)
-            return pages >= 2 ? pages : -1;
-        return lastSheetBegin(pages, frontPrintedOnce);
-    case CoverStyle::None:
-        break;
-    }
-    return -1;
-}
-
 CoverPlan coverPlan(std::int64_t pages, CoverStyle front, CoverStyle back, bool oneSided)
 {
-    const std::int64_t backPage = backCoverPage(pages, back, oneSided, front == CoverStyle::Print1);
+    const std::int64_t backPage =
+        backCoverPage(pages, printStyle(back), oneSided, front == CoverStyle::Print1);
     CoverPlan plan;
     plan.front = frontCover(pages, front, backPage, oneSided);
     plan.back = backCover(pages, back, backPage, oneSided);

@@ -31,14 +31,6 @@ struct CoverPlan {
     std::optional<CoverSheet> back;
 };
 
-/// The page, counted from 1, at which the back cover begins: one behind the last page when it
-/// carries none, -1 when there is no back cover.
-/// @param pages             of the job
-/// @param oneSided          whether the job is printed on one side
-/// @param frontPrintedOnce  whether the first page stands alone on a front cover
-std::int64_t backCoverPage(std::int64_t pages, CoverStyle back, bool oneSided,
-                           bool frontPrintedOnce);
-
 /// @param pages     of the job, at least 1
 /// @param oneSided  whether the job is printed on one side
 CoverPlan coverPlan(std::int64_t pages, CoverStyle front, CoverStyle back, bool oneSided);
