@@ -174,12 +174,13 @@ void writeBody(FILE *job)
 
 void writeJobEnd(const KLPrintOptions &options)
 {
-    std::printf("\033%%-12345X");
+    const auto pageSize = headerText(options.valueForKeyWithDefault("PageSize", "A4"));
+    std::string end = "\033%-12345X";
     // Pages are not counted: every job says one.
-    std::printf("@PJL COMMENT DSSC PRINT JOBENDINFO PAGES=%lu\r\n", 1UL);
-    std::printf("@PJL COMMENT DSSC PRINT JOBENDINFO PAGESIZE=%s\r\n",
-                headerText(options.valueForKeyWithDefault("PageSize", "A4")).c_str());
-    std::printf("@PJL EOJ\n"); // a bare line feed, and no exit language behind it
+    end += KLPJLHandler::formatDSSCLine("JOBENDINFO PAGES=%lu", 1UL);
+    end += KLPJLHandler::formatDSSCLine("JOBENDINFO PAGESIZE=%@", pageSize);
+    end += "@PJL EOJ\n"; // a bare line feed, and no exit language behind it
+    std::fwrite(end.data(), 1, end.size(), stdout);
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         throw FatalError(kUnableToProcess);
 }

@@ -57,7 +57,7 @@ protected:
         return result;
     }
 
-    /// The header as libcups itself makes it.
+    /// The header as libcups itself makes it, with the copies behind the line that names the job.
     std::string header(const std::string &user = "anna", const std::string &title = "Report") const
     {
         ppd_file_t *ppd = ppdOpenFile(ppdPath.c_str());
@@ -67,7 +67,9 @@ protected:
         ppdEmitJCL(ppd, stream, 7, user.c_str(), title.c_str());
         std::fclose(stream);
         ppdClose(ppd);
-        return Support::readFile(path);
+        std::string text = Support::readFile(path);
+        const auto jobName = text.find("@PJL JOB NAME");
+        return text.insert(text.find('\n', jobName) + 1, "@PJL SET COPIES = 2\r\n");
     }
 
     /// The names of what the run left in the temporary directory.
@@ -186,6 +188,46 @@ TEST_F(JobFilterProgramTest, APPDWithoutJobControlGivesNoHeader)
 {
     Support::writeFile(ppdPath, "*PPD-Adobe: \"4.3\"\n*FormatVersion: \"4.3\"\n");
     EXPECT_EQ("x" + jobEnd("A4"), runProgram(call("x")).output);
+}
+
+TEST_F(JobFilterProgramTest, ATitleInUTF8IsKeptWhereThePPDTakesIt)
+{
+    Support::writeFile(ppdPath, Support::minimalPPD("*cupsPJLCharset: \"UTF-8\"\n"));
+    Support::ProgramCall job = call("x");
+    job.arguments[3] = "Caf\xC3\xA9";
+    EXPECT_THAT(runProgram(job).output, StartsWith("\033%-12345X@PJL\n"
+                                                   "@PJL JOB NAME = \"Caf\xC3\xA9\" DISPLAY = "
+                                                   "\"7 anna Caf\xC3\xA9\"\n"
+                                                   "@PJL SET COPIES = 2\r\n"));
+}
+
+TEST_F(JobFilterProgramTest, TheHeaderEndsBeforeATitleThatIsCutWithinACharacter)
+{
+    // Of "7 anna " and the title libcups takes 32 bytes, here one byte of the thirteenth letter.
+    Support::writeFile(ppdPath, Support::minimalPPD("*cupsPJLCharset: \"UTF-8\"\n"));
+    Support::ProgramCall job = call("x");
+    for (int letter = 0; letter < 13; ++letter)
+        job.arguments[3] += "\xC3\xA9";
+    job.arguments[3].erase(0, std::string_view("Report").size());
+    EXPECT_EQ("\033%-12345X@PJL\nx" + jobEnd(), runProgram(job).output);
+}
+
+TEST_F(JobFilterProgramTest, TheHeaderEndsBeforeAUserNameThatIsNotUTF8)
+{
+    Support::ProgramCall job = call("x");
+    job.arguments[2] = "ann\xE9";
+    EXPECT_EQ("\033%-12345X@PJL\nx" + jobEnd(), runProgram(job).output);
+}
+
+TEST_F(JobFilterProgramTest, WhatThePPDPutsBehindTheLanguageLineIsNotSent)
+{
+    Support::writeFile(ppdPath,
+                       "*PPD-Adobe: \"4.3\"\n*FormatVersion: \"4.3\"\n"
+                       "*JCLBegin: \"<1B>%-12345X@PJL JOB<0A>\"\n"
+                       "*JCLToPSInterpreter: \"@PJL ENTER LANGUAGE=POSTSCRIPT<0A>lost<0A>\"\n"
+                       "*JCLEnd: \"<1B>%-12345X\"\n");
+    EXPECT_THAT(runProgram(call("x")).output,
+                EndsWith("@PJL ENTER LANGUAGE=POSTSCRIPT\nx" + jobEnd()));
 }
 
 TEST_F(JobFilterProgramTest, AnOptionStringFromHellIsSurvived)
