@@ -1,0 +1,365 @@
+#include "MinimalPPD.h"
+#include "Program.h"
+#include "TemporaryFolder.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+constexpr char kNoToolkit[] =
+    "INFO: A required component could not be found, some print settings may not be applied\n";
+constexpr char kAllCommands[] =
+    "com.kalmira.pde.watermark.text=Draft BookletPaperSize=A4 UseFrontCover=true";
+
+/// The built program with a queue whose PPD names a bundle with a scripted toolkit.
+class ToolkitProgramTest : public testing::Test {
+protected:
+    ToolkitProgramTest()
+    {
+        fs::create_directory(temporaries);
+        fs::create_directories(folder.file("Panel.bundle/Contents/Linux"));
+        folder.write("queue.ppd", Support::minimalPPD("*APDialogExtension: \"" +
+                                                      folder.file("Panel.bundle") + "\"\n"));
+    }
+
+    /// "$D" is the test's folder, "$1" the command, "$input" and "$output" are the files.
+    void writeToolkit(const std::string &lines) const
+    {
+        folder.writeScript(kToolkit, "D='" + folder.path() +
+                                         "'\n"
+                                         "for a; do input=$output; output=$a; done\n" +
+                                         lines);
+    }
+
+    /// The call for a job that comes on standard input.
+    Support::ProgramCall call(const std::string &options = kAllCommands) const
+    {
+        Support::ProgramCall result;
+        result.arguments = {JOBFILTER_PROGRAM, "7", "anna", "Report", "1", options};
+        result.environment = {{"PPD", folder.file("queue.ppd")}, {"TMPDIR", temporaries}};
+        result.input = "page";
+        return result;
+    }
+
+    /// The call for the job file.
+    Support::ProgramCall callWithFile(const std::string &options = kAllCommands) const
+    {
+        Support::ProgramCall result = call(options);
+        result.arguments.push_back(jobPath);
+        return result;
+    }
+
+    std::vector<std::string> temporaryNames() const
+    {
+        std::vector<std::string> names;
+        for (const auto &entry : fs::directory_iterator(temporaries))
+            names.push_back(entry.path().filename());
+        return names;
+    }
+
+    void waitForFile(const std::string &name) const
+    {
+        for (int tenths = 0; !fs::exists(folder.file(name)) && tenths < 10000; ++tenths)
+            usleep(1000);
+        ASSERT_TRUE(fs::exists(folder.file(name)));
+    }
+
+    static constexpr char kToolkit[] = "Panel.bundle/Contents/Linux/toolkit";
+
+    Support::TemporaryFolder folder;
+    std::string temporaries = folder.file("tmp");
+    std::string jobPath = folder.write("job.ps", "page");
+};
+
+/// Stamps the page with the command's name.
+constexpr char kStamp[] = "{ cat \"$input\"; printf '+%s' $1; } > \"$output\"\n";
+/// Fails on every command. The moment is for the filter's look at whether it runs.
+constexpr char kFail[] = "sleep 0.2; printf 'no %s today' $1 >&2; exit 9\n";
+
+/// The job's pages in the program's output: what stands between header and job end.
+std::string body(const std::string &output)
+{
+    const std::string begin = "LANGUAGE = POSTSCRIPT\r\n";
+    const auto from = output.find(begin);
+    const auto to = output.rfind("\033%-12345X");
+    return from == std::string::npos || to < from
+               ? "no body in: " + output
+               : output.substr(from + begin.size(), to - from - begin.size());
+}
+
+/// Some PID that a script has written.
+pid_t pidIn(const std::string &path)
+{
+    return std::stoi(Support::readFile(path));
+}
+
+/// Waits until a process is gone or only waits to be reaped.
+bool ends(pid_t process)
+{
+    const std::string stat = "/proc/" + std::to_string(process) + "/stat";
+    for (int tenths = 0; tenths < 10000; ++tenths) {
+        try {
+            if (Support::readFile(stat).find(") Z ") != std::string::npos)
+                return true;
+        } catch (const std::runtime_error &) {
+            return true;
+        }
+        usleep(1000);
+    }
+    return false;
+}
+
+} // namespace
+
+// What is printed
+
+TEST_F(ToolkitProgramTest, PrintsWhatTheToolkitMadeOfTheJob)
+{
+    writeToolkit(kStamp);
+    const auto result = runProgram(call());
+    EXPECT_EQ(0, result.exitStatus);
+    EXPECT_EQ("", result.errors);
+    EXPECT_EQ("page+watermark+booklet+coverpages", body(result.output));
+}
+
+TEST_F(ToolkitProgramTest, AToolkitWithoutWorkIsNotRun)
+{
+    writeToolkit("echo run > $D/run\n");
+    const auto result = runProgram(call(""));
+    EXPECT_EQ("", result.errors);
+    EXPECT_EQ("page", body(result.output));
+    EXPECT_FALSE(fs::exists(folder.file("run")));
+}
+
+TEST_F(ToolkitProgramTest, TheHeaderSeesTheDuplexOfABooklet)
+{
+    // The PPD's Duplex option as job control: its marked choice shows in the header.
+    std::string ppd = Support::readFile(folder.file("queue.ppd"));
+    const auto replace = [&ppd](const std::string &from, const std::string &to) {
+        ppd.replace(ppd.find(from), from.size(), to);
+    };
+    replace("*OrderDependency: 20 AnySetup *Duplex", "*OrderDependency: 20 JCLSetup *Duplex");
+    replace("<</Duplex true/Tumble true>>setpagedevice", "@PJL SET BINDING=SHORTEDGE<0A>");
+    folder.write("queue.ppd", ppd);
+
+    writeToolkit(kStamp);
+    EXPECT_THAT(runProgram(call("BookletPaperSize=A4")).output,
+                HasSubstr("@PJL SET BINDING=SHORTEDGE"));
+    writeToolkit(kFail);
+    EXPECT_THAT(runProgram(call("BookletPaperSize=A4")).output,
+                Not(HasSubstr("@PJL SET BINDING=SHORTEDGE")));
+}
+
+// What is logged
+
+TEST_F(ToolkitProgramTest, EveryErrorIsAnErrorLineAndADebugLine)
+{
+    writeToolkit(std::string("if [ $1 = booklet ]; then") + "\n" + kStamp + "else\n" + kFail +
+                 "fi\n");
+    const auto result = runProgram(call());
+    EXPECT_EQ("ERROR: Unable to apply watermark\n"
+              "DEBUG: Unable to apply watermark: no watermark today\n"
+              "ERROR: Unable to apply cover pages\n"
+              "DEBUG: Unable to apply cover pages: no coverpages today\n",
+              result.errors);
+    EXPECT_EQ(0, result.exitStatus);
+    EXPECT_EQ("page+booklet", body(result.output));
+}
+
+TEST_F(ToolkitProgramTest, TheToolkitsTextCannotStartALogLine)
+{
+    writeToolkit("sleep 0.2; printf 'bad\\r\\nPPD: x\\nATTR: y' >&2; exit 1\n");
+    EXPECT_EQ("ERROR: Unable to apply booklet mode\n"
+              "DEBUG: Unable to apply booklet mode: bad  PPD: x ATTR: y\n",
+              runProgram(call("BookletPaperSize=A4")).errors);
+}
+
+TEST_F(ToolkitProgramTest, ATextThatIsNotUTF8IsReplaced)
+{
+    writeToolkit("sleep 0.2; printf '\\377' >&2; exit 1\n");
+    EXPECT_THAT(runProgram(call("BookletPaperSize=A4")).errors,
+                EndsWith("booklet mode: An unknown error occurred and the error information could "
+                         "not be processed.\n"));
+}
+
+TEST_F(ToolkitProgramTest, WithoutATextTheDebugLineEndsThere)
+{
+    writeToolkit("sleep 0.2; exit 1\n");
+    EXPECT_EQ("ERROR: Unable to apply booklet mode\nDEBUG: Unable to apply booklet mode: \n",
+              runProgram(call("BookletPaperSize=A4")).errors);
+}
+
+TEST_F(ToolkitProgramTest, TheToolkitsOutputGoesNowhere)
+{
+    writeToolkit(std::string("echo noise; cat\n") + kStamp);
+    const auto result = runProgram(callWithFile("BookletPaperSize=A4"));
+    EXPECT_EQ("page+booklet", body(result.output));
+    EXPECT_THAT(result.output, Not(HasSubstr("noise")));
+}
+
+TEST_F(ToolkitProgramTest, TenMegabytesOfErrorsBlockNobody)
+{
+    writeToolkit("sleep 0.2; head -c 10485760 /dev/zero | tr '\\0' x >&2; exit 1\n");
+    const auto result = runProgram(call("BookletPaperSize=A4"));
+    EXPECT_EQ(0, result.exitStatus);
+    EXPECT_EQ("ERROR: Unable to apply booklet mode\nDEBUG: Unable to apply booklet mode: " +
+                  std::string(10485760, 'x') + "\n",
+              result.errors);
+}
+
+// Which files remain
+
+TEST_F(ToolkitProgramTest, NoFileOfASpooledJobRemains)
+{
+    for (const char *failing : {"none", "watermark", "booklet", "coverpages", "*"}) {
+        writeToolkit("case $1 in " + std::string(failing) + ") exit 1;; esac\n" + kStamp);
+        EXPECT_EQ(0, runProgram(call()).exitStatus) << failing;
+        EXPECT_THAT(temporaryNames(), IsEmpty()) << failing;
+    }
+}
+
+TEST_F(ToolkitProgramTest, AJobFileSurvivesCommandsThatFail)
+{
+    writeToolkit("exit 1\n");
+    EXPECT_EQ("page", body(runProgram(callWithFile()).output));
+    EXPECT_EQ("page", Support::readFile(jobPath));
+    EXPECT_THAT(temporaryNames(), IsEmpty());
+}
+
+TEST_F(ToolkitProgramTest, ACommandThatWorksConsumesTheJobFileAndLeavesItsOutput)
+{
+    writeToolkit("[ $1 = watermark ] && exit 1\n" + std::string(kStamp));
+    EXPECT_EQ("page+booklet+coverpages", body(runProgram(callWithFile()).output));
+    EXPECT_FALSE(fs::exists(jobPath));
+    ASSERT_EQ(1U, temporaryNames().size());
+    EXPECT_THAT(temporaryNames().front(), StartsWith("toolkit-"));
+    EXPECT_EQ("page+booklet+coverpages",
+              Support::readFile(temporaries + "/" + temporaryNames().front()));
+}
+
+TEST_F(ToolkitProgramTest, AnOutputThatTheToolkitRemovedCannotBeRead)
+{
+    writeToolkit("rm \"$output\"\n");
+    const auto result = runProgram(call("BookletPaperSize=A4"));
+    EXPECT_EQ("CRIT: Unable to read from input\n", result.errors);
+    EXPECT_EQ(1, result.exitStatus);
+    EXPECT_EQ("", result.output);
+}
+
+TEST_F(ToolkitProgramTest, AnOutputThatTheToolkitReplacedIsPrinted)
+{
+    writeToolkit("printf new > $D/new; mv $D/new \"$output\"\n");
+    EXPECT_EQ("new", body(runProgram(call("BookletPaperSize=A4")).output));
+    EXPECT_THAT(temporaryNames(), IsEmpty());
+}
+
+// Toolkits that do not run
+
+TEST_F(ToolkitProgramTest, AToolkitThatDoesNotStartFailsTheJobAndKeepsIt)
+{
+    Support::writeFile(folder.file(kToolkit), "#!/no/such/interpreter\n");
+    fs::permissions(folder.file(kToolkit), fs::perms::owner_all);
+    const auto result = runProgram(callWithFile("BookletPaperSize=A4"));
+    EXPECT_EQ("CRIT: Unable to start " + folder.file(kToolkit) + ": No such file or directory\n",
+              result.errors);
+    EXPECT_EQ(1, result.exitStatus);
+    EXPECT_EQ("", result.output);
+    EXPECT_EQ("page", Support::readFile(jobPath));
+    EXPECT_THAT(temporaryNames(), IsEmpty());
+}
+
+TEST_F(ToolkitProgramTest, AToolkitThatIsNotToBeTrustedCountsAsMissing)
+{
+    writeToolkit(kStamp);
+    ASSERT_EQ(0, chmod(folder.file(kToolkit).c_str(), 0777));
+    const auto result = runProgram(call());
+    EXPECT_EQ(std::string(kNoToolkit) + "DEBUG: The toolkit is not used: " + folder.file(kToolkit) +
+                  " is writable by everyone\n",
+              result.errors);
+    EXPECT_EQ("page", body(result.output));
+    EXPECT_EQ(0, result.exitStatus);
+}
+
+// A cancelled job
+
+TEST_F(ToolkitProgramTest, ACancelledJobEndsTheToolkitAndRemovesItsOutput)
+{
+    writeToolkit(
+        "sleep 100 & echo $! > $D/grandchild; echo $$ > $D/new; mv $D/new $D/child; wait\n");
+    for (const bool spooled : {true, false}) {
+        fs::remove(folder.file("child"));
+        Support::ProgramCall cancelled = spooled ? call() : callWithFile();
+        cancelled.inChild = [this] { dup2(open(jobPath.c_str(), O_RDONLY), STDIN_FILENO); };
+        cancelled.afterStart = [this](pid_t program) {
+            waitForFile("child");
+            EXPECT_THAT(temporaryNames(), Not(IsEmpty()));
+            kill(program, SIGTERM);
+        };
+        const auto result = runProgram(cancelled);
+        EXPECT_EQ(SIGTERM, result.signal);
+        EXPECT_EQ("", result.output);
+        EXPECT_THAT(temporaryNames(), IsEmpty());
+        EXPECT_TRUE(ends(pidIn(folder.file("child"))));
+        EXPECT_TRUE(ends(pidIn(folder.file("grandchild"))));
+        EXPECT_EQ("page", Support::readFile(jobPath));
+    }
+}
+
+TEST_F(ToolkitProgramTest, AJobCancelledInItsSecondCommandLeavesNothingOfTheFirst)
+{
+    writeToolkit("[ $1 = booklet ] && { : > $D/second; sleep 100; }\n" + std::string(kStamp));
+    Support::ProgramCall cancelled = callWithFile();
+    cancelled.afterStart = [this](pid_t program) {
+        waitForFile("second");
+        kill(program, SIGTERM);
+    };
+    EXPECT_EQ(SIGTERM, runProgram(cancelled).signal);
+    EXPECT_THAT(temporaryNames(), IsEmpty());
+}
+
+// Fonts
+
+TEST_F(ToolkitProgramTest, TheWatermarksPlaceIsMeasured)
+{
+    writeToolkit("printf '%s\\n' \"$@\" > $D/arguments\n" + std::string(kStamp));
+    runProgram(call("com.kalmira.pde.watermark.text=HH com.kalmira.pde.watermark.size=100"));
+    // Half of 595 less two letters of 72.2 points; half of 842 less a line of 120 points.
+    EXPECT_THAT(Support::readFile(folder.file("arguments")),
+                HasSubstr("--position\n225.300000,361.000000\n"));
+}
+
+TEST_F(ToolkitProgramTest, FontLibrariesAreLoadedForAWatermarkAlone)
+{
+    writeToolkit("cat /proc/$PPID/maps > $D/maps\n" + std::string(kStamp));
+    const std::vector<std::string> libraries = {"libfontconfig", "libfreetype", "libharfbuzz",
+                                                "libfribidi", "KLTextMeasuringModule"};
+    runProgram(call("BookletPaperSize=A4"));
+    for (const std::string &library : libraries)
+        EXPECT_THAT(Support::readFile(folder.file("maps")), Not(HasSubstr(library)));
+    runProgram(call("com.kalmira.pde.watermark.text=Draft"));
+    for (const std::string &library : libraries)
+        EXPECT_THAT(Support::readFile(folder.file("maps")), HasSubstr(library));
+}
+
+TEST_F(ToolkitProgramTest, TheProgramItselfNeedsNoFontLibrary)
+{
+    const auto result = Support::runProgram({.arguments = {"readelf", "-d", JOBFILTER_PROGRAM}});
+    EXPECT_EQ(0, result.exitStatus);
+    EXPECT_THAT(result.output, HasSubstr("Shared library: [libcups"));
+    for (const char *library : {"fontconfig", "freetype", "harfbuzz", "fribidi"})
+        EXPECT_THAT(result.output, Not(HasSubstr(library)));
+}
