@@ -177,3 +177,19 @@ DSCDocument::DSCDocument(std::FILE *stream) : _file(stream)
 {
     DSCReader(*this).read();
 }
+
+DSCComment DSCDocument::pageComment(const DSCPage &page) const
+{
+    return DSCScanner(_file, page.begin, page.end).next().value_or(DSCComment());
+}
+
+std::string_view labelOfPage(const DSCComment &comment)
+{
+    const std::string_view value = comment.value();
+    const auto end = value.starts_with('(') ? value.find(')') : value.find_first_of(" \t");
+    if (value.empty() || value.starts_with("(atend)"))
+        return "?";
+    if (value.starts_with('('))
+        return end == std::string_view::npos ? "?" : value.substr(0, end + 1);
+    return value.substr(0, end);
+}

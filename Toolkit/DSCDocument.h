@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DSCMedia.h"
+#include "DSCScanner.h"
 #include "InputFile.h"
 #include "PageSizes.h"
 
@@ -55,6 +56,8 @@ public:
     std::optional<std::uint64_t> beginOfSetup() const { return _beginOfSetup; }
     /// At least one.
     const std::vector<DSCPage> &pages() const { return _pages; }
+    /// The page's %%Page comment, read from the file.
+    DSCComment pageComment(const DSCPage &page) const;
     /// From behind the last page to the end of the file.
     DSCRange trailer() const { return {_trailer, _file.size()}; }
 
@@ -79,3 +82,7 @@ private:
     unsigned _countOfOurProcSets = 0;
     DSCMedia _media;
 };
+
+/// The label in a %%Page comment: one word, or a text with its parentheses.
+/// @return "?" when the comment has none
+std::string_view labelOfPage(const DSCComment &comment);

@@ -102,6 +102,8 @@ void BookletWriter::writeProlog()
     const std::uint64_t firstPage = _document.pages().front().begin;
     _writer.copyWithout({_document.header().end, procedures}, kPageComments);
     _writer.lines(procSet());
+    if (!_document.isComplete())
+        _writer.lines(procSetResource("KLToolkitUnfinished", _run, kUnfinishedProcSet));
     _writer.copy({procedures, _document.beginOfSetup().value_or(firstPage)});
     if (_document.beginOfSetup()) {
         _writer.lines(named("KLToolkitBookletSheet.N\n"));
@@ -164,7 +166,12 @@ void BookletWriter::writeHalf(std::uint64_t pageNumber, const Rectangle &area)
 
 void BookletWriter::writeContent(const DSCPage &page)
 {
+    const bool isCutOff = !_document.isComplete() && page.end == _document.trailer().begin;
+    if (isCutOff)
+        _writer.lines(unfinishedPageBegin(_run));
     _writer.copyWithout({page.content, page.end}, kPageComments);
+    if (isCutOff)
+        _writer.lines(unfinishedPageEnd(_run));
 }
 
 } // namespace

@@ -2,6 +2,12 @@
 
 #include <fmt/format.h>
 
+namespace {
+
+constexpr std::string_view kEndOfUnfinishedPage = "%KLToolkitEndOfUnfinishedPage.N";
+
+} // namespace
+
 std::string postScriptNumber(double number)
 {
     std::string text = fmt::format("{:.4f}", number);
@@ -41,4 +47,17 @@ std::string withRunNumber(std::string_view text, unsigned run)
         result += number;
         text.remove_prefix(found + kPlaceholder.size());
     }
+}
+
+std::string unfinishedPageBegin(unsigned run)
+{
+    return withRunNumber(fmt::format("currentfile 0 ({}) /SubFileDecode filter "
+                                     "KLToolkitRunUnfinished.N\n",
+                                     kEndOfUnfinishedPage),
+                         run);
+}
+
+std::string unfinishedPageEnd(unsigned run)
+{
+    return withRunNumber(kEndOfUnfinishedPage, run) + "\n";
 }

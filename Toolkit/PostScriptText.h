@@ -18,3 +18,7 @@ std::string procSetResource(std::string_view name, unsigned run, std::string_vie
 
 /// The text with the run's number in place of each ".N".
 std::string withRunNumber(std::string_view text, unsigned run);
+
+/// What frames a page that the end of the document cuts off (Unfinished.ps).
+std::string unfinishedPageBegin(unsigned run);
+std::string unfinishedPageEnd(unsigned run);

@@ -1,0 +1,239 @@
+#include "PostScriptCommands.h"
+
+#include "CoverPlan.h"
+#include "DSCDocument.h"
+#include "DocumentWriter.h"
+#include "PostScriptText.h"
+#include "PrinterFeatures.h"
+#include "ProcSets.h"
+
+#include <array>
+#include <fmt/format.h>
+#include <map>
+#include <string>
+
+namespace {
+
+constexpr std::array<std::string_view, 1> kCountComment = {"%%Pages"};
+
+/// The PPD's name of a paper source that the toolkit's command line names otherwise.
+std::string sourceInPPD(const std::string &source, const PrinterFeatures &features)
+{
+    static const std::map<std::string, std::string> kNames = {
+        {"AutoSelect", "Auto"},
+        {"Bypass", "SheetFeedBypass"},
+        {"ExternalLCF2", "AdditionalExternalLCF"},
+    };
+    const auto name = kNames.find(source);
+    if (name == kNames.end() || !features.has("InputSlot", name->second))
+        return source;
+    return name->second;
+}
+
+/// The PPD's name of a duplex setting.
+std::string duplexInPPD(const std::string &word)
+{
+    if (word == "none")
+        return "None";
+    if (word == "tumble")
+        return "DuplexTumble";
+    return word == "notumble" ? "DuplexNoTumble" : word;
+}
+
+/// What every PostScript printer understands.
+std::string_view duplexRequest(const std::string &choice)
+{
+    if (choice == "None")
+        return "<< /Duplex false /Tumble false >> setpagedevice";
+    if (choice == "DuplexNoTumble")
+        return "<< /Duplex true /Tumble false >> setpagedevice";
+    return choice == "DuplexTumble" ? "<< /Duplex true /Tumble true >> setpagedevice" : "";
+}
+
+/// Writes one document with covers.
+class CoverPagesWriter {
+public:
+    CoverPagesWriter(const CoverPages &request, const Job &job);
+
+    void write();
+
+private:
+    void writeHeader();
+    void writeProlog();
+    void writeCover(const CoverSheet &sheet, const Cover &cover);
+    void writeJob();
+    void writeSettings(const std::string &source, const std::string &media,
+                       const std::string &duplex);
+    void writePendingSettings();
+    void writePages(const PageRange &pages);
+    void writePage(const DSCPage &page);
+    void writeContent(const DSCPage &page);
+    void writeBlankSide();
+    void writeBlankSheetSize();
+    std::int64_t sideCount() const;
+    std::string codeOfDuplex(const std::string &choice) const;
+    std::string named(std::string_view procedures) const { return withRunNumber(procedures, _run); }
+
+    const CoverPages &_request;
+    const DSCDocument _document;
+    const PrinterFeatures _features;
+    const CoverPlan _plan;
+    const unsigned _run;
+    DocumentWriter _writer;
+    std::string _settings;   ///< to be made where the next side begins
+    std::int64_t _sides = 0; ///< written so far
+};
+
+CoverPagesWriter::CoverPagesWriter(const CoverPages &request, const Job &job)
+    : _request(request),
+      _document(job.input),
+      _features(job.ppdPath),
+      _plan(coverPlan(static_cast<std::int64_t>(_document.pages().size()), request.front.style,
+                      request.back.style, request.duplex == "none")),
+      _run(_document.countOfOurProcSets() + 1),
+      _writer(_document, job.output)
+{
+}
+
+void CoverPagesWriter::write()
+{
+    writeHeader();
+    writeProlog();
+    if (_plan.front)
+        writeCover(*_plan.front, _request.front);
+    if (_plan.blankSideBehindFront)
+        writeBlankSide();
+    writeJob();
+    if (_plan.back)
+        writeCover(*_plan.back, _request.back);
+    if (_plan.back || (_plan.front && _plan.job.isEmpty()))
+        writeSettings(_request.source, _request.media, duplexInPPD(_request.duplex));
+    writePendingSettings();
+    _writer.copyWithout(_document.trailer(), kCountComment);
+}
+
+void CoverPagesWriter::writeHeader()
+{
+    _writer.copy({0, _document.endOfFirstLine()});
+    _writer.lines(fmt::format("%%Pages: {}\n", sideCount()));
+    _writer.copyWithout({_document.endOfFirstLine(), _document.header().end}, kCountComment);
+}
+
+std::int64_t CoverPagesWriter::sideCount() const
+{
+    std::int64_t sides = _plan.job.size();
+    sides += _plan.blankSideBehindFront ? 1 : 0;
+    sides += _plan.blankSideBehindJob ? 1 : 0;
+    for (const auto &cover : {_plan.front, _plan.back}) {
+        if (cover)
+            sides += cover->pages.isEmpty() ? 1 : cover->pages.size();
+    }
+    return sides;
+}
+
+void CoverPagesWriter::writeProlog()
+{
+    const std::uint64_t procedures = _document.beginOfProcedures();
+    _writer.copy({_document.header().end, procedures});
+    _writer.lines(procSetResource("KLToolkitCoverPages", _run, kCoverPagesProcSet));
+    if (!_document.isComplete())
+        _writer.lines(procSetResource("KLToolkitUnfinished", _run, kUnfinishedProcSet));
+    _writer.copy({procedures, _document.pages().front().begin});
+}
+
+void CoverPagesWriter::writeCover(const CoverSheet &sheet, const Cover &cover)
+{
+    writeSettings(cover.source, cover.media,
+                  sheet.oneSided ? "None" : duplexInPPD(_request.duplex));
+    if (sheet.pages.isEmpty()) {
+        writeBlankSheetSize();
+        writeBlankSide();
+    }
+    writePages(sheet.pages);
+}
+
+void CoverPagesWriter::writeJob()
+{
+    if (_plan.job.isEmpty())
+        return;
+    if (_plan.front)
+        writeSettings(_request.source, _request.media, duplexInPPD(_request.duplex));
+    writePages(_plan.job);
+    if (_plan.blankSideBehindJob)
+        writeBlankSide();
+}
+
+void CoverPagesWriter::writeSettings(const std::string &source, const std::string &media,
+                                     const std::string &duplex)
+{
+    std::string code = _features.code("InputSlot", sourceInPPD(source, _features));
+    if (media != "None")
+        code += _features.code("MediaType", media);
+    code += codeOfDuplex(duplex);
+    _settings = named("KLToolkitCoverPagesBegin.N\n") + code + named("KLToolkitCoverPagesEnd.N\n");
+}
+
+/// The PPD's code, and the request that every printer understands where the PPD has none for the
+/// page data.
+std::string CoverPagesWriter::codeOfDuplex(const std::string &choice) const
+{
+    std::string code = _features.code("Duplex", choice);
+    const std::string_view request = duplexRequest(choice);
+    if ((code.empty() || _features.isJobControl("Duplex")) && !request.empty())
+        code += protectedFeature("Duplex", choice, request);
+    return code;
+}
+
+void CoverPagesWriter::writePendingSettings()
+{
+    _writer.lines(_settings);
+    _settings.clear();
+}
+
+/// The sheet is as large as the page beside it.
+void CoverPagesWriter::writeBlankSheetSize()
+{
+    const auto &pages = _document.pages();
+    if (const auto size = _document.mediaOf(_sides == 0 ? pages.front() : pages.back()))
+        _settings += postScriptNumbers(std::array{size->width, size->height}) +
+                     named(" KLToolkitCoverPagesSize.N\n");
+}
+
+void CoverPagesWriter::writeBlankSide()
+{
+    _writer.lines(fmt::format("%%Page: (blank) {}\n", ++_sides));
+    writePendingSettings();
+    _writer.lines(named("KLToolkitCoverPagesBlank.N\n"));
+}
+
+void CoverPagesWriter::writePages(const PageRange &pages)
+{
+    for (std::int64_t page = pages.first; page <= pages.last; ++page)
+        writePage(_document.pages()[static_cast<std::size_t>(page - 1)]);
+}
+
+void CoverPagesWriter::writePage(const DSCPage &page)
+{
+    const DSCComment comment = _document.pageComment(page);
+    _writer.lines(fmt::format("%%Page: {} {}\n", labelOfPage(comment), ++_sides));
+    _writer.copy({comment.end, page.content});
+    writePendingSettings();
+    writeContent(page);
+}
+
+void CoverPagesWriter::writeContent(const DSCPage &page)
+{
+    const bool isCutOff = !_document.isComplete() && page.end == _document.trailer().begin;
+    if (isCutOff)
+        _writer.lines(unfinishedPageBegin(_run));
+    _writer.copy({page.content, page.end});
+    if (isCutOff)
+        _writer.lines(unfinishedPageEnd(_run));
+}
+
+} // namespace
+
+void applyCoverPagesToPostScript(const CoverPages &coverPages, const Job &job)
+{
+    CoverPagesWriter(coverPages, job).write();
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cups/ppd.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+/// Printer features as a queue's PPD says them in PostScript.
+class PrinterFeatures {
+public:
+    /// @param ppdPath  empty when there is no PPD; one that cannot be read counts as none
+    explicit PrinterFeatures(const std::string &ppdPath);
+
+    /// The code of a choice, protected so that an error in it does not end the job. A job-control
+    /// choice's code is turned into PostScript first.
+    /// @param option  keyword, "MediaType"
+    /// @return whole lines; empty when there is no such option or choice, or when it has no code
+    std::string code(const std::string &option, const std::string &choice) const;
+
+    bool has(const std::string &option, const std::string &choice) const;
+
+    /// Whether a choice of that option would go into the job's header.
+    bool isJobControl(const std::string &option) const;
+
+private:
+    ppd_option_t *optionNamed(const std::string &option) const;
+    ppd_choice_t *choiceNamed(const std::string &option, const std::string &choice) const;
+
+    std::unique_ptr<ppd_file_t, decltype(&ppdClose)> _ppd;
+};
+
+/// Lines of PostScript as a feature of a document, protected so that an error in them does not end
+/// the job.
+std::string protectedFeature(const std::string &option, const std::string &choice,
+                             std::string_view code);
