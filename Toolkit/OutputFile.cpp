@@ -79,11 +79,8 @@ OutputFile::~OutputFile()
 
 void OutputFile::commit()
 {
-    const bool flushed = std::fflush(_stream.get()) == 0;
-    const int problem = errno;
     if (!Platform::closeStream(std::move(_stream)))
-        throw ToolkitError(flushed ? "The output file could not be written completely."
-                                   : cannotWrite(problem));
+        throw ToolkitError("The output file could not be written completely.");
     Platform::keepWhenCancelled(_path);
     _committed = true;
 }

@@ -66,6 +66,9 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
     refuseDeepPageTree(document.getRoot().getKey("/Pages"));
     std::vector<QPDFObjectHandle> pages = document.getAllPages();
     refuseMissingPages(document, pages.size());
+    // Whatever it said: others believe it.
+    document.getRoot().getKey("/Pages").replaceKey(
+        "/Count", QPDFObjectHandle::newInteger(static_cast<long long>(pages.size())));
     if (pages.empty())
         throw ToolkitError("The PDF document has no pages.");
     return pages;

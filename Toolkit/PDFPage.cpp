@@ -108,20 +108,6 @@ void pipeParts(std::vector<QPDFObjectHandle> parts, Pipeline *output)
     output->finish();
 }
 
-/// The streams that make up a page's contents; what is no stream counts as nothing.
-std::vector<QPDFObjectHandle> partsOf(QPDFObjectHandle contents)
-{
-    std::vector<QPDFObjectHandle> parts;
-    if (contents.isStream())
-        parts.push_back(contents);
-    for (int i = 0; contents.isArray() && i < contents.getArrayNItems(); ++i) {
-        QPDFObjectHandle part = contents.getArrayItem(i);
-        if (part.isStream())
-            parts.push_back(part);
-    }
-    return parts;
-}
-
 /// A stream of its own with the same bytes as the parts one after another.
 QPDFObjectHandle joined(QPDF &document, std::vector<QPDFObjectHandle> parts)
 {
@@ -181,10 +167,24 @@ QPDFObjectHandle PDFPage::resources() const
     return resources;
 }
 
+std::vector<QPDFObjectHandle> PDFPage::contents() const
+{
+    QPDFObjectHandle page = _page;
+    QPDFObjectHandle contents = page.getKey("/Contents");
+    std::vector<QPDFObjectHandle> parts;
+    if (contents.isStream())
+        parts.push_back(contents);
+    for (int i = 0; contents.isArray() && i < contents.getArrayNItems(); ++i) {
+        QPDFObjectHandle part = contents.getArrayItem(i);
+        if (part.isStream())
+            parts.push_back(part);
+    }
+    return parts;
+}
+
 std::optional<QPDFObjectHandle> PDFPageForms::formOf(const PDFPage &page, const Rectangle &bounds)
 {
-    QPDFObjectHandle contents = page.object().getKey("/Contents");
-    std::vector<QPDFObjectHandle> parts = partsOf(contents);
+    std::vector<QPDFObjectHandle> parts = page.contents();
     if (parts.empty())
         return std::nullopt;
 

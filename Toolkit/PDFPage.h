@@ -7,6 +7,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 /// A page as it is read: its CropBox (else its MediaBox), turned by its /Rotate, in points.
 class PDFPage {
@@ -29,6 +30,10 @@ public:
 
     /// The page's resources, its own or inherited, as an indirect object; made when there are none.
     QPDFObjectHandle resources() const;
+
+    /// The streams that its contents are made of, read one after another; what is no stream counts
+    /// as nothing.
+    std::vector<QPDFObjectHandle> contents() const;
 
 private:
     /// The lower left corner of the page as it is read, in user space.

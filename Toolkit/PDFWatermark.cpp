@@ -168,14 +168,9 @@ void Stamp::drawBelow(const PDFPage &page)
     const std::string name = nameIn(objects);
     objects.replaceKey(name, _text);
 
-    QPDFObjectHandle before = page.object().getKey("/Contents");
-    QPDFObjectHandle contents = QPDFObjectHandle::newArray();
-    contents.appendItem(sharedStream(drawing(page, name)));
-    if (before.isStream())
-        contents.appendItem(before);
-    for (int i = 0; before.isArray() && i < before.getArrayNItems(); ++i)
-        contents.appendItem(before.getArrayItem(i));
-    page.object().replaceKey("/Contents", contents);
+    std::vector<QPDFObjectHandle> contents = page.contents();
+    contents.insert(contents.begin(), sharedStream(drawing(page, name)));
+    page.object().replaceKey("/Contents", QPDFObjectHandle::newArray(contents));
 }
 
 /// The operators that put the text in its place, in the page's user space.

@@ -13,7 +13,7 @@ namespace Support {
 /// How to run a program.
 struct ProgramCall {
     /// The program's path, or its name to be looked up in PATH, and its arguments.
-    std::vector<std::string> arguments;
+    std::vector<std::string> arguments = {};
     /// Set in addition to the test's own environment; nullopt unsets.
     std::map<std::string, std::optional<std::string>> environment = {};
     std::string input = {};

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Commands.h"
+#include "Rendering.h"
+#include "TextMeasuring.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+namespace Support {
+
+/// The box around the ink of a watermark on the page as it is read, from its outline: the corner
+/// of the text's box in its place, the baseline one descent above, all of it turned.
+inline Box inkBoxOf(const Watermark &watermark)
+{
+    const auto text = Platform::shapeText(watermark.text, watermark.font, watermark.size);
+    const double angle = watermark.angle * std::numbers::pi / 180;
+    constexpr double kFar = std::numeric_limits<double>::max();
+    Box box = {kFar, kFar, -kFar, -kFar};
+    Platform::TextPoint pen;
+    const auto include = [&](Platform::TextPoint point) {
+        const double y = point.y + text.descent;
+        const double turnedX =
+            watermark.position.x + point.x * std::cos(angle) - y * std::sin(angle);
+        const double turnedY =
+            watermark.position.y + point.x * std::sin(angle) + y * std::cos(angle);
+        box = {std::min(box.left, turnedX), std::min(box.bottom, turnedY),
+               std::max(box.right, turnedX), std::max(box.top, turnedY)};
+    };
+    for (const auto &[kind, points] : text.outline) {
+        using Kind = Platform::TextPathSegment::Kind;
+        if (kind == Kind::Close)
+            continue;
+        const bool isCurve = kind == Kind::Curve;
+        for (double t = 0.125; isCurve && t < 1; t += 0.125) {
+            const auto at = [t](double a, double b, double c, double d) {
+                const double u = 1 - t;
+                return u * u * u * a + 3 * u * u * t * b + 3 * u * t * t * c + t * t * t * d;
+            };
+            include({at(pen.x, points[0].x, points[1].x, points[2].x),
+                     at(pen.y, points[0].y, points[1].y, points[2].y)});
+        }
+        pen = points[isCurve ? 2 : 0];
+        include(pen);
+    }
+    return box;
+}
+
+} // namespace Support

@@ -1,0 +1,347 @@
+#include "Arguments.h"
+
+#include "ToolkitError.h"
+#include "Values.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::Optional;
+
+using Words = std::vector<std::string>;
+
+/// The words of a watermark as the filter writes them.
+Words watermarkWords()
+{
+    return {"watermark", "--above", "--font",     "Helvetica",  "--angle", "-45.000000",
+            "--colour",  "0,0,0",   "--position", "50.5,60.25", "--size",  "36",
+            "--text",    "DRAFT",   "in",         "out"};
+}
+
+Words bookletWords()
+{
+    return {
+        "booklet", "--pagesize", "A4", "--centremargin", "10mm", "--outermargin", "0", "--ordering",
+        "LTR",     "in",         "out"};
+}
+
+Words coverPagesWords()
+{
+    return {"coverpages", "--back-style",  "none",       "--back-media",
+            "None",       "--back-source", "AutoSelect", "--front-style",
+            "print1",     "--front-media", "Thick",      "--front-source",
+            "Bypass",     "--source",      "Tray2",      "--media",
+            "Plain",      "--duplex",      "tumble",     "in",
+            "out"};
+}
+
+/// The words with the value of one option replaced.
+Words withValue(Words words, const std::string &option, const std::string &value)
+{
+    *std::next(std::ranges::find(words, option)) = value;
+    return words;
+}
+
+/// The words without an option and, if it has one, its value.
+Words without(Words words, const std::string &option, int count)
+{
+    const auto first = std::ranges::find(words, option);
+    words.erase(first, first + count);
+    return words;
+}
+
+template <class Kind>
+Kind understood(const Words &words)
+{
+    return std::get<Kind>(commandFromArguments(splitArguments(words)));
+}
+
+std::string splitProblem(const Words &words)
+{
+    try {
+        splitArguments(words);
+    } catch (const ToolkitError &error) {
+        return error.what();
+    }
+    return "none";
+}
+
+/// Why words that can be told apart are refused.
+std::string problem(const Words &words)
+{
+    const Arguments arguments = splitArguments(words);
+    try {
+        commandFromArguments(arguments);
+    } catch (const ToolkitError &error) {
+        return error.what();
+    }
+    return "none";
+}
+
+TEST(ToolkitArgumentsTest, UnderstandsTheWatermarkOfTheFilter)
+{
+    const auto watermark = understood<Watermark>(watermarkWords());
+    EXPECT_TRUE(watermark.above);
+    EXPECT_EQ("Helvetica", watermark.font);
+    EXPECT_EQ(-45, watermark.angle);
+    EXPECT_THAT(watermark.colour, ElementsAre(0, 0, 0));
+    EXPECT_EQ(50.5, watermark.position.x);
+    EXPECT_EQ(60.25, watermark.position.y);
+    EXPECT_EQ(36, watermark.size);
+    EXPECT_EQ("DRAFT", watermark.text);
+}
+
+TEST(ToolkitArgumentsTest, UnderstandsTheBookletOfTheFilter)
+{
+    const auto booklet = understood<Booklet>(bookletWords());
+    EXPECT_EQ("A4", booklet.pageSize);
+    EXPECT_DOUBLE_EQ(720 / 25.4, booklet.centreMargin);
+    EXPECT_EQ(0, booklet.outerMargin);
+    EXPECT_EQ(Ordering::LeftToRight, booklet.ordering);
+}
+
+TEST(ToolkitArgumentsTest, UnderstandsTheCoverPagesOfTheFilter)
+{
+    const auto coverPages = understood<CoverPages>(coverPagesWords());
+    EXPECT_EQ(CoverStyle::None, coverPages.back.style);
+    EXPECT_EQ("None", coverPages.back.media);
+    EXPECT_EQ("AutoSelect", coverPages.back.source);
+    EXPECT_EQ(CoverStyle::Print1, coverPages.front.style);
+    EXPECT_EQ("Thick", coverPages.front.media);
+    EXPECT_EQ("Bypass", coverPages.front.source);
+    EXPECT_EQ("Tray2", coverPages.source);
+    EXPECT_EQ("Plain", coverPages.media);
+    EXPECT_EQ("tumble", coverPages.duplex);
+}
+
+TEST(ToolkitArgumentsTest, InputAndOutputStandLast)
+{
+    const Arguments arguments = splitArguments(bookletWords());
+    EXPECT_EQ("in", arguments.input);
+    EXPECT_EQ("out", arguments.output);
+}
+
+TEST(ToolkitArgumentsTest, TheOrderOfTheOptionsIsFree)
+{
+    const Words words = {"booklet", "--ordering", "RTL", "--outermargin",
+                         "1",       "--pagesize", "A5",  "--centremargin",
+                         "2",       "in",         "out"};
+    EXPECT_EQ("A5", understood<Booklet>(words).pageSize);
+    EXPECT_EQ(Ordering::RightToLeft, understood<Booklet>(words).ordering);
+}
+
+TEST(ToolkitArgumentsTest, AValueIsAValueWhateverItLooksLike)
+{
+    EXPECT_EQ("--below",
+              understood<Watermark>(withValue(watermarkWords(), "--text", "--below")).text);
+    EXPECT_EQ("--help",
+              understood<Watermark>(withValue(watermarkWords(), "--text", "--help")).text);
+    EXPECT_EQ("", understood<Watermark>(withValue(watermarkWords(), "--text", "")).text);
+    EXPECT_EQ("--text",
+              understood<Watermark>(withValue(watermarkWords(), "--font", "--text")).font);
+}
+
+TEST(ToolkitArgumentsTest, UnknownCommandsAreRefused)
+{
+    for (const Words &words : {Words{}, Words{"stamp", "in", "out"}, Words{"Booklet", "in", "out"},
+                               Words{"--above", "in", "out"}, Words{"", "in", "out"}})
+        EXPECT_THAT(splitProblem(words), HasSubstr("must be watermark, booklet or coverpages"));
+}
+
+TEST(ToolkitArgumentsTest, UnknownOptionsAreRefused)
+{
+    for (const char *option : {"--shadow", "--Above", "--", "--text=x", "--pagesize"}) {
+        Words words = watermarkWords();
+        words.insert(std::next(words.begin()), option);
+        EXPECT_THAT(splitProblem(words), HasSubstr("an option that the command does not know"))
+            << option;
+    }
+}
+
+TEST(ToolkitArgumentsTest, EveryOptionIsRequired)
+{
+    for (const char *option : {"--font", "--angle", "--colour", "--position", "--size", "--text"})
+        EXPECT_EQ("The option " + std::string(option) + " is missing.",
+                  problem(without(watermarkWords(), option, 2)));
+    EXPECT_THAT(problem(without(watermarkWords(), "--above", 1)), HasSubstr("is needed"));
+    for (const char *option : {"--pagesize", "--centremargin", "--outermargin", "--ordering"})
+        EXPECT_EQ("The option " + std::string(option) + " is missing.",
+                  problem(without(bookletWords(), option, 2)));
+    for (const char *option :
+         {"--back-style", "--back-media", "--back-source", "--front-style", "--front-media",
+          "--front-source", "--source", "--media", "--duplex"})
+        EXPECT_EQ("The option " + std::string(option) + " is missing.",
+                  problem(without(coverPagesWords(), option, 2)));
+}
+
+TEST(ToolkitArgumentsTest, RepeatedOptionsAreRefused)
+{
+    Words words = watermarkWords();
+    words.insert(std::next(words.begin()), {"--size", "36"});
+    EXPECT_EQ("The option --size is given twice.", problem(words));
+    words = watermarkWords();
+    words.insert(std::next(words.begin()), "--above");
+    EXPECT_EQ("The option --above is given twice.", problem(words));
+    words[1] = "--below";
+    EXPECT_THAT(problem(words), HasSubstr("One of the options --above and --below"));
+}
+
+TEST(ToolkitArgumentsTest, AnOptionWithoutItsValueIsRefused)
+{
+    EXPECT_EQ("The option --text lacks its value.", splitProblem({"watermark", "--text"}));
+    // The value takes a file's place, so a file is missing.
+    EXPECT_THAT(splitProblem({"watermark", "--above", "--text", "in", "out"}),
+                HasSubstr("one input file and one output file"));
+}
+
+TEST(ToolkitArgumentsTest, MoreOrFewerThanTwoFilesAreRefused)
+{
+    Words words = bookletWords();
+    words.emplace_back("another");
+    EXPECT_THAT(splitProblem(words), HasSubstr("one input file and one output file"));
+    words.resize(words.size() - 2);
+    EXPECT_THAT(splitProblem(words), HasSubstr("one input file and one output file"));
+    words.pop_back();
+    EXPECT_THAT(splitProblem(words), HasSubstr("one input file and one output file"));
+}
+
+TEST(ToolkitArgumentsTest, OptionsBehindTheFilesAreRefused)
+{
+    Words words = watermarkWords();
+    words.emplace_back("--below");
+    EXPECT_THAT(splitProblem(words), HasSubstr("before the two files"));
+    EXPECT_THAT(splitProblem({"booklet", "in", "--pagesize"}), HasSubstr("before the two files"));
+}
+
+TEST(ToolkitArgumentsTest, RefusedValuesAreSaidButNotQuoted)
+{
+    const auto refused = [](const char *option, const char *value) {
+        const std::string text = problem(withValue(watermarkWords(), option, value));
+        EXPECT_THAT(text, Not(HasSubstr("SECRET")));
+        return text;
+    };
+    EXPECT_THAT(refused("--angle", "SECRET"), HasSubstr("angle"));
+    EXPECT_THAT(refused("--colour", "SECRET"), HasSubstr("colour"));
+    EXPECT_THAT(refused("--position", "SECRET"), HasSubstr("position"));
+    EXPECT_THAT(refused("--size", "SECRET"), HasSubstr("size"));
+    EXPECT_THAT(refused("--size", "0"), HasSubstr("size"));
+    EXPECT_THAT(refused("--size", "-36"), HasSubstr("size"));
+    EXPECT_THAT(refused("--text", "SECRET\xFF"), HasSubstr("UTF-8"));
+    EXPECT_THAT(problem(withValue(bookletWords(), "--centremargin", "SECRET")),
+                HasSubstr("centre margin"));
+    EXPECT_THAT(problem(withValue(bookletWords(), "--outermargin", "-1mm")),
+                HasSubstr("outer margin"));
+    EXPECT_THAT(problem(withValue(bookletWords(), "--ordering", "ltr")), HasSubstr("ordering"));
+}
+
+TEST(ToolkitArgumentsTest, AnUnknownCoverStyleIsNoCover)
+{
+    const auto styleOf = [](const char *word) {
+        return understood<CoverPages>(withValue(coverPagesWords(), "--front-style", word))
+            .front.style;
+    };
+    EXPECT_EQ(CoverStyle::NoPrint, styleOf("noprint"));
+    EXPECT_EQ(CoverStyle::Print1, styleOf("print1"));
+    EXPECT_EQ(CoverStyle::Print, styleOf("print"));
+    for (const char *word : {"none", "print2", "Print", ""})
+        EXPECT_EQ(CoverStyle::None, styleOf(word)) << word;
+}
+
+TEST(ToolkitArgumentsTest, HelpNamesAllOptionsOfTheCommand)
+{
+    EXPECT_THAT(requestedHelp({"--help"}),
+                Optional(testing::AllOf(HasSubstr("watermark"), HasSubstr("booklet"),
+                                        HasSubstr("coverpages"))));
+    const auto help = requestedHelp({"watermark", "--help"});
+    ASSERT_TRUE(help);
+    for (const std::string &word : watermarkWords()) {
+        if (word.starts_with("--")) {
+            EXPECT_THAT(*help, HasSubstr("  " + word + " "));
+        }
+    }
+    EXPECT_THAT(requestedHelp({"booklet", "--help"}), Optional(HasSubstr("--centremargin")));
+    EXPECT_THAT(requestedHelp({"coverpages", "--help"}), Optional(HasSubstr("--back-media")));
+}
+
+TEST(ToolkitArgumentsTest, OnlyTheFirstOptionAsksForHelp)
+{
+    EXPECT_EQ(std::nullopt, requestedHelp({}));
+    EXPECT_EQ(std::nullopt, requestedHelp({"watermark"}));
+    EXPECT_EQ(std::nullopt, requestedHelp({"stamp", "--help"}));
+    EXPECT_EQ(std::nullopt, requestedHelp(watermarkWords()));
+    EXPECT_EQ(std::nullopt, requestedHelp({"watermark", "--text", "--help"}));
+}
+
+TEST(ToolkitArgumentsTest, VersionIsOneLine)
+{
+    const auto version = requestedHelp({"--version"});
+    EXPECT_THAT(version, Optional(testing::MatchesRegex("toolkit [0-9]+\\.[0-9]+\\.[0-9]+\n")));
+    EXPECT_EQ(version, requestedHelp({"booklet", "--version"}));
+}
+
+TEST(ToolkitValuesTest, NumbersAreDecimal)
+{
+    EXPECT_THAT(numberFromText("0"), Optional(0));
+    EXPECT_THAT(numberFromText("-0.000000"), Optional(0));
+    EXPECT_THAT(numberFromText("+12.5"), Optional(12.5));
+    EXPECT_THAT(numberFromText(".5"), Optional(0.5));
+    EXPECT_THAT(numberFromText("7."), Optional(7));
+    for (const char *text : {"", " 1", "1 ", "1e3", "0x10", "inf", "nan", "-", "+", ".", "1.2.3",
+                             "--1", "1,5", "\xD9\xA1", "ten"})
+        EXPECT_EQ(std::nullopt, numberFromText(text)) << text;
+    EXPECT_EQ(std::nullopt, numberFromText(std::string(400, '9')));
+}
+
+TEST(ToolkitValuesTest, LengthsCarryTheirUnit)
+{
+    EXPECT_THAT(lengthFromText("36"), Optional(36));
+    EXPECT_THAT(lengthFromText("36pt"), Optional(36));
+    EXPECT_THAT(lengthFromText("-0.5in"), Optional(-36));
+    EXPECT_THAT(lengthFromText("25.4mm"), Optional(testing::DoubleEq(72)));
+    for (const char *text : {"", "pt", "mm", "36 pt", "36cm", "36PT", "36ptpt", "36\"", "1000001",
+                             "-1000001", "13889in"})
+        EXPECT_EQ(std::nullopt, lengthFromText(text)) << text;
+}
+
+TEST(ToolkitValuesTest, APositionIsTwoLengths)
+{
+    const auto position = positionFromText("-12.5,1in");
+    ASSERT_TRUE(position);
+    EXPECT_EQ(-12.5, position->x);
+    EXPECT_EQ(72, position->y);
+    for (const char *text : {"", "1", "1,", ",1", "1 2", "1, 2", "1,2,3", "inf,0"})
+        EXPECT_EQ(std::nullopt, positionFromText(text)) << text;
+}
+
+TEST(ToolkitValuesTest, AColourHasOneThreeOrFourComponents)
+{
+    EXPECT_THAT(colourFromText("0.5"), Optional(ElementsAre(0.5)));
+    EXPECT_THAT(colourFromText("0,0.25,1"), Optional(ElementsAre(0, 0.25, 1)));
+    EXPECT_THAT(colourFromText("0 0 0 1"), Optional(ElementsAre(0, 0, 0, 1)));
+    EXPECT_THAT(colourFromText("1, 0  0\t,0"), Optional(ElementsAre(1, 0, 0, 0)));
+    for (const char *text : {"", ",", "0,0", "0,0,0,0,0", "0,,0,0", "0,0,1.01", "-0.1", "0,0,0,",
+                             ",0,0,0", " 0", "0 ", "red", "0;0;0", "0 0 nan"})
+        EXPECT_EQ(std::nullopt, colourFromText(text)) << text;
+}
+
+TEST(ToolkitValuesTest, ControlCharactersAreDropped)
+{
+    EXPECT_THAT(printableText("a\tb\x1B[1m\r\nc\x7F"), Optional(std::string("ab[1mc")));
+    EXPECT_THAT(printableText("\xC2\x80x\xC2\x9F\xC2\xA0"), Optional(std::string("x\xC2\xA0")));
+    EXPECT_THAT(printableText("\xCE\x91\xE4\xB8\xAD"),
+                Optional(std::string("\xCE\x91\xE4\xB8\xAD")));
+    EXPECT_THAT(printableText("\n"), Optional(std::string()));
+}
+
+TEST(ToolkitValuesTest, TextThatIsNotUTF8IsNone)
+{
+    for (const char *text : {"\xFF", "a\xC2", "\xED\xA0\x80", "\xC0\xAF", "\xF5\x80\x80\x80"})
+        EXPECT_EQ(std::nullopt, printableText(text));
+}
+
+} // namespace

@@ -1,0 +1,301 @@
+#include "PDFBuilder.h"
+#include "Program.h"
+#include "TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+using Support::PDFBuilder;
+using Support::ProgramCall;
+using Support::ProgramResult;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::Not;
+
+using Words = std::vector<std::string>;
+
+class ToolkitCommandTest : public testing::Test {
+protected:
+    ToolkitCommandTest()
+    {
+        PDFBuilder builder;
+        builder.addPage("/MediaBox [0 0 200 300]", "10 10 50 50 re f");
+        _document = builder.document();
+        _folder.write("in", _document);
+    }
+
+    std::string input() const { return _folder.file("in"); }
+    std::string output() const { return _folder.file("out"); }
+
+    ProgramResult run(Words words, ProgramCall call = {}) const
+    {
+        words.insert(words.begin(), KL_TOOLKIT);
+        call.arguments = std::move(words);
+        return Support::runProgram(call);
+    }
+
+    static Words watermark(const std::string &in, const std::string &out,
+                           const std::string &text = "DRAFT")
+    {
+        return {"watermark", "--above", "--font",     "Helvetica", "--angle", "0",
+                "--colour",  "1,0,0",   "--position", "20,20",     "--size",  "36",
+                "--text",    text,      in,           out};
+    }
+    ProgramResult runWatermark(const ProgramCall &call = {}) const
+    {
+        return run(watermark(input(), output()), call);
+    }
+
+    /// A document that takes the program a while.
+    void writeLongInput() const
+    {
+        PDFBuilder builder;
+        for (int page = 0; page < 8000; ++page)
+            builder.addPage("/MediaBox [0 0 200 300]", "10 10 50 50 re f");
+        _folder.write("in", builder.document());
+    }
+
+    const Support::TemporaryFolder _folder;
+    std::string _document;
+};
+
+/// Failed as it should: a status, nothing on standard output, one printable line that ends in a
+/// full stop.
+void expectComplaint(const ProgramResult &result, const std::string &words)
+{
+    EXPECT_EQ(1, result.exitStatus);
+    EXPECT_EQ("", result.output);
+    EXPECT_THAT(result.errors, MatchesRegex("[ -~]+\\.\n"));
+    EXPECT_THAT(result.errors, HasSubstr(words));
+}
+
+mode_t modeOf(const std::string &path)
+{
+    struct stat status = {};
+    EXPECT_EQ(0, stat(path.c_str(), &status));
+    return status.st_mode & 07777;
+}
+
+bool exists(const std::string &path)
+{
+    return access(path.c_str(), F_OK) == 0;
+}
+
+TEST_F(ToolkitCommandTest, SaysNothingWhenAllIsWell)
+{
+    const ProgramResult result = runWatermark();
+    EXPECT_EQ(0, result.exitStatus);
+    EXPECT_EQ("", result.output);
+    EXPECT_EQ("", result.errors);
+    EXPECT_THAT(Support::readFile(output()),
+                testing::AllOf(testing::StartsWith("%PDF-"), testing::EndsWith("%%EOF\n")));
+    EXPECT_EQ(_document, Support::readFile(input()));
+}
+
+TEST_F(ToolkitCommandTest, ANewOutputHasTheUsualMode)
+{
+    ASSERT_EQ(0, runWatermark({.inChild = [] { umask(027); }}).exitStatus);
+    EXPECT_EQ(0640U, modeOf(output()));
+}
+
+TEST_F(ToolkitCommandTest, AnExistingOutputKeepsItsModeAndItsPlace)
+{
+    _folder.write("out", std::string(100000, 'x'));
+    chmod(output().c_str(), 0600);
+    struct stat before = {};
+    ASSERT_EQ(0, stat(output().c_str(), &before));
+    ASSERT_EQ(0, runWatermark().exitStatus);
+    struct stat after = {};
+    ASSERT_EQ(0, stat(output().c_str(), &after));
+    EXPECT_EQ(before.st_ino, after.st_ino);
+    EXPECT_EQ(0600U, modeOf(output()));
+    EXPECT_THAT(Support::readFile(output()), testing::EndsWith("%%EOF\n"));
+}
+
+TEST_F(ToolkitCommandTest, LeavesNothingBesideTheOutput)
+{
+    ASSERT_EQ(0, runWatermark({.environment = {{"TMPDIR", _folder.path()}}}).exitStatus);
+    EXPECT_THAT(_folder.names(), ElementsAre("in", "out"));
+}
+
+TEST_F(ToolkitCommandTest, AFailureRemovesTheOutput)
+{
+    for (const bool existsBefore : {false, true}) {
+        _folder.write("in", "GIF89a");
+        if (existsBefore)
+            _folder.write("out", "");
+        expectComplaint(runWatermark(), "neither a PostScript nor a PDF document");
+        EXPECT_THAT(_folder.names(), ElementsAre("in"));
+    }
+}
+
+TEST_F(ToolkitCommandTest, ARefusedValueRemovesTheOutput)
+{
+    _folder.write("out", "");
+    Words words = watermark(input(), output());
+    *std::ranges::find(words, "1,0,0") = "2";
+    expectComplaint(run(words), "colour");
+    EXPECT_THAT(_folder.names(), ElementsAre("in"));
+}
+
+TEST_F(ToolkitCommandTest, AMissingInputRemovesTheOutput)
+{
+    _folder.write("out", "");
+    expectComplaint(run(watermark(_folder.file("gone"), output())), "No such file");
+    EXPECT_FALSE(exists(output()));
+}
+
+// Which word names the output is not known then, and it might be somebody's document.
+TEST_F(ToolkitCommandTest, WordsThatCannotBeToldApartLeaveEveryFileAlone)
+{
+    _folder.write("out", "mine");
+    Words words = watermark(input(), output());
+    words.insert(std::next(words.begin()), "--unknown");
+    expectComplaint(run(words), "an option that the command does not know");
+    expectComplaint(run({"watermark", "--above", output()}), "one input file");
+    expectComplaint(run({}), "must be watermark, booklet or coverpages");
+    EXPECT_EQ("mine", Support::readFile(output()));
+}
+
+TEST_F(ToolkitCommandTest, InputAndOutputMustNotBeTheSameFile)
+{
+    ASSERT_EQ(0, link(input().c_str(), _folder.file("hard").c_str()));
+    ASSERT_EQ(0, symlink(input().c_str(), _folder.file("soft").c_str()));
+    for (const char *name : {"in", "hard", "soft"}) {
+        expectComplaint(run(watermark(input(), _folder.file(name))), "the same file");
+        EXPECT_EQ(_document, Support::readFile(_folder.file(name))) << name;
+    }
+}
+
+TEST_F(ToolkitCommandTest, ALinkAsOutputIsFollowed)
+{
+    _folder.write("target", "");
+    ASSERT_EQ(0, symlink(_folder.file("target").c_str(), output().c_str()));
+    ASSERT_EQ(0, runWatermark().exitStatus);
+    EXPECT_THAT(Support::readFile(_folder.file("target")), testing::StartsWith("%PDF-"));
+
+    _folder.write("in", "no document");
+    EXPECT_EQ(1, runWatermark().exitStatus);
+    EXPECT_FALSE(exists(_folder.file("target")));
+}
+
+TEST_F(ToolkitCommandTest, OnlyRegularFilesAreReadAndWritten)
+{
+    ASSERT_EQ(0, mkfifo(_folder.file("fifo").c_str(), 0600));
+    expectComplaint(run(watermark(_folder.file("fifo"), output())), "input file cannot be read");
+    expectComplaint(run(watermark(_folder.path(), output())), "input file cannot be read");
+    expectComplaint(run(watermark("/dev/zero", output())), "no regular file");
+    expectComplaint(run(watermark(input(), _folder.file("fifo"))), "cannot be written");
+    expectComplaint(run(watermark(input(), _folder.path())), "cannot be written");
+    expectComplaint(run(watermark(input(), "/dev/null")), "no regular file");
+    EXPECT_TRUE(exists("/dev/null"));
+    EXPECT_THAT(_folder.names(), ElementsAre("fifo", "in"));
+}
+
+TEST_F(ToolkitCommandTest, AnOutputInNoFolderIsRefused)
+{
+    expectComplaint(run(watermark(input(), _folder.file("gone/out"))), "cannot be written");
+}
+
+TEST_F(ToolkitCommandTest, AFullDiskIsAFailure)
+{
+    writeLongInput();
+    const auto limitFiles = [] {
+        const rlimit limit = {100000, 100000};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    };
+    expectComplaint(runWatermark({.inChild = limitFiles}), "cannot be written: File too large");
+    EXPECT_THAT(_folder.names(), ElementsAre("in"));
+}
+
+TEST_F(ToolkitCommandTest, TheLastBytesOfAFullDiskCountToo)
+{
+    // Short of a few bytes, so that it is the last flush that fails.
+    ASSERT_EQ(0, runWatermark().exitStatus);
+    const rlim_t size = Support::readFile(output()).size() - 3;
+    const auto limitFiles = [size] {
+        const rlimit limit = {size, size};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    };
+    expectComplaint(runWatermark({.inChild = limitFiles}), "could not be written completely");
+    EXPECT_THAT(_folder.names(), ElementsAre("in"));
+}
+
+TEST_F(ToolkitCommandTest, ACancelledRunRemovesTheOutput)
+{
+    writeLongInput();
+    const std::string before = Support::readFile(input());
+    for (const int signalNumber : {SIGTERM, SIGINT, SIGHUP}) {
+        _folder.write("out", "");
+        const auto cancel = [&](pid_t child) {
+            // Once something is written, the run is in the middle of its work.
+            struct stat status = {};
+            while (stat(output().c_str(), &status) == 0 && status.st_size == 0)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            kill(child, signalNumber);
+        };
+        const ProgramResult result = runWatermark({.afterStart = cancel});
+        EXPECT_EQ(signalNumber, result.signal);
+        EXPECT_THAT(_folder.names(), ElementsAre("in"));
+    }
+    EXPECT_EQ(before, Support::readFile(input()));
+}
+
+TEST_F(ToolkitCommandTest, RunsWithoutStandardStreams)
+{
+    const auto closeAll = [] {
+        for (int descriptor = 0; descriptor <= 2; ++descriptor)
+            close(descriptor);
+    };
+    EXPECT_EQ(0, runWatermark({.inChild = closeAll}).exitStatus);
+    EXPECT_THAT(Support::readFile(output()), testing::EndsWith("%%EOF\n"));
+}
+
+TEST_F(ToolkitCommandTest, NeverQuotesTheText)
+{
+    _folder.write("in", "no document");
+    const ProgramResult result = run(watermark(input(), output(), "Salaries"));
+    EXPECT_THAT(result.errors, Not(IsEmpty()));
+    EXPECT_THAT(result.errors, Not(HasSubstr("Salaries")));
+}
+
+TEST_F(ToolkitCommandTest, HelpGoesToStandardOutput)
+{
+    for (const Words &words : {Words{"--help"}, Words{"watermark", "--help"},
+                               Words{"booklet", "--help"}, Words{"coverpages", "--help"}}) {
+        const ProgramResult result = run(words);
+        EXPECT_EQ(0, result.exitStatus);
+        EXPECT_THAT(result.output, testing::StartsWith("Usage: toolkit "));
+        EXPECT_EQ("", result.errors);
+    }
+    EXPECT_THAT(run({"--version"}).output, testing::StartsWith("toolkit "));
+}
+
+TEST_F(ToolkitCommandTest, CoverPagesOnPDFAreRefusedWithTheReason)
+{
+    const Words words = {
+        "coverpages", "--back-style",  "none",       "--back-media",  "None", "--back-source",
+        "AutoSelect", "--front-style", "print1",     "--front-media", "None", "--front-source",
+        "Bypass",     "--source",      "AutoSelect", "--media",       "None", "--duplex",
+        "none",       input(),         output()};
+    expectComplaint(run(words), "PDF cannot choose trays");
+    EXPECT_FALSE(exists(output()));
+}
+
+TEST_F(ToolkitCommandTest, AnEmptyInputIsRefused)
+{
+    _folder.write("in", "");
+    expectComplaint(runWatermark(), "neither a PostScript nor a PDF document");
+}
+
+} // namespace

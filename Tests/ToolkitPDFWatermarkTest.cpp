@@ -1,0 +1,563 @@
+#include "PDFWatermark.h"
+
+#include "PDFBuilder.h"
+#include "PDFPage.h"
+#include "Program.h"
+#include "Rendering.h"
+#include "Streams.h"
+#include "TemporaryFolder.h"
+#include "ToolkitError.h"
+#include "Watermarks.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <qpdf/QPDF.hh>
+
+namespace {
+
+using Support::Box;
+using Support::Colour;
+using Support::kBlue;
+using Support::kGreen;
+using Support::kRed;
+using Support::kWhite;
+using Support::PDFBuilder;
+using Support::RenderedPage;
+using testing::HasSubstr;
+
+/// Pixels of half a point.
+constexpr double kResolution = 144;
+
+/// A red text that no test's page has a colour of.
+Watermark redText()
+{
+    return {.above = true,
+            .font = "Helvetica",
+            .angle = 0,
+            .colour = {1, 0, 0},
+            .position = {60, 80},
+            .size = 30,
+            .text = "DRAFT"};
+}
+
+Watermark redTextBelow()
+{
+    Watermark watermark = redText();
+    watermark.above = false;
+    return watermark;
+}
+
+class ToolkitPDFWatermarkTest : public testing::Test {
+protected:
+    /// The document with the watermark on it.
+    std::string marked(const std::string &document, const Watermark &watermark) const
+    {
+        _folder.write("in", document);
+        const Platform::Stream input = Platform::openForReading(_folder.file("in"));
+        Platform::Stream output = Platform::openForWriting(_folder.file("out"));
+        applyWatermarkToPDF(watermark, {input.get(), output.get(), ""});
+        EXPECT_TRUE(Platform::closeStream(std::move(output)));
+        return Support::readFile(_folder.file("out"));
+    }
+
+    std::string problem(const std::string &document) const
+    {
+        try {
+            marked(document, redText());
+        } catch (const ToolkitError &error) {
+            return error.what();
+        }
+        return "none";
+    }
+
+    /// What a tool makes out of a document; "in" and "out" among the arguments are its files.
+    std::string made(std::vector<std::string> arguments, const std::string &document) const
+    {
+        _folder.write("tool-in", document);
+        for (std::string &argument : arguments) {
+            if (argument == "in" || argument == "out")
+                argument = _folder.file("tool-" + argument);
+        }
+        const auto result = Support::runProgram({.arguments = std::move(arguments)});
+        EXPECT_EQ(0, result.exitStatus) << result.errors;
+        return Support::readFile(_folder.file("tool-out"));
+    }
+
+    const Support::TemporaryFolder _folder;
+};
+
+std::vector<RenderedPage> rendered(const std::string &document, double resolution = kResolution)
+{
+    return Support::renderText(document, {.resolution = resolution, .arguments = {"-dUseCropBox"}})
+        .pages;
+}
+
+void expectNear(const Box &expected, const Box &actual)
+{
+    EXPECT_NEAR(expected.left, actual.left, 1);
+    EXPECT_NEAR(expected.bottom, actual.bottom, 1);
+    EXPECT_NEAR(expected.right, actual.right, 1);
+    EXPECT_NEAR(expected.top, actual.top, 1);
+    EXPECT_NEAR(expected.left + expected.right, actual.left + actual.right, 1);
+    EXPECT_NEAR(expected.bottom + expected.top, actual.bottom + actual.top, 1);
+}
+
+/// The text is where it belongs.
+void expectInPlace(const Watermark &watermark, const RenderedPage &page)
+{
+    const auto box = page.boxOf(kRed);
+    ASSERT_TRUE(box);
+    expectNear(Support::inkBoxOf(watermark), *box);
+}
+
+/// Calls back with the colours of each place before and after.
+template <class Look>
+void comparePixels(const RenderedPage &before, const RenderedPage &after, double resolution,
+                   const Look &look)
+{
+    ASSERT_EQ(before.width(), after.width());
+    ASSERT_EQ(before.height(), after.height());
+    const double pixel = 72 / resolution;
+    for (double y = pixel / 2; y < before.height(); y += pixel) {
+        for (double x = pixel / 2; x < before.width(); x += pixel)
+            look(before.colourAt({x, y}), after.colourAt({x, y}));
+    }
+}
+
+/// Every pixel is the text's or what it was, and beneath a page only white becomes the text's.
+void expectOthersUnchanged(const RenderedPage &before, const RenderedPage &after, bool above,
+                           double resolution = kResolution)
+{
+    std::size_t changed = 0;
+    comparePixels(before, after, resolution, [&](Colour was, Colour is) {
+        if (is != was && (is != kRed || (!above && was != kWhite)))
+            ++changed;
+    });
+    EXPECT_EQ(0U, changed);
+}
+
+constexpr char kSmall[] = "/MediaBox [0 0 300 200]";
+/// Green on the left half of the page, blue across it.
+constexpr char kPicture[] = "0 1 0 rg 0 0 150 200 re f 0 0 1 rg 0 90 300 10 re f\n";
+
+std::string onePage(std::string_view contents = kPicture, std::string_view entries = kSmall)
+{
+    PDFBuilder builder;
+    builder.addPage(entries, contents);
+    return builder.document();
+}
+
+TEST_F(ToolkitPDFWatermarkTest, TheTextStandsWhereGhostscriptSetsIt)
+{
+    const Watermark watermark = redText();
+    const auto text = Platform::shapeText(watermark.text, watermark.font, watermark.size);
+    const std::string page = "%!PS\n<< /PageSize [300 200] >> setpagedevice 1 0 0 setrgbcolor\n"
+                             "/Helvetica 30 selectfont 60 " +
+                             std::to_string(80 + text.descent) + " moveto (DRAFT) show showpage\n";
+    const auto expected = rendered(page).at(0).boxOf(kRed);
+    const auto actual = rendered(marked(onePage(), watermark)).at(0).boxOf(kRed);
+    ASSERT_TRUE(expected && actual);
+    expectNear(*expected, *actual);
+}
+
+TEST_F(ToolkitPDFWatermarkTest, EveryScriptStandsInItsPlace)
+{
+    for (const char *text : {"Draft", "ΠΡΟΣΧΕΔΙΟ", "مسودة", "机密文件", "Entwurf 草稿"}) {
+        for (const double angle : {0.0, 45.0}) {
+            Watermark watermark = redText();
+            watermark.text = text;
+            watermark.angle = angle;
+            watermark.position = {100, 30};
+            watermark.size = 20;
+            SCOPED_TRACE(text);
+            const std::string before = onePage();
+            const auto page = rendered(marked(before, watermark)).at(0);
+            expectInPlace(watermark, page);
+            expectOthersUnchanged(rendered(before).at(0), page, true);
+        }
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, TheAngleTurnsTheTextAboutItsCorner)
+{
+    for (const double angle : {30.0, 90.0, -45.0, 180.0, 405.0, -720.0}) {
+        Watermark watermark = redText();
+        watermark.angle = angle;
+        watermark.position = {150, 100};
+        SCOPED_TRACE(angle);
+        expectInPlace(watermark, rendered(marked(onePage(), watermark)).at(0));
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ThePositionCountsFromThePageAsItIsRead)
+{
+    PDFBuilder builder;
+    for (const char *rotate : {"0", "90", "180", "270", "-90", "-180", "450", "90.0", "45"}) {
+        for (const char *boxes :
+             {"/MediaBox [0 0 300 200]", "/MediaBox [-20 10 320 260]",
+              "/MediaBox [0 0 400 500] /CropBox [50 60 350 280]", "/MediaBox [300 200 0 0]"})
+            builder.addPage(std::string(boxes) + " /Rotate " + rotate, kPicture);
+    }
+    const std::string before = builder.document();
+    const auto pagesBefore = rendered(before);
+    for (const Watermark &watermark : {redText(), redTextBelow()}) {
+        const auto pages = rendered(marked(before, watermark));
+        ASSERT_EQ(36U, pages.size());
+        for (std::size_t i = 0; i < pages.size(); ++i) {
+            SCOPED_TRACE(i);
+            expectOthersUnchanged(pagesBefore[i], pages[i], watermark.above);
+            if (watermark.above)
+                expectInPlace(watermark, pages[i]);
+        }
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, BoxesAndRotationAreInherited)
+{
+    PDFBuilder builder;
+    builder.addPage("", kPicture);
+    const std::string document =
+        builder.document("/MediaBox [0 0 400 500] /CropBox [50 60 250 360] /Rotate -270");
+    const auto page = rendered(marked(document, redText())).at(0);
+    EXPECT_EQ(300, page.width());
+    expectInPlace(redText(), page);
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ABoxWithoutAreaCountsAsNone)
+{
+    // Readers do not agree on what they show of such a page.
+    QPDF pdf;
+    const std::string document =
+        onePage(kPicture, "/MediaBox [0 0 300 200] /CropBox [100 100 100 190]");
+    pdf.processMemoryFile("page", document.data(), document.size());
+    const PDFPage page(pdf.getAllPages().at(0));
+    EXPECT_EQ(300, page.width());
+    EXPECT_EQ(200, page.height());
+}
+
+TEST_F(ToolkitPDFWatermarkTest, PointsStayPointsWhereAPageHasALargerUnit)
+{
+    const std::string document = onePage("", "/MediaBox [0 0 30 20] /UserUnit 10");
+    const auto page = rendered(marked(document, redText())).at(0);
+    EXPECT_EQ(300, page.width());
+    expectInPlace(redText(), page);
+}
+
+TEST_F(ToolkitPDFWatermarkTest, AboveHidesThePageAndBelowIsHiddenByIt)
+{
+    const std::string document = onePage("0 1 0 rg 50 70 60 60 re f");
+    const auto above = rendered(marked(document, redText())).at(0);
+    const auto below = rendered(marked(document, redTextBelow())).at(0);
+    expectInPlace(redText(), above);
+    ASSERT_TRUE(below.boxOf(kRed));
+    EXPECT_NEAR(110, below.boxOf(kRed)->left, 1);
+    EXPECT_NEAR(60.0 * 60.0 / (300 * 200), below.shareOf(kGreen), 0.001);
+}
+
+/// What careless producers leave at the end of a page's contents.
+const std::vector<std::string> &leftovers()
+{
+    static const std::vector<std::string> kLeftovers = {
+        "q 2 0 0 2 30 30 cm",
+        "q q q 0 0 1 rg",
+        "Q Q Q 0.5 0 0 0.5 10 10 cm",
+        "0 1 -1 0 0 0 cm 0 1 0 rg",
+        "10 10 20 20 re W n",
+        "q 0 0 1 1 re W* n",
+        "BT /F1 12 Tf 3 Tr",
+        "/Span << /Lang (en) >> BDC",
+        "10 10 m 20 20 l",
+        "1 2 3 4 5 6",
+        "[ 1 2 3",
+        "<< /Key",
+        "(not closed",
+        "/Faint gs",
+        "/Masked gs",
+        "% a comment without an end",
+    };
+    return kLeftovers;
+}
+
+std::string untidyDocument()
+{
+    PDFBuilder builder;
+    const std::string group = builder.addStream(
+        "0 g 0 0 5 5 re f", "/Type /XObject /Subtype /Form /BBox [0 0 300 200] /Resources << >> "
+                            "/Group << /S /Transparency /CS /DeviceGray >>");
+    const std::string resources = builder.add(
+        "<< /Font << /F1 << /Type /Font /Subtype /Type1 /BaseFont /Helvetica >> >> /ExtGState << "
+        "/Faint << /ca 0 /CA 0 /BM /Multiply >> /Masked << /SMask << /S /Luminosity /G " +
+        group + " >> >> >> >>");
+    for (const std::string &leftover : leftovers())
+        builder.addPage(std::string(kSmall) + " /Resources " + resources, kPicture + leftover);
+    return builder.document();
+}
+
+TEST_F(ToolkitPDFWatermarkTest, WhatAPageLeavesBehindDoesNotMatter)
+{
+    const std::string before = untidyDocument();
+    const auto pagesBefore = rendered(before);
+    for (const Watermark &watermark : {redText(), redTextBelow()}) {
+        const auto pages = rendered(marked(before, watermark));
+        ASSERT_EQ(leftovers().size(), pages.size());
+        for (std::size_t i = 0; i < pages.size(); ++i) {
+            SCOPED_TRACE(leftovers()[i]);
+            expectOthersUnchanged(pagesBefore[i], pages[i], watermark.above);
+            if (watermark.above)
+                expectInPlace(watermark, pages[i]);
+            else
+                EXPECT_TRUE(pages[i].boxOf(kRed));
+        }
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ItCanBeDrawnTwice)
+{
+    Watermark second = redText();
+    second.colour = {0, 0, 0};
+    second.position = {160, 140};
+    for (const bool firstAbove : {true, false}) {
+        for (const bool secondAbove : {true, false}) {
+            Watermark first = firstAbove ? redText() : redTextBelow();
+            first.position = {160, 20};
+            second.above = secondAbove;
+            const auto pages = rendered(marked(marked(untidyDocument(), first), second));
+            for (const RenderedPage &page : pages) {
+                expectInPlace(first, page);
+                ASSERT_TRUE(page.boxOf(Support::kBlack));
+                expectNear(Support::inkBoxOf(second), *page.boxOf(Support::kBlack));
+            }
+        }
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ColoursAreGreyRGBOrCMYK)
+{
+    const auto colourOf = [&](std::vector<double> components) {
+        Watermark watermark = redText();
+        watermark.colour = std::move(components);
+        watermark.text = "\xE2\x96\x88"; // a full block
+        watermark.position = {100, 100};
+        const auto page = rendered(marked(onePage(""), watermark)).at(0);
+        const auto centre = page.inkCentre();
+        return centre ? page.colourAt(*centre) : kWhite;
+    };
+    EXPECT_EQ((Colour{0, 0, 0}), colourOf({0}));
+    EXPECT_EQ((Colour{51, 51, 51}), colourOf({0.2}));
+    EXPECT_EQ((Colour{0, 51, 255}), colourOf({0, 0.2, 1}));
+    EXPECT_EQ((Colour{0, 255, 0}), colourOf({1, 0, 1, 0}));
+}
+
+TEST_F(ToolkitPDFWatermarkTest, PagesWithoutContentsOrResourcesGetIt)
+{
+    PDFBuilder builder;
+    builder.addPage(kSmall);
+    builder.addPage(std::string(kSmall) + " /Contents []");
+    builder.addPage(std::string(kSmall) + " /Contents null /Resources null");
+    builder.addPage(std::string(kSmall) + " /Resources << /XObject 17 >>");
+    for (const Watermark &watermark : {redText(), redTextBelow()}) {
+        const auto pages = rendered(marked(builder.document(), watermark));
+        ASSERT_EQ(4U, pages.size());
+        for (const RenderedPage &page : pages)
+            expectInPlace(watermark, page);
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ContentsInSeveralPartsStayWhole)
+{
+    PDFBuilder builder;
+    const std::string first = builder.addStream("0 1 0 rg 0 0 150");
+    const std::string second = builder.addStream("200 re f 0 0 1 rg 0 90 300 10 re");
+    const std::string third = builder.addStream("f q");
+    builder.addPage(std::string(kSmall) + " /Contents [" + first + " " + second + " null " + third +
+                    "]");
+    for (const Watermark &watermark : {redText(), redTextBelow()}) {
+        const auto page = rendered(marked(builder.document(), watermark)).at(0);
+        expectOthersUnchanged(rendered(onePage()).at(0), page, watermark.above);
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, PagesMayShareContentsButNotResources)
+{
+    PDFBuilder builder;
+    const std::string contents = builder.addStream("/Picture Do");
+    for (const char *colour : {"0 1 0 rg", "0 0 1 rg", "0 1 0 rg"}) {
+        const std::string picture =
+            builder.addStream(std::string(colour) + " 0 0 300 50 re f",
+                              "/Type /XObject /Subtype /Form /BBox [0 0 300 200]");
+        builder.addPage(std::string(kSmall) + " /Contents " + contents +
+                        " /Resources << /XObject << /Picture " + picture + " >> >>");
+    }
+    const auto before = rendered(builder.document());
+    for (const Watermark &watermark : {redText(), redTextBelow()}) {
+        const auto pages = rendered(marked(builder.document(), watermark));
+        ASSERT_EQ(3U, pages.size());
+        for (std::size_t i = 0; i < pages.size(); ++i)
+            expectOthersUnchanged(before[i], pages[i], watermark.above);
+    }
+}
+
+/// Documents of the first versions leave a form's resources to the page that uses it.
+TEST_F(ToolkitPDFWatermarkTest, FormsWithoutResourcesStillFindThePages)
+{
+    PDFBuilder builder;
+    const std::string inner = builder.addStream(
+        "0 0 1 rg 0 0 150 50 re f", "/Type /XObject /Subtype /Form /BBox [0 0 300 200]");
+    const std::string outer =
+        builder.addStream("/Inner Do", "/Type /XObject /Subtype /Form /BBox [0 0 300 200]");
+    builder.addPage(std::string(kSmall) + " /Resources << /XObject << /Outer " + outer +
+                        " /Inner " + inner + " >> >>",
+                    "/Outer Do");
+    const auto before = rendered(builder.document()).at(0);
+    ASSERT_TRUE(before.boxOf(kBlue));
+    for (const Watermark &watermark : {redText(), redTextBelow()}) {
+        const auto page = rendered(marked(builder.document(), watermark)).at(0);
+        expectOthersUnchanged(before, page, watermark.above);
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, AllPagesShareOneOutline)
+{
+    PDFBuilder builder;
+    for (int page = 0; page < 10; ++page)
+        builder.addPage(kSmall, kPicture);
+    for (const Watermark &watermark : {redText(), redTextBelow()}) {
+        const std::string document = marked(builder.document(), watermark);
+        QPDF pdf;
+        pdf.processMemoryFile("marked", document.data(), document.size());
+        std::set<QPDFObjGen> texts;
+        for (QPDFObjectHandle page : pdf.getAllPages()) {
+            QPDFObjectHandle objects = page.getKey("/Resources").getKey("/XObject");
+            texts.insert(objects.getKey(watermark.above ? "/Text" : "/Watermark").getObjGen());
+        }
+        EXPECT_EQ(1U, texts.size());
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ATextWithoutInkLeavesThePagesAsTheyAre)
+{
+    for (const char *text : {"", "   "}) {
+        Watermark watermark = redText();
+        watermark.text = text;
+        EXPECT_EQ(rendered(onePage()), rendered(marked(onePage(), watermark)));
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, AnEncryptedDocumentOpensWithTheEmptyPassword)
+{
+    for (const char *bits : {"128", "256"}) {
+        const std::string document = made({"qpdf", "--allow-weak-crypto", "--encrypt", "", "owner",
+                                           bits, "--print=low", "--", "in", "out"},
+                                          onePage());
+        const std::string result = marked(document, redText());
+        expectInPlace(redText(), rendered(result).at(0));
+        // It keeps its owner's permissions.
+        QPDF pdf;
+        pdf.processMemoryFile("marked", result.data(), result.size());
+        EXPECT_TRUE(pdf.isEncrypted());
+        EXPECT_FALSE(pdf.allowPrintHighRes());
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ADocumentThatNeedsAPasswordIsRefused)
+{
+    EXPECT_THAT(
+        problem(made({"qpdf", "--encrypt", "user", "owner", "256", "--", "in", "out"}, onePage())),
+        HasSubstr("needs a password"));
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ADocumentWithoutPagesIsRefused)
+{
+    EXPECT_THAT(problem(PDFBuilder().document()), HasSubstr("has no pages"));
+}
+
+TEST_F(ToolkitPDFWatermarkTest, APageTreeThatLeadsIntoItselfOrTooDeepIsRefused)
+{
+    PDFBuilder loop;
+    loop.add("<< /Type /Pages /Kids [2 0 R] /Count 1 >>");
+    EXPECT_THAT(problem(loop.document("/Kids [3 0 R] /Count 1")), HasSubstr("The PDF document"));
+
+    PDFBuilder deep;
+    for (int level = 4; level < 20000; ++level)
+        deep.add("<< /Type /Pages /Kids [" + std::to_string(level) + " 0 R] /Count 1 >>");
+    deep.add("<< /Type /Page /MediaBox [0 0 10 10] >>");
+    EXPECT_THAT(problem(deep.document("/Kids [3 0 R] /Count 1")), HasSubstr("nested too deeply"));
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ATruncatedDocumentIsRefusedOrKeepsAllItsPages)
+{
+    PDFBuilder builder;
+    for (int page = 0; page < 5; ++page)
+        builder.addPage(kSmall, kPicture);
+    const std::string whole = builder.document();
+    const std::string linear = made({"qpdf", "--linearize", "in", "out"}, whole);
+    const std::string packed = made({"qpdf", "--object-streams=generate", "in", "out"}, whole);
+    int refused = 0;
+    for (const std::string &document : {whole, linear, packed}) {
+        for (std::size_t size = 0; size < document.size(); size += 37) {
+            try {
+                const std::string result = marked(document.substr(0, size), redText());
+                QPDF pdf;
+                pdf.setSuppressWarnings(true);
+                pdf.processMemoryFile("marked", result.data(), result.size());
+                EXPECT_EQ(5U, pdf.getAllPages().size()) << size;
+            } catch (const ToolkitError &) {
+                ++refused;
+            }
+        }
+    }
+    EXPECT_GT(refused, 0);
+}
+
+TEST_F(ToolkitPDFWatermarkTest, APageCountThatLiesIsMended)
+{
+    std::string document = onePage();
+    document.replace(document.find("/Count 1"), 8, "/Count 9");
+    const std::string result = marked(document, redText());
+    EXPECT_EQ(1U, rendered(result).size());
+}
+
+TEST_F(ToolkitPDFWatermarkTest, BrokenObjectsAreMendedOrRefused)
+{
+    const std::string whole = onePage();
+    for (const auto &[what, with] :
+         std::vector<std::pair<std::string, std::string>>{{"startxref\n", "startxref\n9"},
+                                                          {"/Length ", "/Length 9"},
+                                                          {"endstream", "endst"},
+                                                          {"/Contents 3 0 R", "/Contents 99 0 R"},
+                                                          {"/Parent 2 0 R", "/Parent 4 0 R"},
+                                                          {"/Kids [", "/Kids [[[["},
+                                                          {"/Count 1", "/Count (one)"}}) {
+        std::string document = whole;
+        const auto at = document.find(what);
+        ASSERT_NE(std::string::npos, at) << what;
+        document.replace(at, what.size(), with);
+        SCOPED_TRACE(with);
+        if (const std::string words = problem(document); words == "none") {
+            const auto pages = rendered(Support::readFile(_folder.file("out")));
+            ASSERT_EQ(1U, pages.size());
+            expectInPlace(redText(), pages[0]);
+        }
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, RealDocumentsKeepEveryOtherPixel)
+{
+    const std::string sample = Support::readFile(KL_SAMPLE_DOCUMENT);
+    const std::string ofGhostscript =
+        made({"gs", "-q", "-dSAFER", "-sDEVICE=pdfwrite", "-o", "out", "in"}, sample);
+    const std::string ofCairo = made({"pdftocairo", "-pdf", "in", "out"}, ofGhostscript);
+    const std::string packed =
+        made({"qpdf", "--object-streams=generate", "--linearize", "in", "out"}, ofGhostscript);
+    for (const std::string &before : {ofGhostscript, ofCairo, packed}) {
+        const auto pagesBefore = rendered(before, 72);
+        for (const Watermark &watermark : {redText(), redTextBelow()}) {
+            const auto pages = rendered(marked(before, watermark), 72);
+            ASSERT_EQ(pagesBefore.size(), pages.size());
+            for (std::size_t i = 0; i < pages.size(); ++i)
+                expectOthersUnchanged(pagesBefore[i], pages[i], watermark.above, 72);
+        }
+    }
+}
+
+} // namespace
