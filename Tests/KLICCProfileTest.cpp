@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <sys/inotify.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -218,7 +219,12 @@ TEST_F(KLICCProfileTest, FIFOIsNotWaitedFor)
 {
     const std::string path = _folder.file("fifo.icc");
     ASSERT_EQ(0, mkfifo(path.c_str(), 0600));
+    const int watch = inotify_init1(IN_NONBLOCK);
+    ASSERT_GE(inotify_add_watch(watch, path.c_str(), IN_OPEN), 0);
     EXPECT_FALSE(openFile(path));
+    char events[4096]; // none: an open by itself can wait, or wind a tape
+    EXPECT_EQ(-1, read(watch, events, sizeof(events)));
+    close(watch);
 
     // Nor is one read whose writer is there and has written a whole profile.
     const int writer = ::open(path.c_str(), O_RDWR | O_NONBLOCK);

@@ -268,17 +268,13 @@ void Checker::checkHeader(std::string_view header)
         report("there are several JOB commands", header);
 }
 
-/// One line of the header or of the job's end, with its line end.
+/// One line of the header or of the job's end, with its line feed.
 void Checker::checkLine(std::string_view line)
 {
-    std::string_view command = line;
-    const bool hasLF = command.ends_with('\n');
-    command.remove_suffix(hasLF ? 1 : 0);
-    const bool hasCR = hasLF && command.ends_with('\r');
+    std::string_view command = line.substr(0, line.size() - 1);
+    const bool hasCR = command.ends_with('\r');
     command.remove_suffix(hasCR ? 1 : 0);
 
-    if (!hasLF)
-        report("the line has no line feed", line);
     if (!hasCR && isWrittenByTheFilter(command))
         report("the line does not end with CR LF", line);
     if (std::ranges::any_of(command, [](unsigned char c) { return c < 0x20 || c == 0x7F; }))
