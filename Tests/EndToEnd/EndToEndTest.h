@@ -1,0 +1,74 @@
+#pragma once
+
+#include "Support/PJLChecker.h"
+#include "Support/PrivateScheduler.h"
+#include "Support/RecordingPrinter.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// A user prints through a real scheduler on a printer that records what it gets.
+///
+/// Scheduler, printer and the documents to print are made once for all tests of the program.
+class EndToEndTest : public testing::Test {
+protected:
+    /// The sample queue.
+    static constexpr char kQueue[] = "office";
+    /// The sample queue; what enters jobfilter is kept as well.
+    static constexpr char kRecordedQueue[] = "recorded";
+    /// The sample queue with a toolkit that leaves pages alone and notes how it was called.
+    static constexpr char kToolkitQueue[] = "toolkit";
+    /// The sample queue with a toolkit that fails.
+    static constexpr char kBrokenToolkitQueue[] = "broken";
+    /// The sample queue with a toolkit that takes for ever.
+    static constexpr char kSlowToolkitQueue[] = "slow";
+    /// The sample queue with the name of a toolkit bundle that does not exist.
+    static constexpr char kNoToolkitQueue[] = "bare";
+
+    /// The pages of the documents but for the picture, which has one.
+    static constexpr std::size_t kPages = 5;
+
+    static Support::PrivateScheduler &scheduler();
+    static Support::RecordingPrinter &printer();
+    /// The path of "sample.ps", "sample.pdf", "sample.png", "sample.txt", "long.ps" or "srgb.icc";
+    /// all of them can be read by the scheduler's jobs.
+    static std::string document(std::string_view name);
+
+    void SetUp() override;
+
+    /// Prints with lp(1) on a queue and waits until the printer has the job.
+    ///
+    /// Fails the test unless the job was completed and the printer got exactly one job, and one
+    /// that is right to the last line.
+    /// @return the job's parts; empty ones when it never came out
+    static Support::PJLJob print(const std::string &queue, const std::string &path,
+                                 const std::vector<std::string> &options = {});
+    /// The same as a bare IPP request, of a client that knows no PPD.
+    static Support::PJLJob printOverIPP(const std::string &queue, const std::string &path,
+                                        const std::vector<std::string> &ippAttributes = {});
+
+    /// What the last job on kRecordedQueue was when it entered jobfilter.
+    static std::string recordedBody();
+    /// The arguments of every toolkit call of the last job on kToolkitQueue, one a line.
+    static std::vector<std::string> toolkitArguments();
+
+    /// Names of files that jobfilter and its toolkit have left behind.
+    static std::vector<std::string> strayFiles();
+
+private:
+    static Support::PJLJob finishedJob(int job);
+};
+
+/// The sides that a PostScript printer makes of page data, each with the number of copies that the
+/// page data asks for; 0 where they leave it to the job.
+std::vector<int> copiesOfEachSide(const std::string &pageData);
+
+/// The lines of a header without their line ends.
+std::vector<std::string> headerLines(const Support::PJLJob &job);
+
+/// A DSSC line of the header, without its line end.
+std::string dssc(const std::string &setting);

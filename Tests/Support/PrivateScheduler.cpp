@@ -1,0 +1,311 @@
+#include "PrivateScheduler.h"
+
+#include <cups/cups.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <grp.h>
+#include <memory>
+#include <netinet/in.h>
+#include <pwd.h>
+#include <sstream>
+#include <stdexcept>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace Support {
+namespace {
+
+constexpr char kServerBin[] = KL_CUPS_SERVERBIN;
+constexpr char kDataDir[] = KL_CUPS_DATADIR;
+
+constexpr char kConfiguration[] = R"(LogLevel debug
+MaxLogSize 0
+Browsing No
+WebInterface No
+DefaultAuthType None
+JobKillDelay 1
+<Location />
+  Order allow,deny
+  Allow all
+</Location>
+<Policy default>
+  JobPrivateAccess all
+  JobPrivateValues none
+  SubscriptionPrivateAccess all
+  SubscriptionPrivateValues none
+  <Limit All>
+    Order allow,deny
+    Allow all
+  </Limit>
+</Policy>
+)";
+
+using Response = std::unique_ptr<ipp_t, decltype(&ippDelete)>;
+
+bool waitFor(std::chrono::seconds limit, const std::function<bool()> &condition)
+{
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return true;
+}
+
+int freePort()
+{
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (bind(descriptor, reinterpret_cast<sockaddr *>(&address), length) != 0 ||
+        getsockname(descriptor, reinterpret_cast<sockaddr *>(&address), &length) != 0)
+        throw std::runtime_error("no free port");
+    close(descriptor);
+    return ntohs(address.sin_port);
+}
+
+/// The scheduler's jobs must not run as root: root's scheduler hands them to "lp", as Debian's
+/// does.
+std::string jobUser()
+{
+    if (geteuid() == 0)
+        return "User lp\nGroup lp\n";
+    return std::string("User ") + getpwuid(geteuid())->pw_name + "\nGroup " +
+           getgrgid(getegid())->gr_name + "\n";
+}
+
+Response ask(int port, ipp_op_t operation, const char *uriName, const std::string &uri)
+{
+    http_t *http =
+        httpConnect2("127.0.0.1", port, nullptr, AF_INET, HTTP_ENCRYPTION_NEVER, 1, 5000, nullptr);
+    if (http == nullptr)
+        throw std::runtime_error("the scheduler does not answer");
+    ipp_t *request = ippNewRequest(operation);
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, uriName, nullptr, uri.c_str());
+    Response response(cupsDoRequest(http, request, "/"), ippDelete);
+    httpClose(http);
+    if (!response || ippGetStatusCode(response.get()) > IPP_STATUS_OK_CONFLICTING)
+        throw std::runtime_error(uri + ": " + cupsLastErrorString());
+    return response;
+}
+
+std::string textOf(const Response &response, const char *name)
+{
+    ipp_attribute_t *attribute = ippFindAttribute(response.get(), name, IPP_TAG_ZERO);
+    const char *text = attribute ? ippGetString(attribute, 0, nullptr) : nullptr;
+    return text ? text : "";
+}
+
+} // namespace
+
+PrivateScheduler::PrivateScheduler(const std::vector<std::string> &filters)
+{
+    makeFolders(filters);
+    start();
+}
+
+PrivateScheduler::~PrivateScheduler()
+{
+    stop();
+}
+
+void PrivateScheduler::makeFolders(const std::vector<std::string> &filters) const
+{
+    // The jobs' user has to get through; the test's folders are its maker's alone.
+    fs::permissions(_folder.path(), fs::perms(0755));
+    for (const char *name : {"etc", "spool/tmp", "cache", "run", "bin/filter", "bin/backend"})
+        fs::create_directories(_folder.file(name));
+    for (const char *name : {"cgi-bin", "daemon", "driver", "monitor", "notifier"})
+        fs::create_symlink(fs::path(kServerBin) / name, _folder.file("bin/") + name);
+    fs::create_symlink(fs::path(kServerBin) / "backend/socket", _folder.file("bin/backend/socket"));
+    for (const auto &filter : fs::directory_iterator(fs::path(kServerBin) / "filter"))
+        if (!filter.path().filename().string().starts_with("jobfilter"))
+            fs::create_symlink(filter.path(),
+                               _folder.file("bin/filter/") + filter.path().filename().string());
+    for (const fs::path filter : filters) {
+        const fs::path copy = _folder.file("bin/filter/") + filter.filename().string();
+        fs::copy_file(filter, copy);
+        fs::permissions(copy, fs::perms(0755)); // the scheduler refuses what others may change
+    }
+}
+
+void PrivateScheduler::writeConfiguration() const
+{
+    writeFile(_folder.file("etc/cupsd.conf"),
+              kConfiguration + ("Listen 127.0.0.1:" + std::to_string(_port) + "\n"));
+    const std::string top = _folder.path();
+    writeFile(_folder.file("etc/cups-files.conf"),
+              jobUser() + "ServerRoot " + top + "/etc\nServerBin " + top + "/bin\nDataDir " +
+                  kDataDir + "\nRequestRoot " + top + "/spool\nTempDir " + top +
+                  "/spool/tmp\nCacheDir " + top + "/cache\nStateDir " + top + "/run\nErrorLog " +
+                  top + "/error_log\nAccessLog " + top + "/access_log\nPageLog " + top +
+                  "/page_log\n");
+}
+
+void PrivateScheduler::start()
+{
+    _port = freePort();
+    writeConfiguration();
+    const std::string configuration = _folder.file("etc/cupsd.conf");
+    const std::string files = _folder.file("etc/cups-files.conf");
+    _process = fork();
+    if (_process == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGTERM); // never outlive a test that crashed
+        execl("/usr/sbin/cupsd", "cupsd", "-f", "-c", configuration.c_str(), "-s", files.c_str(),
+              nullptr);
+        _exit(127);
+    }
+    if (!waitFor(std::chrono::seconds(20), [this] { return comesUp(); })) {
+        stop();
+        throw std::runtime_error("the scheduler does not come up:\n" + log());
+    }
+}
+
+bool PrivateScheduler::comesUp() const
+{
+    http_t *http =
+        httpConnect2("127.0.0.1", _port, nullptr, AF_INET, HTTP_ENCRYPTION_NEVER, 1, 1000, nullptr);
+    httpClose(http);
+    return http != nullptr;
+}
+
+void PrivateScheduler::stop()
+{
+    kill(_process, SIGTERM);
+    const auto hasEnded = [this] { return waitpid(_process, nullptr, WNOHANG) != 0; };
+    if (waitFor(std::chrono::seconds(15), hasEnded))
+        return;
+    kill(_process, SIGKILL);
+    waitpid(_process, nullptr, 0);
+}
+
+std::string PrivateScheduler::run(std::vector<std::string> arguments) const
+{
+    const auto result =
+        runProgram({.arguments = arguments,
+                    .environment = {{"CUPS_SERVER", "127.0.0.1:" + std::to_string(_port)},
+                                    {"HOME", _folder.path()},
+                                    {"LC_ALL", "C.UTF-8"}}});
+    if (result.exitStatus != 0)
+        throw std::runtime_error(arguments[0] + ": " + result.output + result.errors);
+    return result.output;
+}
+
+void PrivateScheduler::addQueue(const std::string &name, const std::string &ppd,
+                                const std::string &deviceURI,
+                                const std::vector<std::string> &options) const
+{
+    std::vector<std::string> arguments = {"lpadmin", "-p", name, "-E", "-v", deviceURI, "-P", ppd};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    run(arguments);
+}
+
+int PrivateScheduler::submit(const std::vector<std::string> &arguments) const
+{
+    std::vector<std::string> call = {"lp"};
+    call.insert(call.end(), arguments.begin(), arguments.end());
+    const std::string answer = run(call); // "request id is QUEUE-17 (1 file(s))"
+    const auto end = answer.rfind(" (");
+    const auto dash = answer.rfind('-', end);
+    if (end == std::string::npos || dash == std::string::npos)
+        throw std::runtime_error("lp: " + answer);
+    return std::stoi(answer.substr(dash + 1, end - dash - 1));
+}
+
+JobStatus PrivateScheduler::status(int job) const
+{
+    const Response response =
+        ask(_port, IPP_OP_GET_JOB_ATTRIBUTES, "job-uri",
+            "ipp://127.0.0.1:" + std::to_string(_port) + "/jobs/" + std::to_string(job));
+    const int state = ippGetInteger(ippFindAttribute(response.get(), "job-state", IPP_TAG_ENUM), 0);
+    return {ippEnumString("job-state", state), textOf(response, "job-printer-state-message")};
+}
+
+JobStatus PrivateScheduler::waitForJob(int job) const
+{
+    JobStatus last;
+    const auto hasEnded = [&] {
+        last = status(job);
+        return last.state == "completed" || last.state == "canceled" || last.state == "aborted" ||
+               last.state == "stopped";
+    };
+    if (!waitFor(std::chrono::seconds(60), hasEnded))
+        throw std::runtime_error("job " + std::to_string(job) + " is still " + last.state + ":\n" +
+                                 log(job));
+    return last;
+}
+
+std::string PrivateScheduler::printerMessage(const std::string &queue) const
+{
+    const Response response =
+        ask(_port, IPP_OP_GET_PRINTER_ATTRIBUTES, "printer-uri", queueURI(queue));
+    return textOf(response, "printer-state-message");
+}
+
+std::string PrivateScheduler::queueURI(const std::string &queue) const
+{
+    return "ipp://127.0.0.1:" + std::to_string(_port) + "/printers/" + queue;
+}
+
+std::string PrivateScheduler::log(int job) const
+{
+    std::istringstream all(readFile(_folder.file("error_log")));
+    const std::string ofJob = job == 0 ? "" : "[Job " + std::to_string(job) + "] ";
+    std::string lines;
+    for (std::string line; std::getline(all, line);)
+        if (line.find(ofJob) != std::string::npos)
+            lines += line + "\n";
+    return lines;
+}
+
+std::vector<std::string> PrivateScheduler::temporaryFiles() const
+{
+    std::vector<std::string> names;
+    for (const auto &entry : fs::directory_iterator(temporaryFolder()))
+        names.push_back(entry.path().filename());
+    return names;
+}
+
+std::vector<pid_t> PrivateScheduler::jobProcesses() const
+{
+    // The scheduler gives each of them its ServerRoot.
+    const std::string mark = "CUPS_SERVERROOT=" + _folder.file("etc");
+    std::vector<pid_t> processes;
+    for (const auto &entry : fs::directory_iterator("/proc")) {
+        const std::string name = entry.path().filename();
+        if (name.find_first_not_of("0123456789") != std::string::npos)
+            continue;
+        try {
+            if (readFile(entry.path() / "environ").find(mark) != std::string::npos)
+                processes.push_back(std::stoi(name));
+        } catch (const std::runtime_error &) {
+            // It has ended meanwhile, or is another user's.
+        }
+    }
+    return processes;
+}
+
+std::string lpOption(std::string_view name, std::string_view value)
+{
+    std::string option = std::string(name) + "='";
+    for (const char byte : value) {
+        if (byte == '\'' || byte == '\\')
+            option += '\\';
+        option += byte;
+    }
+    return option + "'";
+}
+
+} // namespace Support
