@@ -1,6 +1,7 @@
 #include "ChildMessages.h"
 
 #include "Cancellation.h"
+#include "Descriptor.h"
 
 #include <algorithm>
 #include <array>
@@ -29,18 +30,6 @@ constexpr std::size_t kPrefixSize = 1 + sizeof(Length);
 
 /// What the child says last: nothing, for work that came to its end, else why it did not.
 constexpr char kEndKind = '\0';
-
-class Descriptor {
-public:
-    explicit Descriptor(int number) : _number(number) {}
-    ~Descriptor() { close(_number); }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    int number() const { return _number; }
-
-private:
-    int _number;
-};
 
 KLError childError(int code, std::string description)
 {

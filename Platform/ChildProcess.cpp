@@ -79,23 +79,16 @@ std::vector<char *> argumentVector(const std::string &program,
 
 } // namespace
 
-DefaultSignal::DefaultSignal(int signalNumber) : _signalNumber(signalNumber)
+ChildProcess::DefaultSignal::DefaultSignal(int signalNumber) : _signalNumber(signalNumber)
 {
     struct sigaction action = {};
     action.sa_handler = SIG_DFL;
     sigaction(signalNumber, &action, &_before);
 }
 
-DefaultSignal::~DefaultSignal()
+ChildProcess::DefaultSignal::~DefaultSignal()
 {
     sigaction(_signalNumber, &_before, nullptr);
-}
-
-void ChildProcess::Descriptor::close()
-{
-    if (number >= 0)
-        ::close(number);
-    number = -1;
 }
 
 ChildProcess::ChildProcess(const std::string &program, const std::vector<std::string> &arguments)
@@ -103,10 +96,9 @@ ChildProcess::ChildProcess(const std::string &program, const std::vector<std::st
     std::array<int, 2> ends = {};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         throw ChildProcessError("Unable to start " + program + ": " + reason(errno));
-    _errors.number = ends[0];
-    Descriptor writeEnd;
-    writeEnd.number = ends[1];
-    start(program, arguments, writeEnd.number);
+    _errors = Descriptor(ends[0]);
+    const Descriptor writeEnd(ends[1]); // the child's alone once it runs
+    start(program, arguments, writeEnd.number());
 }
 
 void ChildProcess::start(const std::string &program, const std::vector<std::string> &arguments,
@@ -153,7 +145,7 @@ std::string ChildProcess::readErrorsToEnd()
     std::string text;
     std::array<char, 16384> block;
     for (;;) {
-        const ssize_t count = read(_errors.number, block.data(), block.size());
+        const ssize_t count = read(_errors.number(), block.data(), block.size());
         if (count > 0)
             text.append(block.data(), static_cast<std::size_t>(count));
         else if (count == 0 || errno != EINTR)

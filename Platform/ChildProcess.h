@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Descriptor.h"
+
 #include <csignal>
 #include <stdexcept>
 #include <string>
@@ -12,19 +14,6 @@ namespace Platform {
 class ChildProcessError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
-};
-
-/// The default disposition of a signal for as long as this object lives.
-class DefaultSignal {
-public:
-    explicit DefaultSignal(int signalNumber);
-    ~DefaultSignal();
-    DefaultSignal(const DefaultSignal &) = delete;
-    DefaultSignal &operator=(const DefaultSignal &) = delete;
-
-private:
-    int _signalNumber;
-    struct sigaction _before = {};
 };
 
 /// A child process: a program run without a shell.
@@ -62,15 +51,17 @@ public:
     int terminationStatus();
 
 private:
-    class Descriptor {
+    /// The default disposition of a signal for as long as this object lives.
+    class DefaultSignal {
     public:
-        Descriptor() = default;
-        ~Descriptor() { close(); }
-        Descriptor(const Descriptor &) = delete;
-        Descriptor &operator=(const Descriptor &) = delete;
-        void close();
+        explicit DefaultSignal(int signalNumber);
+        ~DefaultSignal();
+        DefaultSignal(const DefaultSignal &) = delete;
+        DefaultSignal &operator=(const DefaultSignal &) = delete;
 
-        int number = -1;
+    private:
+        int _signalNumber;
+        struct sigaction _before = {};
     };
 
     std::string readErrorsToEnd();

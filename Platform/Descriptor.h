@@ -1,0 +1,37 @@
+#pragma once
+
+#include <unistd.h>
+#include <utility>
+
+namespace Platform {
+
+/// A file descriptor with an owner: closed by the destructor. Moves, and is not copied.
+class Descriptor {
+public:
+    /// @param number  an open descriptor, or -1 for none.
+    explicit Descriptor(int number = -1) : _number(number) {}
+    ~Descriptor() { close(); }
+    Descriptor(Descriptor &&other) noexcept : _number(std::exchange(other._number, -1)) {}
+    Descriptor &operator=(Descriptor &&other) noexcept
+    {
+        close();
+        _number = std::exchange(other._number, -1);
+        return *this;
+    }
+
+    /// -1 when there is none.
+    int number() const { return _number; }
+
+    /// Closes it now. What close() reports is ignored: nothing that is written is held like this.
+    void close()
+    {
+        if (_number >= 0)
+            ::close(_number);
+        _number = -1;
+    }
+
+private:
+    int _number;
+};
+
+} // namespace Platform
