@@ -49,9 +49,9 @@ KLPrintJob::KLPrintJob(FILE *inFile, bool closeInputWhenDone, FILE *outFile,
 KLPrintJob::~KLPrintJob()
 {
     if (_closeInputWhenDone)
-        std::fclose(_inFile);
+        static_cast<void>(std::fclose(_inFile));
     if (_closeOutputWhenDone)
-        std::fclose(_outFile);
+        static_cast<void>(std::fclose(_outFile));
 }
 
 std::optional<std::string> KLPrintJob::readLine()
@@ -79,8 +79,9 @@ std::optional<std::string> KLPrintJob::currentLineInEncoding(TextEncoding encodi
 
 void KLPrintJob::writeData(std::string_view data)
 {
+    // A short write stays in the stream's error indicator, for whoever owns it.
     if (!data.empty())
-        std::fwrite(data.data(), 1, data.size(), _outFile);
+        static_cast<void>(std::fwrite(data.data(), 1, data.size(), _outFile));
 }
 
 void KLPrintJob::writeStringWithEncoding(std::string_view text, TextEncoding encoding)
@@ -135,7 +136,7 @@ bool KLPrintJob::passDataThroughUntilEndOfLine()
         // On purpose: the byte behind a lone CR has just been written, and will be once more as
         // the first of the next line (ByteAfterLoneCarriageReturnIsWrittenTwice).
         if (next != kLineFeed)
-            std::ungetc(next, _inFile);
+            static_cast<void>(std::ungetc(next, _inFile)); // one byte always fits
         return true;
     }
     return false;

@@ -3,6 +3,7 @@
 #include "Text.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <iconv.h>
 #include <stdexcept>
 #include <system_error>
@@ -36,7 +37,7 @@ public:
     Converter(TextEncoding to, TextEncoding from)
         : _conversion(iconv_open(converterName(to), converterName(from)))
     {
-        if (_conversion == failed())
+        if (reinterpret_cast<std::intptr_t>(_conversion) == -1)
             throw std::system_error(errno, std::generic_category(),
                                     std::string("cannot convert text from ") + converterName(from) +
                                         " to " + converterName(to));
@@ -66,9 +67,6 @@ public:
     }
 
 private:
-    /// What iconv_open() returns on failure: minus one, as a pointer.
-    static iconv_t failed() { return reinterpret_cast<iconv_t>(-1); }
-
     iconv_t _conversion;
 };
 

@@ -416,7 +416,11 @@ TEST_F(KLPJLHandlerTest, DerivedClassChangesEveryDSSCLine)
 
 TEST_F(KLPJLHandlerTest, LineIsDSSCOnlyWithTheWholePrefix)
 {
-    const std::vector<std::pair<std::string, bool>> cases = {
+    struct Case {
+        std::string line;
+        bool isDSSC;
+    };
+    const std::vector<Case> cases = {
         {kPrefix + "X\n", true},
         {kPrefix + "\n", true},
         {kPrefix, true},
@@ -426,12 +430,12 @@ TEST_F(KLPJLHandlerTest, LineIsDSSCOnlyWithTheWholePrefix)
         {" " + kPrefix + "X\n", false},
         {"@PJL COMMENT DSSC  PRINT X\n", false},
     };
-    for (const auto &[line, isDSSC] : cases) {
+    for (const Case &expected : cases) {
         int runs = 0;
-        walk(kMarker + line, [&](KLPJLHandler &handler, const std::string &) {
+        walk(kMarker + expected.line, [&](KLPJLHandler &handler, const std::string &) {
             ++runs;
-            EXPECT_EQ(isDSSC, handler.currentLineIsDSSC()) << line;
-            EXPECT_EQ(isDSSC, handler.DSSCCommand().has_value()) << line;
+            EXPECT_EQ(expected.isDSSC, handler.currentLineIsDSSC()) << expected.line;
+            EXPECT_EQ(expected.isDSSC, handler.DSSCCommand().has_value()) << expected.line;
         });
         EXPECT_EQ(1, runs);
     }
