@@ -1,6 +1,8 @@
 #include "TextEncoding.h"
 
 #include <gtest/gtest.h>
+#include <ostream>
+#include <stdexcept>
 
 using namespace Platform;
 using namespace std::string_literals;
@@ -21,6 +23,17 @@ struct Misfit {
     TextEncoding encoding;
     std::string bytes; ///< to be decoded, or the text to be encoded
 };
+
+// Cases are listed by name.
+void PrintTo(const Sample &sample, std::ostream *stream)
+{
+    *stream << sample.name;
+}
+
+void PrintTo(const Misfit &misfit, std::ostream *stream)
+{
+    *stream << misfit.name;
+}
 
 class UndecodableTest : public testing::TestWithParam<Misfit> {};
 class UnencodableTest : public testing::TestWithParam<Misfit> {};
