@@ -1,0 +1,424 @@
+#include "PostScriptCommands.h"
+
+#include "MinimalPPD.h"
+#include "ToolkitError.h"
+#include "ToolkitPostScript.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fmt/format.h>
+
+using Support::Colour;
+using Support::kBlue;
+using Support::kRed;
+using Support::kWhite;
+using Support::RenderedPage;
+using Support::Rendering;
+using Support::renderText;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+Booklet booklet(Ordering ordering = Ordering::LeftToRight)
+{
+    return {.pageSize = "A4", .centreMargin = 0, .outerMargin = 0, .ordering = ordering};
+}
+
+constexpr double kSheetWidth = 595.28;
+constexpr double kSheetHeight = 841.89;
+
+/// The colour on a sheet, in the places of the sheet as it lies on its long edge.
+Colour colourAt(const RenderedPage &sheet, double x, double y)
+{
+    return sheet.colourAt({sheet.width() - y, x});
+}
+
+constexpr double kLeft = kSheetHeight / 4;
+constexpr double kRight = kSheetHeight * 3 / 4;
+constexpr double kMiddle = kSheetWidth / 2;
+
+Colour colourOf(std::size_t page)
+{
+    return {static_cast<std::uint8_t>(page), 0, 255};
+}
+
+/// A page filled with a colour of its own.
+std::string colouredPage(std::size_t page)
+{
+    return fmt::format("{} 255 div 0 1 setrgbcolor 0 0 200 300 rectfill showpage\n", page);
+}
+
+PostScriptSample colouredPages(std::size_t count)
+{
+    PostScriptSample sample;
+    for (std::size_t page = 1; page <= count; ++page)
+        sample.pages.push_back(colouredPage(page));
+    return sample;
+}
+
+/// The booklet's pages in the order in which they are read: the sheets are put into each other and
+/// folded so that the first front's reading half is outside.
+std::vector<Colour> folded(const std::vector<RenderedPage> &sides, Ordering ordering)
+{
+    std::vector<Colour> book(sides.size() * 2);
+    for (std::size_t side = 0; side < sides.size(); ++side) {
+        const Colour left = colourAt(sides[side], kLeft, kMiddle);
+        const Colour right = colourAt(sides[side], kRight, kMiddle);
+        const bool isFront = side % 2 == 0;
+        const bool earlyIsRight = isFront == (ordering == Ordering::LeftToRight);
+        book[side] = earlyIsRight ? right : left;
+        book[book.size() - 1 - side] = earlyIsRight ? left : right;
+    }
+    return book;
+}
+
+Rendering rendered(std::string_view document)
+{
+    return renderText(document, {.resolution = 36});
+}
+
+void expectReadsInOrder(std::size_t pages, Ordering ordering)
+{
+    SCOPED_TRACE(pages);
+    const auto sheets = rendered(processed(colouredPages(pages).text(), booklet(ordering)));
+    const auto book = folded(sheets.pages, ordering);
+    ASSERT_EQ((pages + 3) / 4 * 4, book.size());
+    for (std::size_t page = 1; page <= book.size(); ++page)
+        ASSERT_EQ(page <= pages ? colourOf(page) : kWhite, book[page - 1]) << "page " << page;
+}
+
+} // namespace
+
+// --- Order ---------------------------------------------------------------------------------------
+
+class PostScriptBookletOrderTest : public testing::TestWithParam<int> {};
+
+TEST_P(PostScriptBookletOrderTest, ReadsInOrderOnceFolded)
+{
+    for (int pages = GetParam(); pages < GetParam() + 8; ++pages) {
+        expectReadsInOrder(static_cast<std::size_t>(pages), Ordering::LeftToRight);
+        expectReadsInOrder(static_cast<std::size_t>(pages), Ordering::RightToLeft);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Pages, PostScriptBookletOrderTest,
+                         testing::Values(1, 9, 17, 25, 33, 41, 49, 57));
+
+// --- Geometry ------------------------------------------------------------------------------------
+
+TEST(PostScriptBookletTest, SheetIsUprightWithItsHalvesTurned)
+{
+    const auto sheets = rendered(processed(colouredPages(4).text(), booklet()));
+    ASSERT_EQ(2U, sheets.pages.size());
+    EXPECT_NEAR(kSheetWidth, sheets.pages[0].width(), 2);
+    EXPECT_NEAR(kSheetHeight, sheets.pages[0].height(), 2);
+    EXPECT_EQ(colourOf(4), colourAt(sheets.pages[0], kLeft, kMiddle));
+    EXPECT_EQ(colourOf(1), colourAt(sheets.pages[0], kRight, kMiddle));
+    EXPECT_EQ(colourOf(2), colourAt(sheets.pages[1], kLeft, kMiddle));
+    EXPECT_EQ(colourOf(3), colourAt(sheets.pages[1], kRight, kMiddle));
+}
+
+TEST(PostScriptBookletTest, PagesStandUprightOnBothSidesOfTheLyingSheet)
+{
+    PostScriptSample sample;
+    for (int page = 0; page < 4; ++page) // red at the foot, at the left
+        sample.pages.emplace_back("1 0 0 setrgbcolor 0 0 50 50 rectfill showpage\n");
+    for (const auto &sheet : rendered(processed(sample.text(), booklet())).pages) {
+        // 200 by 300 points become 397 by 595, centred in a half of 421 by 595.
+        EXPECT_EQ(kRed, colourAt(sheet, 20, 10));
+        EXPECT_EQ(kWhite, colourAt(sheet, 20, 150));
+        EXPECT_EQ(kWhite, colourAt(sheet, 150, 10));
+        EXPECT_EQ(kRed, colourAt(sheet, kSheetHeight / 2 + 20, 10));
+    }
+}
+
+TEST(PostScriptBookletTest, MarginsAreKeptClear)
+{
+    Booklet request = booklet();
+    request.centreMargin = 40;
+    request.outerMargin = 30;
+    PostScriptSample sample = colouredPages(4);
+    sample.setup = "<< /PageSize [400 400] >> setpagedevice\n";
+    for (auto &page : sample.pages)
+        page = "0 0 1 setrgbcolor 0 0 400 400 rectfill showpage\n";
+    const auto sheets = renderText(processed(sample.text(), request), {.resolution = 144});
+    // Each half: 30 to 400.9 and 440.9 to 811.9; a square of 370.9, centred in a height of 535.3.
+    const auto box = sheets.pages.at(0).boxOf(kBlue);
+    EXPECT_NEAR(30, box->bottom, 1);
+    EXPECT_NEAR(kSheetHeight - 30, box->top, 1);
+    EXPECT_NEAR((kSheetWidth - 370.9) / 2, box->left, 1);
+    EXPECT_NEAR((kSheetWidth + 370.9) / 2, box->right, 1);
+    EXPECT_EQ(kWhite, colourAt(sheets.pages[0], 402, kMiddle));
+    EXPECT_EQ(kWhite, colourAt(sheets.pages[0], 439, kMiddle));
+    EXPECT_EQ(kBlue, colourAt(sheets.pages[0], 399, kMiddle));
+    EXPECT_EQ(kBlue, colourAt(sheets.pages[0], 443, kMiddle));
+}
+
+TEST(PostScriptBookletTest, MarginsThatLeaveNoRoomAreRefused)
+{
+    Booklet request = booklet();
+    request.outerMargin = 290;
+    EXPECT_THROW(processed(colouredPages(4).text(), request), ToolkitError);
+}
+
+TEST(PostScriptBookletTest, PageIsClippedToItsOwnArea)
+{
+    PostScriptSample sample;
+    sample.setup = "<< /PageSize [300 300] >> setpagedevice\n";
+    sample.pages.assign(4, "1 0 0 setrgbcolor -900 -900 2000 2000 rectfill showpage\n");
+    const auto sheets = rendered(processed(sample.text(), booklet()));
+    EXPECT_EQ(kRed, colourAt(sheets.pages[0], kLeft, kMiddle));
+    EXPECT_EQ(kWhite, colourAt(sheets.pages[0], kLeft, 20));
+    EXPECT_EQ(kWhite, colourAt(sheets.pages[0], kLeft, kSheetWidth - 20));
+}
+
+TEST(PostScriptBookletTest, UnknownSheetIsRefused)
+{
+    Booklet request = booklet();
+    request.pageSize = "Nothing";
+    EXPECT_THROW(processed(colouredPages(4).text(), request), ToolkitError);
+}
+
+// --- The page's own size -------------------------------------------------------------------------
+
+namespace {
+
+/// Where the marks of a sheet's first page lie, from the sheet's lower left corner as it lies.
+Support::Box boxOfFirstPage(const std::string &document, const std::string &ppd = {})
+{
+    const auto sheets = renderText(processed(document, booklet(), ppd), {.resolution = 72});
+    const auto box = sheets.pages.at(0).boxOf(kRed);
+    if (!box)
+        throw std::runtime_error("the page is blank");
+    return {box->bottom, kSheetWidth - box->right, box->top, kSheetWidth - box->left};
+}
+
+/// A document of one page, all red, whatever its size.
+std::string redPage(const std::string &setup, const std::string &page = "",
+                    const std::string &header = "")
+{
+    return "%!PS-Adobe-3.0\n" + header + "%%EndComments\n%%BeginSetup\n" + setup +
+           "%%EndSetup\n%%Page: 1 1\n" + page +
+           "1 0 0 setrgbcolor -9 -9 9999 9999 rectfill showpage\n%%EOF\n";
+}
+
+constexpr double kHalf = kSheetHeight / 2;
+
+void expectSize(double width, double height, const Support::Box &box)
+{
+    const double scale = std::min(kHalf / width, kSheetWidth / height);
+    EXPECT_NEAR(width * scale, box.right - box.left, 1.5);
+    EXPECT_NEAR(height * scale, box.top - box.bottom, 1.5);
+    EXPECT_NEAR(kHalf + kHalf / 2, (box.left + box.right) / 2, 1.5);
+    EXPECT_NEAR(kSheetWidth / 2, (box.top + box.bottom) / 2, 1.5);
+}
+
+} // namespace
+
+TEST(PostScriptBookletTest, SizeIsTheOneInForce)
+{
+    const std::string media = "%%DocumentMedia: X 100 500 0 () ()\n";
+    expectSize(400, 300,
+               boxOfFirstPage(redPage("<< /PageSize [400 300] >> setpagedevice\n", "", media)));
+    expectSize(200, 250,
+               boxOfFirstPage(redPage("<< /PageSize [400 300] >> setpagedevice\n",
+                                      "<< /PageSize [200 250] >> setpagedevice\n", media)));
+}
+
+TEST(PostScriptBookletTest, SizeIsTheMediaCommentsWhereNothingWasAskedFor)
+{
+    const std::string media = "%%DocumentMedia: X 100 500 0 () ()\n%%+ Y 200 250 0 () ()\n";
+    expectSize(100, 500, boxOfFirstPage(redPage("", "", media)));
+    expectSize(200, 250, boxOfFirstPage(redPage("", "%%PageMedia: Y\n", media)));
+    expectSize(612, 792, boxOfFirstPage(redPage("", "%%PageMedia: Letter\n", media)));
+}
+
+TEST(PostScriptBookletTest, SizeIsThePPDsDefaultWhereNoCommentTells)
+{
+    std::string ppd = Support::minimalPPD();
+    const std::string standard = "*DefaultPageSize: A4";
+    ppd.replace(ppd.find(standard), standard.size(), "*DefaultPageSize: Letter");
+    expectSize(612, 792, boxOfFirstPage(redPage("", "", "%%BoundingBox: 0 0 50 50\n"), ppd));
+}
+
+TEST(PostScriptBookletTest, SizeIsTheSheetsWhereNothingTells)
+{
+    expectSize(kSheetWidth, kSheetHeight, boxOfFirstPage(redPage("")));
+}
+
+TEST(PostScriptBookletTest, SizeOfOnePageDoesNotReachTheNext)
+{
+    PostScriptSample sample;
+    sample.pages.assign(4, "1 0 0 setrgbcolor -9 -9 9999 9999 rectfill showpage\n");
+    sample.pages[0] = "<< /PageSize [300 300] >> setpagedevice\n" + sample.pages[0];
+    sample.pages[1] = "1 1 0 setrgbcolor 0 0 200 300 rectfill showpage\n";
+    const auto sheets = rendered(processed(sample.text(), booklet()));
+    EXPECT_EQ(kWhite, colourAt(sheets.pages[0], kRight, 20));
+    EXPECT_EQ(kRed, colourAt(sheets.pages[0], kLeft, 20));
+    EXPECT_EQ((Colour{255, 255, 0}), colourAt(sheets.pages[1], kLeft, 20));
+}
+
+// --- Whatever a page does ------------------------------------------------------------------------
+
+namespace {
+
+struct Page {
+    const char *name;
+    const char *prolog;
+    const char *setup;
+    const char *page; ///< fills its 200 by 300 points with the colour that "colour" sets
+};
+
+void PrintTo(const Page &page, std::ostream *stream)
+{
+    *stream << page.name;
+}
+
+} // namespace
+
+class PostScriptBookletPageTest : public testing::TestWithParam<Page> {};
+
+/// Both halves of both sides show their page, all of it and nothing beside it.
+TEST_P(PostScriptBookletPageTest, StaysInItsHalf)
+{
+    PostScriptSample sample;
+    sample.prolog = GetParam().prolog;
+    sample.setup = "<< /PageSize [200 300] >> setpagedevice\n" + std::string(GetParam().setup);
+    for (int page = 1; page <= 4; ++page) {
+        sample.pages.push_back(fmt::format("/colour {{ {} 255 div 0 1 setrgbcolor }} def\n", page) +
+                               GetParam().page);
+    }
+    const auto sheets = renderText(processed(sample.text(), booklet()), {.resolution = 72});
+    EXPECT_EQ("", sheets.log);
+    ASSERT_EQ(2U, sheets.pages.size());
+    const std::size_t order[2][2] = {{4, 1}, {2, 3}};
+    for (std::size_t side = 0; side < 2; ++side) {
+        const double inset = (kHalf - kSheetWidth * 2 / 3) / 2;
+        for (std::size_t half = 0; half < 2; ++half) {
+            SCOPED_TRACE(fmt::format("side {} half {}", side, half));
+            const Colour colour = colourOf(order[side][half]);
+            const double left = static_cast<double>(half) * kHalf + inset;
+            const double right = left + kSheetWidth * 2 / 3;
+            for (const double y : {3.0, kMiddle, kSheetWidth - 3}) {
+                EXPECT_EQ(colour, colourAt(sheets.pages[side], left + 3, y)) << y;
+                EXPECT_EQ(colour, colourAt(sheets.pages[side], right - 3, y)) << y;
+                EXPECT_EQ(kWhite, colourAt(sheets.pages[side], left - 3, y)) << y;
+                EXPECT_EQ(kWhite, colourAt(sheets.pages[side], right + 3, y)) << y;
+            }
+        }
+    }
+}
+
+#define FILL "colour 0 0 200 300 rectfill "
+
+INSTANTIATE_TEST_SUITE_P(
+    Pages, PostScriptBookletPageTest,
+    testing::Values(
+        Page{"Plain", "", "", FILL "showpage\n"},
+        Page{"InitialMatrix", "", "", "9 9 scale initmatrix " FILL "showpage\n"},
+        Page{"InitialGraphics", "", "",
+             "9 9 scale 0 0 1 1 rectclip initgraphics " FILL "showpage\n"},
+        Page{"InitialClip", "", "", "0 0 1 1 rectclip initclip " FILL "showpage\n"},
+        Page{"InitialClipWithAPath", "", "",
+             "0 0 1 1 rectclip colour newpath 0 0 moveto 200 0 lineto 200 300 lineto 0 300 lineto\n"
+             "closepath initclip fill showpage\n"},
+        Page{"ClipBeyondThePage", "", "",
+             "initclip colour -900 -900 2000 2000 rectfill showpage\n"},
+        Page{"DefaultMatrix", "", "",
+             "9 9 scale matrix defaultmatrix setmatrix " FILL "showpage\n"},
+        Page{"DefaultMatrixWithAnOffset", "", "",
+             "[1 0 0 1 50 60] matrix defaultmatrix matrix concatmatrix setmatrix\n"
+             "colour -50 -60 200 300 rectfill showpage\n"},
+        Page{"MatrixFromTheSetup", "", "/kept matrix currentmatrix def\n",
+             "9 9 scale kept setmatrix " FILL "showpage\n"},
+        Page{"MatrixFromTheProlog", "/kept matrix currentmatrix def\n", "",
+             "9 9 scale kept setmatrix " FILL "showpage\n"},
+        Page{"OwnMatrixBack", "", "",
+             "matrix currentmatrix 9 9 scale setmatrix " FILL "showpage\n"},
+        Page{"MatrixBoundInTheProlog", "/home { initmatrix initclip } bind def\n", "",
+             "9 9 scale 0 0 1 1 rectclip home " FILL "showpage\n"},
+        Page{"WhiteOnceMore", "", "", "0 setgray 0 0 90 90 rectfill erasepage " FILL "showpage\n"},
+        Page{"CopyPage", "", "", FILL "copypage showpage\n"},
+        Page{"BoundShowpage", "/EP { level restore showpage } bind def\n", "",
+             "/level save def 9 9 scale gsave initmatrix " FILL "EP\n"},
+        Page{"SavedState", "", "", "save " FILL "showpage restore\n"},
+        Page{"StateSavedInTheSetup", "", "/level save def\n",
+             "colour level restore /level save def 0 0 200 300 rectfill showpage\n"},
+        Page{"ColourKeptInAState", "", "",
+             "gsave 9 9 scale grestore " FILL "grestore grestore showpage grestoreall\n"},
+        Page{"TooManyRestores", "", "", "9 9 scale grestore grestore " FILL "showpage grestore\n"},
+        Page{"TooManySavedStates", "", "",
+             "gsave gsave 2 2 scale gsave initmatrix " FILL "showpage\n"},
+        Page{"RestoreAll", "", "", "gsave 9 9 scale grestoreall " FILL "showpage\n"},
+        Page{"RestoreAllInASavedState", "", "",
+             "save gsave 9 9 scale grestoreall " FILL "showpage restore\n"},
+        Page{"Operands", "", "", FILL "1 2 (three) mark showpage\n"},
+        Page{"OpenDictionaries", "", "", FILL "9 dict begin /rectfill { } def showpage\n"},
+        Page{"RedefinedNames", "", "",
+             FILL
+             "9 dict begin /true false def /exec { } def /get { } def /gsave { } def showpage\n"},
+        Page{"SizeInThePage", "", "", "<< /PageSize [200 300] >> setpagedevice " FILL "showpage\n"},
+        Page{"SizeAfterMarks", "", "",
+             "0 setgray -9 -9 999 999 rectfill << /PageSize [300 200] >> setpagedevice\n"
+             "0 setgray -9 -9 999 999 rectfill << /PageSize [200 300] >> setpagedevice\n" FILL
+             "showpage\n"},
+        Page{"SizeInASavedState", "", "",
+             "save << /PageSize [300 200] >> setpagedevice restore " FILL "showpage\n"},
+        Page{"SizeBoundInTheProlog",
+             "/size { 2 array astore << exch /PageSize exch >> setpagedevice } bind def\n", "",
+             "200 300 size " FILL "showpage\n"},
+        Page{"SizeAsAsked", "", "",
+             "currentpagedevice /PageSize get aload pop 300 eq exch 200 eq and { " FILL "} if\n"
+             "showpage\n"},
+        Page{
+            "DuplexAndMore", "", "",
+            "<< /Duplex false /Tumble false /PageSize [200 300] /ImagingBBox null /NumCopies 1 >>\n"
+            "setpagedevice " FILL "showpage\n"},
+        Page{"MediaInThePage", "", "", "<< /MediaColor (red) >> setpagedevice " FILL "showpage\n"},
+        Page{"MediaInASavedState", "", "",
+             "save << /MediaColor (red) >> setpagedevice " FILL "showpage restore\n"},
+        Page{"MediaAfterMarks", "", "",
+             FILL "<< /MediaColor (blue) >> setpagedevice " FILL "showpage\n"},
+        Page{"MediaInAKeptState", "", "",
+             "gsave << /MediaColor (red) >> setpagedevice " FILL "showpage grestore\n"},
+        Page{"NamedSize", "", "",
+             "userdict /a4 known { a4 } if\n"
+             "<< /PageSize [200 300] >> setpagedevice " FILL "showpage\n"},
+        Page{"GlobalMemory", "", "",
+             "true setglobal << /PageSize [200 300] /MediaColor (red) >> setpagedevice\n"
+             "currentpagedevice pop false setglobal " FILL "showpage\n"},
+        Page{"DefinitionsInGlobalMemory",
+             "true setglobal /box { 0 0 200 300 rectfill } bind def\n"
+             "false setglobal\n",
+             "", "colour box showpage\n"}),
+    [](const auto &page) { return std::string(page.param.name); });
+
+// --- The sheets ----------------------------------------------------------------------------------
+
+namespace {
+
+/// Runs the document with operators that say what they are called for.
+std::string deviceLog(const std::string &document)
+{
+    const std::string instruments =
+        "userdict begin\n"
+        "/realsetpagedevice /setpagedevice load def\n"
+        "/realshowpage /showpage load def\n"
+        "/say { dup type /stringtype eq { print } { 99 string cvs print } ifelse ( ) print } def\n"
+        "/setpagedevice { (SET) say dup { exch say dup type dup /arraytype eq exch\n"
+        "/packedarraytype eq or { aload length { say } repeat } { dup type /nulltype eq\n"
+        "{ pop (null) } if say } ifelse } forall (\\n) print realsetpagedevice } def\n"
+        "/showpage { (SHOW\\n) print realshowpage } def end\n";
+    return renderText(document, {.resolution = 10, .arguments = {"-c", instruments, "-f"}}).log;
+}
+
+} // namespace
+
+TEST(PostScriptBookletTest, SheetAsksForItsSizeAndForBothSides)
+{
+    const std::string log = deviceLog(processed(colouredPages(3).text(), booklet()));
+    EXPECT_EQ("", log);
+}

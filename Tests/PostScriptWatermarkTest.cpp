@@ -1,0 +1,337 @@
+#include "PostScriptCommands.h"
+
+#include "TextMeasuring.h"
+#include "ToolkitError.h"
+#include "ToolkitPostScript.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+using Support::kBlue;
+using Support::kRed;
+using Support::kWhite;
+using Support::RenderedPage;
+using Support::Rendering;
+using Support::renderText;
+
+namespace {
+
+constexpr double kClose = 1; // point
+
+/// Red, in the middle of a page of 200 by 300 points.
+Watermark draft(bool above = true)
+{
+    return {.above = above,
+            .font = "Helvetica",
+            .angle = 30,
+            .colour = {1, 0, 0},
+            .position = {50, 120},
+            .size = 24,
+            .text = "Draft"};
+}
+
+/// The box around the text's ink, from its outline.
+Support::Box inkOf(const Watermark &watermark)
+{
+    const auto text = Platform::shapeText(watermark.text, watermark.font, watermark.size);
+    const double turn = watermark.angle * std::numbers::pi / 180;
+    Support::Box box = {1e9, 1e9, -1e9, -1e9};
+    const auto include = [&](double x, double baselineY) {
+        const double y = baselineY + text.descent;
+        const double left = watermark.position.x + x * std::cos(turn) - y * std::sin(turn);
+        const double bottom = watermark.position.y + x * std::sin(turn) + y * std::cos(turn);
+        box = {std::min(box.left, left), std::min(box.bottom, bottom), std::max(box.right, left),
+               std::max(box.top, bottom)};
+    };
+    Platform::TextPoint pen;
+    for (const auto &segment : text.outline) {
+        using Kind = Platform::TextPathSegment::Kind;
+        const auto &[first, second, third] = segment.points;
+        if (segment.kind == Kind::Curve) {
+            for (double t = 0; t <= 1; t += 1.0 / 32) {
+                const double s = 1 - t;
+                include(s * s * s * pen.x + 3 * s * s * t * first.x + 3 * s * t * t * second.x +
+                            t * t * t * third.x,
+                        s * s * s * pen.y + 3 * s * s * t * first.y + 3 * s * t * t * second.y +
+                            t * t * t * third.y);
+            }
+            pen = third;
+        } else if (segment.kind != Kind::Close) {
+            include(first.x, first.y);
+            pen = first;
+        }
+    }
+    return box;
+}
+
+void expectWatermark(const RenderedPage &page, const Watermark &watermark)
+{
+    const auto found = page.boxOf(kRed);
+    ASSERT_TRUE(found) << "no watermark";
+    const Support::Box wanted = inkOf(watermark);
+    EXPECT_NEAR((wanted.left + wanted.right) / 2, (found->left + found->right) / 2, kClose);
+    EXPECT_NEAR((wanted.bottom + wanted.top) / 2, (found->bottom + found->top) / 2, kClose);
+    EXPECT_NEAR(wanted.right - wanted.left, found->right - found->left, 2);
+    EXPECT_NEAR(wanted.top - wanted.bottom, found->top - found->bottom, 2);
+}
+
+Rendering rendered(std::string_view document)
+{
+    return renderText(document, {.resolution = 144});
+}
+
+/// All pixels that are not the watermark's are as they were.
+void expectRestUnchanged(const RenderedPage &before, const RenderedPage &after)
+{
+    ASSERT_EQ(before.width(), after.width());
+    ASSERT_EQ(before.height(), after.height());
+    for (double x = 0.25; x < before.width(); x += 0.5) {
+        for (double y = 0.25; y < before.height(); y += 0.5) {
+            const auto colour = after.colourAt({x, y});
+            if (colour != kRed) {
+                ASSERT_EQ(before.colourAt({x, y}), colour) << "at " << x << ", " << y;
+            }
+        }
+    }
+}
+
+/// The watermark is on every page, and nothing else has changed.
+void expectOnEveryPage(const PostScriptSample &sample, const Watermark &watermark)
+{
+    const Rendering before = rendered(sample.text());
+    const Rendering after = rendered(processed(sample.text(), watermark));
+    EXPECT_EQ(before.log, after.log);
+    ASSERT_EQ(before.pages.size(), after.pages.size());
+    for (std::size_t page = 0; page < after.pages.size(); ++page) {
+        SCOPED_TRACE("page " + std::to_string(page + 1));
+        expectWatermark(after.pages[page], watermark);
+        expectRestUnchanged(before.pages[page], after.pages[page]);
+    }
+}
+
+const std::string kBlueBox = "0 0 1 setrgbcolor 20 20 160 100 rectfill\n";
+
+} // namespace
+
+// --- Where it stands -----------------------------------------------------------------------------
+
+class PostScriptWatermarkScriptTest : public testing::TestWithParam<const char *> {};
+
+TEST_P(PostScriptWatermarkScriptTest, StandsWhereItBelongs)
+{
+    Watermark watermark = draft();
+    watermark.text = GetParam();
+    expectOnEveryPage({.pages = {"showpage\n", "showpage\n"}}, watermark);
+}
+
+INSTANTIATE_TEST_SUITE_P(Scripts, PostScriptWatermarkScriptTest,
+                         testing::Values("Draft (1) \\ 100%", "Σχέδιο", "مسودة", "草稿"));
+
+class PostScriptWatermarkAngleTest : public testing::TestWithParam<double> {};
+
+TEST_P(PostScriptWatermarkAngleTest, TurnsAboutTheBoxsCorner)
+{
+    Watermark watermark = draft();
+    watermark.angle = GetParam();
+    watermark.position = {100, 150};
+    expectOnEveryPage({.pages = {"showpage\n"}}, watermark);
+}
+
+INSTANTIATE_TEST_SUITE_P(Angles, PostScriptWatermarkAngleTest,
+                         testing::Values(0.0, -0.0, 45.0, 90.0, -45.0, 180.0, 270.0));
+
+TEST(PostScriptWatermarkTest, EveryColourModelIsUnderstood)
+{
+    const auto colour = [](std::vector<double> components) {
+        Watermark watermark = draft();
+        watermark.colour = std::move(components);
+        const auto page =
+            rendered(processed(PostScriptSample{.pages = {"showpage\n"}}.text(), watermark));
+        return page.pages.at(0);
+    };
+    EXPECT_TRUE(colour({0}).boxOf(Support::kBlack));
+    EXPECT_TRUE(colour({0, 0, 1}).boxOf(kBlue));
+    EXPECT_TRUE(colour({0, 1, 1, 0}).boxOf(kRed));
+}
+
+TEST(PostScriptWatermarkTest, TextWithoutInkDrawsNothing)
+{
+    Watermark watermark = draft();
+    watermark.text = " ";
+    const auto result =
+        rendered(processed(PostScriptSample{.pages = {"showpage\n"}}.text(), watermark));
+    EXPECT_EQ(0, result.pages.at(0).coverage());
+}
+
+TEST(PostScriptWatermarkTest, LongTextIsDrawnWhole)
+{
+    Watermark watermark = draft();
+    watermark.size = 1;
+    watermark.angle = 0;
+    watermark.position = {2, 100};
+    for (int word = 0; word < 60; ++word)
+        watermark.text += " Draft";
+    expectOnEveryPage({.pages = {"showpage\n"}}, watermark);
+}
+
+TEST(PostScriptWatermarkTest, LandscapePagesCountFromTheirOwnCorner)
+{
+    expectOnEveryPage(
+        {.setup = "<< /PageSize [300 200] >> setpagedevice\n", .pages = {kBlueBox + "showpage\n"}},
+        draft());
+}
+
+TEST(PostScriptWatermarkTest, PagesTurnedByTheirSetupCountFromTheSheetsCorner)
+{
+    expectOnEveryPage(
+        {.pages = {"%%BeginPageSetup\n90 rotate 0 -200 translate 0.5 0.5 scale\n%%EndPageSetup\n" +
+                   kBlueBox + "showpage\n"}},
+        draft());
+}
+
+// --- Above and below -----------------------------------------------------------------------------
+
+TEST(PostScriptWatermarkTest, AboveCoversThePagesMarks)
+{
+    const PostScriptSample sample{.pages = {"0 0 1 setrgbcolor 0 0 200 300 rectfill showpage\n"}};
+    expectOnEveryPage(sample, draft());
+}
+
+TEST(PostScriptWatermarkTest, BelowIsCoveredByThePagesMarks)
+{
+    const PostScriptSample whole{.pages = {"0 0 1 setrgbcolor 0 0 200 300 rectfill showpage\n"}};
+    const auto covered = rendered(processed(whole.text(), draft(false)));
+    EXPECT_EQ(1, covered.pages.at(0).shareOf(kBlue));
+
+    const PostScriptSample part{.pages = {"0 0 1 setrgbcolor 0 0 200 140 rectfill showpage\n"}};
+    const auto half = rendered(processed(part.text(), draft(false)));
+    EXPECT_NEAR(140, half.pages.at(0).boxOf(kRed)->bottom, kClose);
+    EXPECT_NEAR(inkOf(draft()).top, half.pages.at(0).boxOf(kRed)->top, kClose);
+}
+
+// --- Whatever a page does ------------------------------------------------------------------------
+
+struct Page {
+    const char *name;
+    const char *prolog;
+    const char *page;
+};
+
+void PrintTo(const Page &page, std::ostream *stream)
+{
+    *stream << page.name;
+}
+
+class PostScriptWatermarkPageTest : public testing::TestWithParam<Page> {
+protected:
+    static PostScriptSample sample()
+    {
+        // The marks stand beside the watermark.
+        const std::string page = kBlueBox + GetParam().page;
+        return {.prolog = GetParam().prolog, .pages = {page, page, page}};
+    }
+};
+
+TEST_P(PostScriptWatermarkPageTest, KeepsTheWatermarkAbove)
+{
+    expectOnEveryPage(sample(), draft());
+}
+
+TEST_P(PostScriptWatermarkPageTest, KeepsTheWatermarkBelow)
+{
+    PostScriptSample pages = sample();
+    Watermark watermark = draft(false);
+    watermark.position = {50, 180};
+    expectOnEveryPage(pages, watermark);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pages, PostScriptWatermarkPageTest,
+    testing::Values(
+        Page{"Plain", "", "showpage\n"},
+        Page{"GraphicsState", "",
+             "3 7 translate 40 rotate 9 9 scale 0.3 setgray 100 setflat true setoverprint\n"
+             "[5 1] 0 setdash 0 0 moveto 9 9 lineto showpage\n"},
+        Page{"Clip", "", "0 0 1 1 rectclip showpage\n"},
+        Page{"TransferFunction", "", "{ pop 0.5 } settransfer showpage { } settransfer\n"},
+        Page{"SavedStates", "", "gsave gsave 2 2 scale gsave showpage\n"},
+        Page{"Operands", "", "1 2 (three) [4] mark showpage\n"},
+        Page{"NoOperandsToTake", "", "clear showpage\n"},
+        Page{"OpenDictionaries", "", "20 dict begin 20 dict begin showpage\n"},
+        Page{
+            "RedefinedInADictionary", "",
+            "30 dict begin /moveto { pop pop } def /fill { } def /gsave { } def /grestore { } def\n"
+            "/exec { } def /true false def /newpath { } def /initgraphics { } def showpage end\n"},
+        Page{"RedefinedForGood", "",
+             "userdict begin /moveto { pop pop } def /fill { } def /gsave { } def /true false def\n"
+             "/newpath { } def /initgraphics { } def /curveto { 6 { pop } repeat } def end\n"
+             "showpage\n"},
+        Page{"BoundInTheProlog", "/EP { grestore showpage } bind def\n", "gsave EP\n"},
+        Page{"LoadedInTheProlog", "/EP /showpage load def\n", "EP\n"},
+        Page{"ShownAfterRestore", "/EP { level restore showpage } bind def\n",
+             "/level save def 0 0 1 1 rectclip EP\n"},
+        Page{"RestoredAfterItWasShown", "", "save showpage restore\n"},
+        Page{"WhiteOnceMore", "", "erasepage 0 0 1 setrgbcolor 20 20 160 100 rectfill showpage\n"},
+        Page{"LateSize", "",
+             "<< /PageSize [220 320] >> setpagedevice\n"
+             "0 0 1 setrgbcolor 20 20 160 100 rectfill showpage\n"},
+        Page{"LateSizeInASavedState", "",
+             "save << /PageSize [220 320] >> setpagedevice\n"
+             "0 0 1 setrgbcolor 20 20 160 100 rectfill showpage restore\n"},
+        Page{"EmbeddedDocument", "",
+             "save /showpage { } def\n%%BeginDocument: inner.eps\n%!PS-Adobe-3.0 EPSF-3.0\n"
+             "%%Page: 1 1\n0 0 1 setrgbcolor 60 20 160 100 rectfill showpage\n%%Trailer\n%%EOF\n"
+             "%%EndDocument\nrestore showpage\n"},
+        Page{"DataThatLookLikeAPage", "",
+             "%%BeginBinary: 53\ncurrentfile 12 string readstring\n%%Page: 9 9\npop pop\n"
+             "%%EndBinary\nshowpage\n"}),
+    [](const auto &page) { return std::string(page.param.name); });
+
+TEST(PostScriptWatermarkTest, UnbalancedRestoresDoNoHarm)
+{
+    // They take back what the setup asked of the device, so that it asks nothing here.
+    const std::string page = "grestore grestore " + kBlueBox + "grestore showpage grestore\n";
+    Watermark watermark = draft();
+    watermark.position = {50, 180};
+    for (const bool above : {true, false}) {
+        watermark.above = above;
+        expectOnEveryPage({.setup = "", .pages = {page, page}}, watermark);
+    }
+}
+
+TEST(PostScriptWatermarkTest, CanBeRunTwice)
+{
+    const PostScriptSample sample{.pages = {kBlueBox + "showpage\n", kBlueBox + "showpage\n"}};
+    Watermark second = draft();
+    second.position = {40, 220};
+    second.colour = {0, 1, 0};
+    for (const bool above : {true, false}) {
+        Watermark first = draft(above);
+        const auto both = rendered(processed(processed(sample.text(), first), second));
+        for (const auto &page : both.pages) {
+            expectWatermark(page, first);
+            EXPECT_TRUE(page.boxOf(Support::kGreen));
+        }
+    }
+}
+
+TEST(PostScriptWatermarkTest, DocumentWithoutPageCommentsIsRefused)
+{
+    EXPECT_THROW(processed("%!PS-Adobe-3.0\n%%EndComments\nshowpage\n", draft()), ToolkitError);
+}
+
+TEST(PostScriptWatermarkTest, EverythingElseOfTheDocumentIsKept)
+{
+    const std::string text =
+        PostScriptSample{.prolog = "/x 1 def % a comment\r\n", .pages = {"showpage\n"}}.text();
+    std::string output = processed(text, draft());
+    // Without what was added, it is the document.
+    const auto begin = output.find("%%BeginResource: procset KLToolkitWatermark");
+    const std::string_view end = "%%EndResource\n";
+    output.erase(begin, output.find(end, begin) + end.size() - begin);
+    const std::string_view line = "KLToolkitWatermarkPage.1\n";
+    output.erase(output.find(line), line.size());
+    EXPECT_EQ(text, output);
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "PostScriptCommands.h"
+#include "Rendering.h"
+#include "Streams.h"
+#include "TemporaryFolder.h"
+
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+/// A PostScript document that keeps the structuring conventions, made of its parts.
+struct PostScriptSample {
+    std::string defaults = {}; ///< with its frame, when there is one
+    std::string prolog = {};
+    std::string setup = "<< /PageSize [200 300] >> setpagedevice\n";
+    std::vector<std::string> pages = {};
+    std::string trailer = {};
+
+    std::string text() const
+    {
+        std::string text = "%!PS-Adobe-3.0\n%%Pages: " + std::to_string(pages.size()) +
+                           "\n%%EndComments\n" + defaults;
+        text += "%%BeginProlog\n" + prolog + "%%EndProlog\n";
+        text += "%%BeginSetup\n" + setup + "%%EndSetup\n";
+        for (std::size_t page = 1; page <= pages.size(); ++page) {
+            const std::string number = std::to_string(page);
+            text += "%%Page: " + number + " " + number + "\n" + pages[page - 1];
+        }
+        return text + "%%Trailer\n" + trailer + "%%EOF\n";
+    }
+};
+
+/// What a command makes of a document.
+/// @param ppd  text of the queue's PPD; empty for none
+/// @throws ToolkitError as the command does
+inline std::string processed(std::string_view document, const Command &command,
+                             const std::string &ppd = {})
+{
+    const Support::TemporaryFolder folder;
+    const Platform::Stream input = Platform::openForReading(folder.write("input.ps", document));
+    Platform::Stream output = Platform::openForWriting(folder.file("output.ps"));
+    const Job job = {input.get(), output.get(), ppd.empty() ? "" : folder.write("queue.ppd", ppd)};
+    if (const auto *watermark = std::get_if<Watermark>(&command))
+        applyWatermarkToPostScript(*watermark, job);
+    else if (const auto *booklet = std::get_if<Booklet>(&command))
+        applyBookletToPostScript(*booklet, job);
+    else
+        applyCoverPagesToPostScript(std::get<CoverPages>(command), job);
+    Platform::closeStream(std::move(output));
+    return Support::readFile(folder.file("output.ps"));
+}
+
+/// How often the text occurs.
+inline std::size_t countOf(std::string_view part, std::string_view text)
+{
+    std::size_t count = 0;
+    for (auto at = text.find(part); at != std::string_view::npos; at = text.find(part, at + 1))
+        ++count;
+    return count;
+}
