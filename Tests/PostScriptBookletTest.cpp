@@ -346,7 +346,8 @@ INSTANTIATE_TEST_SUITE_P(
              "/level save def 9 9 scale gsave initmatrix " FILL "EP\n"},
         Page{"SavedState", "", "", "save " FILL "showpage restore\n"},
         Page{"StateSavedInTheSetup", "", "/level save def\n",
-             "colour level restore /level save def 0 0 200 300 rectfill showpage\n"},
+             "colour currentrgbcolor level restore /level save def setrgbcolor\n"
+             "0 0 200 300 rectfill showpage\n"},
         Page{"ColourKeptInAState", "", "",
              "gsave 9 9 scale grestore " FILL "grestore grestore showpage grestoreall\n"},
         Page{"TooManyRestores", "", "", "9 9 scale grestore grestore " FILL "showpage grestore\n"},
@@ -398,27 +399,167 @@ INSTANTIATE_TEST_SUITE_P(
 
 // --- The sheets ----------------------------------------------------------------------------------
 
-namespace {
-
-/// Runs the document with operators that say what they are called for.
-std::string deviceLog(const std::string &document)
-{
-    const std::string instruments =
-        "userdict begin\n"
-        "/realsetpagedevice /setpagedevice load def\n"
-        "/realshowpage /showpage load def\n"
-        "/say { dup type /stringtype eq { print } { 99 string cvs print } ifelse ( ) print } def\n"
-        "/setpagedevice { (SET) say dup { exch say dup type dup /arraytype eq exch\n"
-        "/packedarraytype eq or { aload length { say } repeat } { dup type /nulltype eq\n"
-        "{ pop (null) } if say } ifelse } forall (\\n) print realsetpagedevice } def\n"
-        "/showpage { (SHOW\\n) print realshowpage } def end\n";
-    return renderText(document, {.resolution = 10, .arguments = {"-c", instruments, "-f"}}).log;
-}
-
-} // namespace
-
 TEST(PostScriptBookletTest, SheetAsksForItsSizeAndForBothSides)
 {
-    const std::string log = deviceLog(processed(colouredPages(3).text(), booklet()));
-    EXPECT_EQ("", log);
+    EXPECT_EQ("SET PageSize 595.276 841.89 ImagingBBox null \n"
+              "SET Duplex true Tumble true \n"
+              "SHOW\nSHOW\n",
+              deviceLog(processed(colouredPages(3).text(), booklet())));
 }
+
+TEST(PostScriptBookletTest, RequestsForSizeAndDuplexGiveWayWhereverTheyStand)
+{
+    PostScriptSample sample = colouredPages(4);
+    sample.prolog = "/ask { << /PageSize [9 9] /Duplex false /Tumble false >> setpagedevice } bind "
+                    "def\n/askAgain /setpagedevice load def\nask\n";
+    sample.setup = "[{\n%%BeginFeature: *Duplex None\n<< /Duplex false >> setpagedevice\n"
+                   "%%EndFeature\n} stopped cleartomark\nask << /PageSize [200 300] >> askAgain\n";
+    sample.pages[1] = "ask << /PageSize [200 300] >> setpagedevice\n" + sample.pages[1];
+    sample.trailer = "ask\n";
+    EXPECT_EQ("SET PageSize 595.276 841.89 ImagingBBox null \n"
+              "SET Duplex true Tumble true \n"
+              "SHOW\nSHOW\n",
+              deviceLog(processed(sample.text(), booklet())));
+}
+
+TEST(PostScriptBookletTest, OtherRequestsOfTheSetupStay)
+{
+    PostScriptSample sample = colouredPages(4);
+    sample.setup =
+        "<< /PageSize [200 300] /Duplex false /Tumble true /MediaColor (red) >> setpagedevice\n";
+    EXPECT_EQ("SET PageSize 595.276 841.89 ImagingBBox null \n"
+              "SET Duplex true Tumble true \n"
+              "SET MediaColor red \n"
+              "SHOW\nSHOW\n",
+              deviceLog(processed(sample.text(), booklet())));
+}
+
+TEST(PostScriptBookletTest, OtherRequestsOfPagesStay)
+{
+    PostScriptSample sample = colouredPages(4);
+    for (std::size_t page = 0; page < 4; ++page) {
+        sample.pages[page] =
+            fmt::format("<< /PageSize [200 300] /MediaColor (c{}) >> setpagedevice\n", page + 1) +
+            sample.pages[page];
+    }
+    // The later page of a side asks when the earlier one is on the paper already: that must wait.
+    EXPECT_EQ("SET PageSize 595.276 841.89 ImagingBBox null \n"
+              "SET Duplex true Tumble true \n"
+              "SET MediaColor c1 \nSHOW\nSET MediaColor c4 \n"
+              "SET MediaColor c2 \nSHOW\nSET MediaColor c3 \n",
+              deviceLog(processed(sample.text(), booklet())));
+}
+
+TEST(PostScriptBookletTest, RequestThatIsInForceAlreadyDoesNotDisturbTheSheet)
+{
+    PostScriptSample sample = colouredPages(4);
+    for (auto &page : sample.pages)
+        page = "<< /MediaColor (red) >> setpagedevice\n" + page;
+    EXPECT_EQ("SET PageSize 595.276 841.89 ImagingBBox null \n"
+              "SET Duplex true Tumble true \n"
+              "SET MediaColor red \n"
+              "SHOW\nSHOW\n",
+              deviceLog(processed(sample.text(), booklet())));
+}
+
+TEST(PostScriptBookletTest, CommentsTellTheTruth)
+{
+    PostScriptSample sample = colouredPages(5);
+    std::string text = sample.text();
+    const std::string count = "%%Pages: 5\n";
+    text.replace(
+        text.find(count), count.size(),
+        "%%Pages: (atend)\n%%BoundingBox: (atend)\n%%HiResBoundingBox: 1 1 9 9\n"
+        "%%PageOrder: Descend\n%%Orientation: Portrait\n%%DocumentMedia: X 200 300 0 () ()\n"
+        "%%+ Y 200 300 0 () ()\n");
+    text.insert(text.find("%%EOF"), "%%Pages: 5\n%%BoundingBox: 1 2 3 4\n");
+    const std::string output = processed(text, booklet());
+    EXPECT_EQ(1U, countOf("%%Pages: 4\n", output));
+    EXPECT_EQ(1U, countOf("%%Pages:", output));
+    EXPECT_EQ(1U, countOf("%%BoundingBox: 0 0 596 842\n", output));
+    EXPECT_EQ(1U, countOf("BoundingBox:", output));
+    EXPECT_EQ(1U, countOf("%%PageOrder: Ascend\n", output));
+    EXPECT_EQ(1U, countOf("%%PageOrder:", output));
+    EXPECT_EQ(1U, countOf("%%Orientation: Landscape\n", output));
+    EXPECT_EQ(1U, countOf("%%Orientation:", output));
+    EXPECT_EQ(0U, countOf("%%+", output));
+    EXPECT_EQ(4U, countOf("\n%%Page:", output));
+    EXPECT_THAT(output, HasSubstr("\n%%Page: 4 4\n"));
+}
+
+TEST(PostScriptBookletTest, DocumentWithoutSetupGetsOne)
+{
+    const std::string page = "0 0 1 setrgbcolor 0 0 200 300 rectfill showpage\n";
+    const std::string output = processed("%!PS-Adobe-3.0\n<< /PageSize [200 300] >> setpagedevice\n"
+                                         "%%Page: 1 1\n" +
+                                             page + "%%Page: 2 2\n" + page + "%%Page: 3 3\n" + page,
+                                         booklet());
+    EXPECT_THAT(output,
+                HasSubstr("%%BeginSetup\nKLToolkitBookletSheet.1\n%%EndSetup\n%%Page: 1 1"));
+    const auto sheets = rendered(output);
+    ASSERT_EQ(2U, sheets.pages.size());
+    EXPECT_EQ(kWhite, colourAt(sheets.pages[0], kLeft, kMiddle));
+    EXPECT_EQ(kBlue, colourAt(sheets.pages[0], kRight, kMiddle));
+    EXPECT_EQ(kBlue, colourAt(sheets.pages[1], kRight, kMiddle));
+}
+
+// --- With the other commands ---------------------------------------------------------------------
+
+TEST(PostScriptBookletTest, WatermarkStaysOnEveryPage)
+{
+    const Watermark watermark = {.above = true,
+                                 .font = "Helvetica",
+                                 .angle = 0,
+                                 .colour = {1, 0, 0},
+                                 .position = {60, 140},
+                                 .size = 24,
+                                 .text = "Draft"};
+    for (const bool above : {true, false}) {
+        PostScriptSample sample;
+        sample.pages.assign(3, "0 0 1 setrgbcolor 0 0 200 100 rectfill showpage\n");
+        Watermark request = watermark;
+        request.above = above;
+        const auto sheets =
+            renderText(processed(processed(sample.text(), request), booklet()), {.resolution = 72});
+        const auto shares = [&](std::size_t side) { return sheets.pages.at(side).shareOf(kRed); };
+        EXPECT_GT(shares(0), 0.002);
+        EXPECT_NEAR(2 * shares(0), shares(1), 0.0005); // page 1 alone, then pages 2 and 3
+    }
+}
+
+TEST(PostScriptBookletTest, BookletOfABookletIsOneOfItsSheets)
+{
+    const std::string once = processed(colouredPages(4).text(), booklet());
+    const auto sheets = rendered(processed(once, booklet()));
+    ASSERT_EQ(2U, sheets.pages.size());
+    // Its two sides are the two pages in the reading direction's first places.
+    const double middleOfUpperHalf = kSheetWidth * 3 / 4;
+    EXPECT_EQ(colourOf(1), colourAt(sheets.pages[0], kRight, middleOfUpperHalf));
+    EXPECT_EQ(colourOf(3), colourAt(sheets.pages[1], kLeft, middleOfUpperHalf));
+    EXPECT_EQ(kWhite, colourAt(sheets.pages[0], kLeft, kMiddle));
+}
+
+// --- Damaged documents ---------------------------------------------------------------------------
+
+class PostScriptBookletTruncatedTest : public testing::TestWithParam<const char *> {};
+
+TEST_P(PostScriptBookletTruncatedTest, CutOffPageDoesNotTakeTheOthersAlong)
+{
+    std::string text = colouredPages(4).text();
+    text.erase(text.find("%%Trailer"));
+    text += "%%Page: 5 5\n0 0.6 0 setrgbcolor 0 0 200 300 rectfill " + std::string(GetParam());
+    const auto sheets = rendered(processed(text, booklet()));
+    ASSERT_EQ(4U, sheets.pages.size());
+    EXPECT_EQ(colourOf(1), colourAt(sheets.pages[0], kRight, kMiddle));
+    EXPECT_EQ(colourOf(2), colourAt(sheets.pages[1], kLeft, kMiddle));
+    EXPECT_EQ(colourOf(3), colourAt(sheets.pages[2], kRight, kMiddle));
+    EXPECT_EQ(colourOf(4), colourAt(sheets.pages[3], kLeft, kMiddle));
+    EXPECT_EQ((Colour{0, 153, 0}), colourAt(sheets.pages[3], kRight, kMiddle));
+}
+
+INSTANTIATE_TEST_SUITE_P(Ends, PostScriptBookletTruncatedTest,
+                         testing::Values("", "showp", "showpage", "(text", "{ 1 2 ", "<abc", "[ 1",
+                                         "gsave save 9 dict begin",
+                                         "currentfile 99 string readstring\nabc",
+                                         "\n%%BeginBinary: 999\ncurrentfile 999 string readstring\n"
+                                         "\n%%Page: 6 6\n"));
