@@ -34,17 +34,11 @@ PageSize sheetSize(const Booklet &booklet, const std::string &ppdPath)
 /// A side of a sheet while it is being drawn.
 struct SideInProgress {
     QPDFObjectHandle objects = QPDFObjectHandle::newDictionary();
+    QPDFObjectHandle layers = QPDFObjectHandle::newDictionary();
     std::string contents = {};
+    int names = 0;
 
-    /// Makes the object known to the contents. @return its name there
-    std::string add(const QPDFObjectHandle &object)
-    {
-        std::string objectName = "/Part" + std::to_string(++count);
-        objects.replaceKey(objectName, object);
-        return objectName;
-    }
-
-    int count = 0;
+    std::string newName() { return "/Part" + std::to_string(++names); }
 };
 
 /// Draws the pages of a document on the sides of sheets.
@@ -63,6 +57,9 @@ private:
     void drawAnnotations(SideInProgress &side, const PDFPage &page);
     void drawAnnotation(SideInProgress &side, const PDFPage &page, QPDFObjectHandle annotation);
 
+    static std::string onItsLayer(SideInProgress &side, QPDFObjectHandle annotation,
+                                  const std::string &drawing);
+
     PDFDocument &_document;
     SheetLayout _layout;
     PDFPageForms _forms;
@@ -78,6 +75,7 @@ QPDFObjectHandle SidePainter::paint(const SheetSide &pages)
 
     QPDFObjectHandle resources = QPDFObjectHandle::newDictionary();
     resources.replaceKey("/XObject", side.objects);
+    resources.replaceKey("/Properties", side.layers);
     QPDFObjectHandle page = QPDFObjectHandle::newDictionary();
     page.replaceKey("/Type", name("/Page"));
     page.replaceKey("/MediaBox", QPDFObjectHandle::newArray(QPDFObjectHandle::Rectangle(
@@ -117,7 +115,9 @@ void SidePainter::drawContents(SideInProgress &side, const PDFPage &page)
         group.replaceKey("/I", QPDFObjectHandle::newBool(true));
         form->getDict().replaceKey("/Group", group);
     }
-    side.contents += side.add(*form) + " Do\n";
+    const std::string object = side.newName();
+    side.objects.replaceKey(object, *form);
+    side.contents += object + " Do\n";
 }
 
 void SidePainter::drawAnnotations(SideInProgress &side, const PDFPage &page)
@@ -139,20 +139,29 @@ void SidePainter::drawAnnotation(SideInProgress &side, const PDFPage &page,
     if (!appearance.isStream() || !annotation.getKey("/Rect").isRectangle() ||
         annotation.getKey("/Subtype").isNameAndEquals("/Popup"))
         return;
-    const std::string drawing = helper.getPageContentForAppearance(
-        "/Part" + std::to_string(side.count + 1), page.rotation(), an_print, an_hidden);
+    const std::string object = side.newName();
+    const std::string drawing =
+        helper.getPageContentForAppearance(object, page.rotation(), an_print, an_hidden);
     if (drawing.empty())
         return;
 
-    appearance = appearance.copyStream();
     QPDFObjectHandle description = appearance.getDict();
     description.replaceKey("/Subtype", name("/Form"));
     if (!description.hasKey("/Resources"))
         description.replaceKey("/Resources", page.resources());
-    if (annotation.hasKey("/OC")) // the layer that it belongs to
-        description.replaceKey("/OC", annotation.getKey("/OC"));
-    side.add(appearance);
-    side.contents += drawing;
+    side.objects.replaceKey(object, appearance);
+    side.contents += onItsLayer(side, annotation, drawing);
+}
+
+/// The drawing as part of the layer that the annotation belongs to, if any.
+std::string SidePainter::onItsLayer(SideInProgress &side, QPDFObjectHandle annotation,
+                                    const std::string &drawing)
+{
+    if (!annotation.hasKey("/OC"))
+        return drawing;
+    const std::string property = side.newName();
+    side.layers.replaceKey(property, annotation.getKey("/OC"));
+    return "/OC " + property + " BDC\n" + drawing + "EMC\n";
 }
 
 /// Fields that leave it to the reader to draw their values get appearances.
