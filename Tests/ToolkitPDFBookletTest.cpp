@@ -138,31 +138,35 @@ std::vector<int> readFolded(const std::vector<RenderedPage> &sides, Ordering ord
     return firstHalf;
 }
 
-TEST_F(ToolkitPDFBookletTest, BookletsOf1To64PagesReadInOrderOnceFolded)
-{
-    for (const Ordering ordering : {Ordering::LeftToRight, Ordering::RightToLeft}) {
-        // All of them are rendered in one go, one behind the other.
-        std::vector<std::string> join = {"qpdf", "--empty", "--pages"};
-        for (int pages = 1; pages <= 64; ++pages)
-            join.push_back(_folder.write("booklet" + std::to_string(pages),
-                                         folded(numberedDocument(pages), plainBooklet(ordering))));
-        join.insert(join.end(), {"--", _folder.file("all")});
-        ASSERT_EQ(0, Support::runProgram({.arguments = join}).exitStatus);
-        const auto sides = Support::renderFile(_folder.file("all"), {.resolution = 12}).pages;
+class ToolkitPDFBookletOrderTest : public ToolkitPDFBookletTest,
+                                   public testing::WithParamInterface<Ordering> {};
 
-        auto next = sides.begin();
-        for (int pages = 1; pages <= 64; ++pages) {
-            const int padded = (pages + 3) / 4 * 4;
-            ASSERT_GE(sides.end() - next, padded / 2);
-            std::vector<int> expected(static_cast<std::size_t>(padded), 0);
-            for (int number = 1; number <= pages; ++number)
-                expected[static_cast<std::size_t>(number - 1)] = number;
-            EXPECT_EQ(expected, readFolded({next, next + padded / 2}, ordering)) << pages;
-            next += padded / 2;
-        }
-        EXPECT_EQ(sides.end(), next);
+TEST_P(ToolkitPDFBookletOrderTest, BookletsOf1To64PagesReadInOrderOnceFolded)
+{
+    // All of them are rendered in one go, one behind the other.
+    std::vector<std::string> join = {"qpdf", "--empty", "--pages"};
+    for (int pages = 1; pages <= 64; ++pages)
+        join.push_back(_folder.write("booklet" + std::to_string(pages),
+                                     folded(numberedDocument(pages), plainBooklet(GetParam()))));
+    join.insert(join.end(), {"--", _folder.file("all")});
+    ASSERT_EQ(0, Support::runProgram({.arguments = join}).exitStatus);
+    const auto sides = Support::renderFile(_folder.file("all"), {.resolution = 12}).pages;
+
+    auto next = sides.begin();
+    for (int pages = 1; pages <= 64; ++pages) {
+        const int padded = (pages + 3) / 4 * 4;
+        ASSERT_GE(sides.end() - next, padded / 2);
+        std::vector<int> expected(static_cast<std::size_t>(padded), 0);
+        for (int number = 1; number <= pages; ++number)
+            expected[static_cast<std::size_t>(number - 1)] = number;
+        EXPECT_EQ(expected, readFolded({next, next + padded / 2}, GetParam())) << pages;
+        next += padded / 2;
     }
+    EXPECT_EQ(sides.end(), next);
 }
+
+INSTANTIATE_TEST_SUITE_P(BothWays, ToolkitPDFBookletOrderTest,
+                         testing::Values(Ordering::LeftToRight, Ordering::RightToLeft));
 
 TEST_F(ToolkitPDFBookletTest, TheFirstFrontHasTheLastPageOnTheLeft)
 {
