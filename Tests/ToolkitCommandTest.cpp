@@ -102,6 +102,22 @@ TEST_F(ToolkitCommandTest, SaysNothingWhenAllIsWell)
     EXPECT_EQ(_document, Support::readFile(input()));
 }
 
+TEST_F(ToolkitCommandTest, TheOutputHasTheFormatOfTheInput)
+{
+    _folder.write("in", "%!PS-Adobe-3.0\n%%Pages: 1\n%%EndComments\n%%Page: 1 1\n"
+                        "10 10 50 50 rectfill showpage\n%%EOF\n");
+    const ProgramResult result = runWatermark();
+    EXPECT_EQ(0, result.exitStatus) << result.errors;
+    EXPECT_THAT(Support::readFile(output()), testing::StartsWith("%!PS-Adobe-3.0"));
+}
+
+TEST_F(ToolkitCommandTest, PostScriptWithoutPageCommentsIsRefused)
+{
+    _folder.write("in", "%!PS\nshowpage\n");
+    expectComplaint(runWatermark(), "");
+    EXPECT_FALSE(exists(output()));
+}
+
 TEST_F(ToolkitCommandTest, ANewOutputHasTheUsualMode)
 {
     ASSERT_EQ(0, runWatermark({.inChild = [] { umask(027); }}).exitStatus);
