@@ -6,8 +6,11 @@ namespace Platform {
 TextSize measureTextWithModule(const std::string &text, const std::string &fontName, double size)
 {
     const auto measure =
-        functionFromModule<decltype(measureText)>("KLTextMeasuringModule.so", "KLMeasureText");
-    return measure(text, fontName, size);
+        functionFromModule<void(const std::string &, const std::string &, double, TextSize *)>(
+            "KLTextMeasuringModule.so", "KLMeasureText");
+    TextSize measured = {};
+    measure(text, fontName, size, &measured);
+    return measured;
 }
 
 } // namespace Platform

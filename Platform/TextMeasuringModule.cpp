@@ -1,8 +1,11 @@
 #include "TextMeasuring.h"
 
-/// What the module exports; measureTextWithModule() looks for it.
-extern "C" __attribute__((visibility("default"))) Platform::TextSize
-KLMeasureText(const std::string &text, const std::string &fontName, double size)
+/// What the module exports; measureTextWithModule() looks for it. The size comes back through a
+/// pointer because a function with C linkage cannot return a C++ type everywhere.
+extern "C" __attribute__((visibility("default"))) void KLMeasureText(const std::string &text,
+                                                                     const std::string &fontName,
+                                                                     double size,
+                                                                     Platform::TextSize *measured)
 {
-    return Platform::measureText(text, fontName, size);
+    *measured = Platform::measureText(text, fontName, size);
 }
