@@ -1,7 +1,5 @@
 #pragma once
 
-#include <qpdf/JSON.hh> // QPDF.hh uses it without including it, which clang minds
-
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFMatrix.hh>
 #include <qpdf/QPDFObjectHandle.hh>
