@@ -28,7 +28,7 @@
 struct KLICCProfile;
 using KLICCProfileRef = KLICCProfile *;
 
-/// Reads the whole profile into memory.
+/// Reads the whole profile into memory, of whatever length (the format ends at 4 GiB).
 ///
 /// Only a regular file is read, and reading stops as soon as the data is longer than the profile
 /// size in its header (bytes 0 to 3): a device, a FIFO or a file that grows for ever neither hangs
