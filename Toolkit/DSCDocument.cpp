@@ -103,7 +103,7 @@ void DSCReader::readPreamble(const DSCComment &comment)
             _inside = {};
             _document._beginOfProcedures = comment.end;
         } else if (comment.is("%%PageMedia")) {
-            _document._media.setDefault(_document._media.numberOf(comment.value()));
+            _document._media.setDefault(_document._media.numberFromPageComment(comment));
         }
         return;
     }
@@ -150,7 +150,7 @@ void DSCReader::readPage(const DSCComment &comment)
     if (comment.begin == page.content && tellsAboutPage(comment))
         page.content = comment.end;
     if (comment.is("%%PageMedia"))
-        page.media = _document._media.numberOf(comment.value());
+        page.media = _document._media.numberFromPageComment(comment);
 }
 
 void DSCReader::readTrailer(const DSCComment &comment)

@@ -43,6 +43,12 @@ void DSCMedia::readEntry(std::string_view value)
         _entries[number - 1].size = PageSize{*width, *height};
 }
 
+std::uint32_t DSCMedia::numberFromPageComment(const DSCComment &comment)
+{
+    std::string_view value = comment.value();
+    return numberOf(takeWord(value));
+}
+
 std::uint32_t DSCMedia::numberOf(std::string_view name)
 {
     const auto known = std::find_if(_entries.begin(), _entries.end(),

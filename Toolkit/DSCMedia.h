@@ -16,9 +16,9 @@ public:
     /// continuation of either. All others are passed over.
     void readDocumentComment(const DSCComment &comment);
 
-    /// A number that stands for a media name from a %%PageMedia comment. Only the first few
+    /// A number that stands for the media that a %%PageMedia comment names. Only the first few
     /// hundred names of a document are told apart; the others get kDefault.
-    std::uint32_t numberOf(std::string_view name);
+    std::uint32_t numberFromPageComment(const DSCComment &comment);
     /// Makes this the media of all pages that name none.
     void setDefault(std::uint32_t number) { _default = number; }
     /// What stands for the document's default media.
@@ -34,6 +34,7 @@ private:
     };
 
     void readEntry(std::string_view value);
+    std::uint32_t numberOf(std::string_view name);
 
     bool _inDocumentMedia = false; ///< a continuation line belongs to it
     std::uint32_t _default = kDefault;

@@ -1,0 +1,308 @@
+#include "DSCDocument.h"
+
+#include "Streams.h"
+#include "TemporaryFolder.h"
+#include "ToolkitError.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+/// A document in a file, and what it is made of.
+class DSCDocumentTest : public testing::Test {
+protected:
+    const DSCDocument &read(const std::string &text)
+    {
+        _text = text;
+        _stream = Platform::openForReading(_folder.write("document.ps", text));
+        _document.emplace(_stream.get());
+        return *_document;
+    }
+
+    std::string part(DSCRange range) const
+    {
+        return _text.substr(range.begin, range.end - range.begin);
+    }
+
+    /// The bytes of all pages, from their comments to their ends.
+    std::vector<std::string> pages(const std::string &text)
+    {
+        std::vector<std::string> result;
+        for (const DSCPage &page : read(text).pages())
+            result.push_back(part({page.begin, page.end}));
+        return result;
+    }
+
+    /// What is behind the comments of the first page.
+    std::string firstContent(const std::string &text)
+    {
+        const DSCPage page = read(text).pages().front();
+        return part({page.content, page.end});
+    }
+
+    std::string trailer(const std::string &text) { return part(read(text).trailer()); }
+    std::string header(const std::string &text) { return part(read(text).header()); }
+
+    /// What comes ahead of the place for procedures.
+    std::string aheadOfProcedures(const std::string &text)
+    {
+        return part({0, read(text).beginOfProcedures()});
+    }
+
+private:
+    Support::TemporaryFolder _folder;
+    std::string _text;
+    Platform::Stream _stream;
+    std::optional<DSCDocument> _document;
+};
+
+const std::string kHead = "%!PS-Adobe-3.0\n%%EndComments\n";
+
+} // namespace
+
+TEST_F(DSCDocumentTest, PagesReachToTheNextOneAndToTheTrailer)
+{
+    EXPECT_THAT(pages(kHead + "%%Page: 1 1\none\n%%Page: 2 2\ntwo\n%%Trailer\nend\n%%EOF\n"),
+                ElementsAre("%%Page: 1 1\none\n", "%%Page: 2 2\ntwo\n"));
+}
+
+TEST_F(DSCDocumentTest, AnyLineEndWillDo)
+{
+    EXPECT_THAT(pages("%!PS-Adobe-3.0\r%%EndComments\r%%Page: 1 1\rone\r%%Page: 2 2\rtwo"),
+                ElementsAre("%%Page: 1 1\rone\r", "%%Page: 2 2\rtwo"));
+    EXPECT_THAT(pages("%!PS-Adobe-3.0\r\n%%EndComments\r\n%%Page: 1 1\r\none\r\n%%EOF\r\n"),
+                ElementsAre("%%Page: 1 1\r\none\r\n"));
+    EXPECT_EQ("one\r\n",
+              firstContent("%!PS-Adobe-3.0\r\n%%EndComments\r\n%%Page: 1 1\r\none\r\n%%EOF\r\n"));
+}
+
+TEST_F(DSCDocumentTest, CommentsBeginAtTheBeginOfALineOnly)
+{
+    EXPECT_EQ(1U, pages(kHead + "%%Page: 1 1\nx %%Page: 2 2\n %%Page: 3 3\n%%%Page: 4 4\n").size());
+}
+
+TEST_F(DSCDocumentTest, PageCountsThatLieAreOfNoInterest)
+{
+    EXPECT_EQ(
+        2U,
+        pages("%!PS-Adobe-3.0\n%%Pages: 999\n%%EndComments\n%%Page: 1 1\n%%Page: 7 9\n").size());
+}
+
+TEST_F(DSCDocumentTest, TrailerCanBeMissing)
+{
+    EXPECT_EQ("%%EOF\n", trailer(kHead + "%%Page: 1 1\n%%EOF\n"));
+    EXPECT_EQ("", trailer(kHead + "%%Page: 1 1\nshowpage\n"));
+    EXPECT_FALSE(read(kHead + "%%Page: 1 1\nshowpage\n").isComplete());
+    EXPECT_TRUE(read(kHead + "%%Page: 1 1\nshowpage\n%%EOF").isComplete());
+}
+
+TEST_F(DSCDocumentTest, TrailerIsTheLastOne)
+{
+    const std::string pagesWithTrailerBetween =
+        kHead + "%%Page: 1 1\n%%Trailer\n%%EOF\n%%Page: 2 2\n%%Trailer\nlast\n";
+    EXPECT_EQ("%%Trailer\nlast\n", trailer(pagesWithTrailerBetween));
+    EXPECT_EQ(2U, pages(pagesWithTrailerBetween).size());
+}
+
+TEST_F(DSCDocumentTest, HeaderEndsWithItsEndOrBeforeOtherLines)
+{
+    EXPECT_EQ(kHead, header(kHead + "%%Page: 1 1\n"));
+    EXPECT_EQ("%!PS\n%%Title: x\n%other\n", header("%!PS\n%%Title: x\n%other\n\n%%Page: 1 1\n"));
+    EXPECT_EQ("%!PS\n", header("%!PS\n% other\n%%Page: 1 1\n"));
+    EXPECT_EQ("%!PS\n", header("%!PS\n%%BeginProlog\n%%EndProlog\n%%Page: 1 1\n"));
+    EXPECT_EQ("%!PS\n", header("%!PS\n%%Page: 1 1\n"));
+}
+
+TEST_F(DSCDocumentTest, ProceduresGoAheadOfTheDocumentsOwn)
+{
+    const std::string defaults = "%%BeginDefaults\n%%PageMedia: A4\n%%EndDefaults\n";
+    const std::string rest = "/x 1 def\n%%EndProlog\n%%Page: 1 1\n";
+    EXPECT_EQ(kHead, aheadOfProcedures(kHead + rest));
+    EXPECT_EQ(kHead + defaults, aheadOfProcedures(kHead + defaults + rest));
+    EXPECT_EQ(kHead + defaults + "%%BeginProlog\n",
+              aheadOfProcedures(kHead + defaults + "%%BeginProlog\n" + rest));
+    EXPECT_EQ(kHead, aheadOfProcedures(kHead + "/y 1 def\n%%BeginProlog\n" + rest));
+    EXPECT_EQ(kHead, aheadOfProcedures(kHead + "%%BeginSetup\n%%EndSetup\n%%Page: 1 1\n"));
+}
+
+TEST_F(DSCDocumentTest, SetupIsFound)
+{
+    const std::string text = kHead + "%%BeginProlog\n%%EndProlog\n%%BeginSetup\nx\n%%EndSetup\n";
+    EXPECT_EQ(text.find("x\n"), read(text + "%%Page: 1 1\n").beginOfSetup());
+    EXPECT_EQ(std::nullopt, read(kHead + "%%Page: 1 1\n").beginOfSetup());
+}
+
+TEST_F(DSCDocumentTest, ContentBeginsBehindTheCommentsAboutThePage)
+{
+    EXPECT_EQ("%%BeginPageSetup\nx\n",
+              firstContent(kHead + "%%Page: 1 1\n%%PageMedia: A4\n%%PageBoundingBox: 0 0 1 1\n"
+                                   "%%+ more\n%%BeginPageSetup\nx\n"));
+    EXPECT_EQ("%%PageTrailer\n", firstContent(kHead + "%%Page: 1 1\n%%PageTrailer\n"));
+    EXPECT_EQ("x\n%%PageMedia: A4\n", firstContent(kHead + "%%Page: 1 1\nx\n%%PageMedia: A4\n"));
+}
+
+TEST_F(DSCDocumentTest, LabelsAreOneWordOrInParentheses)
+{
+    const auto label = [this](const std::string &comment) {
+        const DSCDocument &document = read(kHead + comment + "\n");
+        return std::string(labelOfPage(document.pageComment(document.pages().front())));
+    };
+    EXPECT_EQ("iv", label("%%Page: iv 4"));
+    EXPECT_EQ("(page 4)", label("%%Page: (page 4) 4"));
+    EXPECT_EQ("?", label("%%Page:"));
+    EXPECT_EQ("?", label("%%Page: (open"));
+    EXPECT_EQ("x", label("%%Page:x"));
+}
+
+// --- What is content, whatever it looks like -----------------------------------------------------
+
+TEST_F(DSCDocumentTest, EmbeddedDocumentsAreContent)
+{
+    const std::string inner = "%%BeginDocument: a.eps\n%!PS\n%%Page: 1 1\n%%Trailer\n%%EOF\n"
+                              "%%BeginDocument: b.eps\n%%Page: 1 1\n%%EndDocument\n"
+                              "%%EndDocument\n";
+    EXPECT_EQ(2U, pages(kHead + "%%Page: 1 1\n" + inner + "%%Page: 2 2\n" + inner).size());
+    EXPECT_EQ(1U, pages(kHead + "%%BeginProlog\n" + inner + "%%Page: 1 1\n").size());
+}
+
+TEST_F(DSCDocumentTest, EndOfAnEmbeddedDocumentThatNeverBeganIsPassedOver)
+{
+    EXPECT_EQ(2U, pages(kHead + "%%EndDocument\n%%Page: 1 1\n%%EndDocument\n%%Page: 2 2\n").size());
+}
+
+TEST_F(DSCDocumentTest, CountedDataAreContent)
+{
+    const std::string data = "%%Page: 9 9\n\n%%EndData\nx\n"; // 26 bytes, 4 lines
+    EXPECT_EQ(1U,
+              pages(kHead + "%%Page: 1 1\n%%BeginBinary: 26\n" + data + "%%EndBinary\n").size());
+    EXPECT_EQ(1U, pages(kHead + "%%Page: 1 1\n%%BeginData: 26\n" + data + "%%EndData\n").size());
+    EXPECT_EQ(1U,
+              pages(kHead + "%%Page: 1 1\n%%BeginData: 26 Binary Bytes\n" + data + "\n%%EndData\n")
+                  .size());
+    EXPECT_EQ(2U, pages(kHead + "%%Page: 1 1\n%%BeginData: 4 Hex Lines\n" + data +
+                        "%%EndData\n%%Page: 2 2\n")
+                      .size());
+}
+
+TEST_F(DSCDocumentTest, LineFeedBehindACarriageReturnBelongsToTheDataWhereLinesEndWithOne)
+{
+    EXPECT_EQ(2U, pages("%!PS\r%%EndComments\r%%Page: 1 1\r%%BeginBinary: 14\r\n%%Page: 9 9\rx"
+                        "%%EndBinary\r%%Page: 2 2\r")
+                      .size());
+}
+
+TEST_F(DSCDocumentTest, CountThatIsWrongIsMendedByTheEndComment)
+{
+    const std::string data = "%%Page: 9 9\nxx\n%%EndBinary\n";
+    for (const char *count : {"3", "99", "99999999999999999999", "-1", "x", ""}) {
+        EXPECT_EQ(2U, pages(kHead + "%%Page: 1 1\n%%BeginBinary: " + count + "\n" + data +
+                            "%%Page: 2 2\n")
+                          .size())
+            << count;
+    }
+}
+
+TEST_F(DSCDocumentTest, DataThatTheEndCutsOffReachToTheEnd)
+{
+    EXPECT_EQ(1U, pages(kHead + "%%Page: 1 1\n%%BeginBinary: 999\n%%Page: 9 9\n").size());
+    EXPECT_EQ(1U, pages(kHead + "%%Page: 1 1\n%%BeginData: 9 Hex Lines\n%%Page: 9 9\n").size());
+}
+
+TEST_F(DSCDocumentTest, DataWithoutEndAndWithoutUsableCountAreNone)
+{
+    EXPECT_EQ(2U, pages(kHead + "%%Page: 1 1\n%%BeginBinary: 2\n%%Page: 2 2\n").size());
+}
+
+// --- Media ---------------------------------------------------------------------------------------
+
+namespace {
+
+testing::Matcher<std::optional<PageSize>> isSize(double width, double height)
+{
+    return testing::Optional(testing::AllOf(testing::Field(&PageSize::width, width),
+                                            testing::Field(&PageSize::height, height)));
+}
+
+} // namespace
+
+TEST_F(DSCDocumentTest, MediaOfAPage)
+{
+    const DSCDocument &document =
+        read("%!PS\n%%DocumentMedia: Plain 100 200 0 () ()\n%%+ (Big one) 300.5 400 75 white ( )\n"
+             "%%EndComments\n%%Page: 1 1\n%%Page: 2 2\n%%PageMedia: (Big one)\n"
+             "%%Page: 3 3\n%%BeginPageSetup\n%%PageMedia: Letter\n%%EndPageSetup\n"
+             "%%Page: 4 4\n%%PageMedia: Nothing\n");
+    EXPECT_THAT(document.mediaOf(document.pages()[0]), isSize(100, 200));
+    EXPECT_THAT(document.mediaOf(document.pages()[1]), isSize(300.5, 400));
+    EXPECT_THAT(document.mediaOf(document.pages()[2]), isSize(612, 792));
+    EXPECT_EQ(std::nullopt, document.mediaOf(document.pages()[3]));
+}
+
+TEST_F(DSCDocumentTest, DefaultMedia)
+{
+    const std::string header = "%!PS\n%%DocumentMedia: Plain 100 200 0 () ()\n%%+ Big 300 400 0 () "
+                               "()\n%%EndComments\n";
+    const DSCDocument &document =
+        read(header + "%%BeginDefaults\n%%PageMedia: Big\n%%EndDefaults\n%%Page: 1 1\n");
+    EXPECT_THAT(document.mediaOf(document.pages()[0]), isSize(300, 400));
+    const DSCDocument &without = read(kHead + "%%Page: 1 1\n");
+    EXPECT_EQ(std::nullopt, without.mediaOf(without.pages()[0]));
+}
+
+TEST_F(DSCDocumentTest, MediaAtTheEnd)
+{
+    const DSCDocument &document =
+        read("%!PS\n%%DocumentMedia: (atend)\n%%EndComments\n%%Page: 1 1\n%%Trailer\n"
+             "%%DocumentMedia: Plain 100 200 0 () ()\n%%EOF\n");
+    EXPECT_THAT(document.mediaOf(document.pages()[0]), isSize(100, 200));
+}
+
+// --- Refused -------------------------------------------------------------------------------------
+
+TEST_F(DSCDocumentTest, WithoutPageCommentsThereIsNothingToDo)
+{
+    EXPECT_THROW(read(kHead + "showpage\n%%Trailer\n%%EOF\n"), ToolkitError);
+    EXPECT_THROW(read("%!"), ToolkitError);
+    EXPECT_THROW(read(""), ToolkitError);
+}
+
+TEST_F(DSCDocumentTest, EmbeddedDocumentWithoutEndIsRefused)
+{
+    EXPECT_THROW(read(kHead + "%%Page: 1 1\n%%BeginDocument: a\n%%Page: 2 2\n"), ToolkitError);
+}
+
+// --- Large ---------------------------------------------------------------------------------------
+
+TEST_F(DSCDocumentTest, CommentsAreFoundAcrossTheBuffersEdges)
+{
+    for (std::size_t filling = FileWindow::kSize - 60; filling < FileWindow::kSize; ++filling) {
+        std::string text = kHead + "%%Page: 1 1\n" + std::string(filling, 'x') + "\n%%Page: 2 2\n";
+        ASSERT_EQ(2U, pages(text).size()) << filling;
+    }
+}
+
+TEST_F(DSCDocumentTest, EveryTruncationIsReadOrRefused)
+{
+    const std::string text = kHead + "%%BeginProlog\n%%EndProlog\n%%BeginSetup\n%%EndSetup\n"
+                                     "%%Page: 1 1\n%%BeginDocument: a\n%%BeginBinary: 5\n12345\n"
+                                     "%%EndBinary\n%%EndDocument\n%%BeginData: 2 Hex Lines\n1\n2\n"
+                                     "%%EndData\n%%Page: 2 2\r\nx\n%%Trailer\n%%EOF\n";
+    const std::size_t firstPage = text.find("%%Page: 1") + std::string("%%Page").size();
+    for (std::size_t size = 0; size <= text.size(); ++size) {
+        try {
+            EXPECT_GE(2U, pages(text.substr(0, size)).size());
+            EXPECT_GE(size, firstPage);
+        } catch (const ToolkitError &) {
+            const bool inDocument =
+                size > text.find("%%BeginDocument") + 14 && size < text.find("%%EndDocument") + 13;
+            EXPECT_TRUE(size < firstPage || inDocument) << size;
+        }
+    }
+}

@@ -1,0 +1,288 @@
+#include "PostScriptCommands.h"
+
+#include "MinimalPPD.h"
+#include "ToolkitError.h"
+#include "ToolkitPostScript.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using Support::Colour;
+using Support::kWhite;
+using Support::Rendering;
+using Support::renderText;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+/// Trays as page device requests, media as job control, no Duplex option but the base one.
+std::string queuePPD()
+{
+    return Support::minimalPPD(
+        "*OpenUI *InputSlot: PickOne\n"
+        "*OrderDependency: 20 AnySetup *InputSlot\n"
+        "*DefaultInputSlot: Auto\n"
+        "*InputSlot Auto: \"<</MediaPosition null>>setpagedevice\"\n"
+        "*InputSlot SheetFeedBypass: \"<</MediaPosition 0>>setpagedevice\"\n"
+        "*InputSlot AdditionalExternalLCF: \"<</MediaPosition 6>>setpagedevice\"\n"
+        "*InputSlot Tray2: \"<</MediaPosition 2>>setpagedevice\"\n"
+        "*InputSlot Broken: \"1 0 div\"\n"
+        "*InputSlot Codeless: \"\"\n"
+        "*CloseUI: *InputSlot\n"
+        "*JCLOpenUI *MediaType: PickOne\n"
+        "*OrderDependency: 50 JCLSetup *MediaType\n"
+        "*DefaultMediaType: Plain\n"
+        "*MediaType Plain: \"@PJL COMMENT DSSC PRINT MEDIATYPE=PLAIN<0D><0A>\"\n"
+        "*MediaType Thick: \"@PJL COMMENT DSSC PRINT MEDIATYPE=THICK1<0D><0A>\"\n"
+        "*MediaType Other: \"@PJL SET MEDIA = OTHER<0D><0A>\"\n"
+        "*JCLCloseUI: *MediaType\n");
+}
+
+constexpr char kFront[] = "SET MediaPosition 0 \nSET PRIVATE DSSC PRINT MEDIATYPE=THICK1\n";
+constexpr char kBack[] = "SET MediaPosition 2 \nSET PRIVATE DSSC PRINT MEDIATYPE=THICK1\n";
+constexpr char kJob[] = "SET MediaPosition null \nSET PRIVATE DSSC PRINT MEDIATYPE=PLAIN\n";
+constexpr char kOneSide[] = "SET Duplex false \n"; // as the PPD says it
+constexpr char kTwoSides[] = "SET Duplex true Tumble false \n";
+constexpr char kShow[] = "SHOW\n";
+
+CoverPages covers(CoverStyle front, CoverStyle back, const std::string &duplex = "notumble")
+{
+    return {.back = {back, "Thick", "Tray2"},
+            .front = {front, "Thick", "Bypass"},
+            .source = "AutoSelect",
+            .media = "Plain",
+            .duplex = duplex};
+}
+
+/// Each page tells its number when it is run.
+PostScriptSample pages(int count)
+{
+    PostScriptSample sample;
+    sample.setup = "";
+    for (int page = 1; page <= count; ++page)
+        sample.pages.push_back("(page " + std::to_string(page) + ": ) print showpage\n");
+    return sample;
+}
+
+std::string page(int number)
+{
+    return "page " + std::to_string(number) + ": " + kShow;
+}
+
+std::string logOf(int count, const CoverPages &request)
+{
+    return deviceLog(processed(pages(count).text(), request, queuePPD()));
+}
+
+using enum CoverStyle;
+
+} // namespace
+
+TEST(PostScriptCoverPagesTest, BlankFrontCoverIsOneSheetBeforeTheJob)
+{
+    EXPECT_EQ(std::string(kFront) + kOneSide + kShow + kJob + kTwoSides + page(1) + page(2),
+              logOf(2, covers(NoPrint, None)));
+}
+
+TEST(PostScriptCoverPagesTest, FrontCoverOnOneSideHoldsPageOne)
+{
+    EXPECT_EQ(std::string(kFront) + kOneSide + page(1) + kJob + kTwoSides + page(2) + page(3),
+              logOf(3, covers(Print1, None)));
+}
+
+TEST(PostScriptCoverPagesTest, FrontCoverOnBothSidesHoldsPagesOneAndTwo)
+{
+    EXPECT_EQ(std::string(kFront) + kTwoSides + page(1) + page(2) + kJob + kTwoSides + page(3),
+              logOf(3, covers(Print, None)));
+}
+
+TEST(PostScriptCoverPagesTest, JobOnOneSideStaysOnOneSide)
+{
+    EXPECT_EQ(std::string(kFront) + kOneSide + page(1) + kJob + kOneSide + page(2) + kBack +
+                  kOneSide + page(3) + kJob + kOneSide,
+              logOf(3, covers(Print, Print, "none")));
+}
+
+TEST(PostScriptCoverPagesTest, BlankBackCoverIsOneSheetBehindTheFilledJob)
+{
+    EXPECT_EQ(page(1) + page(2) + page(3) + kShow + kBack + kOneSide + kShow + kJob + kTwoSides,
+              logOf(3, covers(None, NoPrint)));
+    EXPECT_EQ(page(1) + page(2) + kBack + kOneSide + kShow + kJob + kTwoSides,
+              logOf(2, covers(None, NoPrint)));
+}
+
+TEST(PostScriptCoverPagesTest, BackCoverOnOneSideHoldsTheLastPage)
+{
+    EXPECT_EQ(page(1) + page(2) + page(3) + kShow + kBack + kOneSide + page(4) + kJob + kTwoSides,
+              logOf(4, covers(None, Print1)));
+}
+
+TEST(PostScriptCoverPagesTest, BackCoverOnBothSidesHoldsTheLastSheet)
+{
+    EXPECT_EQ(std::string(kFront) + kOneSide + page(1) + kJob + kTwoSides + page(2) + page(3) +
+                  kBack + kTwoSides + page(4) + page(5) + kJob + kTwoSides,
+              logOf(5, covers(Print1, Print)));
+    EXPECT_EQ(page(1) + page(2) + page(3) + page(4) + kBack + kTwoSides + kShow + kJob + kTwoSides,
+              logOf(4, covers(None, Print)));
+}
+
+TEST(PostScriptCoverPagesTest, FrontCoverIsFilledBeforeTheBackCover)
+{
+    EXPECT_EQ(std::string(kFront) + kTwoSides + page(1) + kShow + kBack + kOneSide + page(2) +
+                  kJob + kTwoSides,
+              logOf(2, covers(Print, Print1)));
+}
+
+TEST(PostScriptCoverPagesTest, SettingsComeBackWhereTheCoverIsTheWholeJob)
+{
+    EXPECT_EQ(std::string(kFront) + kOneSide + page(1) + kJob + kTwoSides,
+              logOf(1, covers(Print1, None)));
+}
+
+TEST(PostScriptCoverPagesTest, WithoutCoverTheJobIsLeftAlone)
+{
+    EXPECT_EQ(page(1) + page(2), logOf(2, covers(None, None)));
+    EXPECT_EQ(page(1), logOf(1, covers(None, Print1)));
+}
+
+TEST(PostScriptCoverPagesTest, TumbleIsSetAgain)
+{
+    const std::string log = logOf(2, covers(Print1, None, "tumble"));
+    EXPECT_THAT(log, HasSubstr("SET Duplex true Tumble true \npage 2"));
+}
+
+TEST(PostScriptCoverPagesTest, UnknownDuplexWordCountsAsTwoSidedAndSetsNothing)
+{
+    EXPECT_EQ(std::string(kFront) + page(1) + page(2) + kJob + page(3),
+              logOf(3, covers(Print, None, "Manual")));
+}
+
+TEST(PostScriptCoverPagesTest, SourcesAreMappedBackToThePPDsNames)
+{
+    CoverPages request = covers(Print1, Print1);
+    request.front.source = "ExternalLCF2";
+    request.back.source = "AutoSelect";
+    request.source = "Tray2";
+    const std::string log = logOf(3, request);
+    EXPECT_THAT(log, testing::StartsWith("SET MediaPosition 6 \n"));
+    EXPECT_THAT(log, HasSubstr("SET MediaPosition 2 \nSET PRIVATE DSSC PRINT MEDIATYPE=PLAIN\n"));
+    EXPECT_THAT(log,
+                HasSubstr("SET MediaPosition null \nSET PRIVATE DSSC PRINT MEDIATYPE=THICK1\n"));
+}
+
+TEST(PostScriptCoverPagesTest, WhatThePPDDoesNotSaySetsNothing)
+{
+    for (const auto *source : {"Tray9", "Codeless"}) {
+        CoverPages request = covers(Print1, None);
+        request.front = {Print1, "None", source};
+        EXPECT_THAT(logOf(2, request), testing::StartsWith(std::string(kOneSide) + page(1)));
+        request.front.media = "Unknown";
+        EXPECT_THAT(logOf(2, request), testing::StartsWith(std::string(kOneSide) + page(1)));
+        request.front.media = "Other"; // job control that is no setting of the printer
+        EXPECT_THAT(logOf(2, request), testing::StartsWith(std::string(kOneSide) + page(1)));
+    }
+}
+
+TEST(PostScriptCoverPagesTest, JobControlNeverGoesIntoThePageData)
+{
+    const std::string output = processed(pages(3).text(), covers(Print1, NoPrint), queuePPD());
+    EXPECT_THAT(output, Not(HasSubstr("@PJL")));
+}
+
+TEST(PostScriptCoverPagesTest, WithoutPPDTheSheetsAreFedAllTheSame)
+{
+    EXPECT_EQ("SET Duplex false Tumble false \n" + std::string(kShow) + kTwoSides + page(1),
+              deviceLog(processed(pages(1).text(), covers(NoPrint, None))));
+}
+
+TEST(PostScriptCoverPagesTest, ErrorInAFeatureDoesNotEndTheJob)
+{
+    CoverPages request = covers(Print1, None);
+    request.front.source = "Broken";
+    EXPECT_THAT(logOf(2, request), HasSubstr(page(2)));
+}
+
+TEST(PostScriptCoverPagesTest, DuplexThatIsJobControlIsAskedForInBothWays)
+{
+    std::string ppd = queuePPD();
+    ppd.replace(ppd.find("20 AnySetup *Duplex"), 19, "20 JCLSetup *Duplex");
+    const std::string code = "<</Duplex false>>setpagedevice";
+    ppd.replace(ppd.find(code), code.size(), "@PJL COMMENT DSSC PRINT DUPLEX=OFF<0D><0A>");
+    const std::string log = deviceLog(processed(pages(2).text(), covers(Print1, None), ppd));
+    EXPECT_THAT(log, HasSubstr("SET PRIVATE DSSC PRINT DUPLEX=OFF\n"
+                               "SET Duplex false Tumble false \npage 1"));
+}
+
+TEST(PostScriptCoverPagesTest, FeaturesReachTheDeviceWhateverTheDocumentRedefines)
+{
+    PostScriptSample sample = pages(3);
+    sample.setup = "9 dict begin /setpagedevice { pop } def /stopped { exec false } def\n"
+                   "/cleartomark { } def /null 5 def\n";
+    EXPECT_EQ(std::string(kFront) + kOneSide + page(1) + kJob + kTwoSides + page(2) + page(3),
+              deviceLog(processed(sample.text(), covers(Print1, None), queuePPD())));
+}
+
+TEST(PostScriptCoverPagesTest, EverySideIsAPageWithItsNumber)
+{
+    std::string text = pages(3).text();
+    const std::string count = "%%Pages: 3\n";
+    text.replace(text.find(count), count.size(), "%%Pages: (atend)\n");
+    text.replace(text.find("%%Page: 2 2"), 11, "%%Page: (page two) 2\n%%PageOrientation: Portrait");
+    text.insert(text.find("%%EOF"), count);
+    const std::string output = processed(text, covers(NoPrint, NoPrint), queuePPD());
+    EXPECT_EQ(1U, countOf("%%Pages:", output));
+    EXPECT_EQ(1U, countOf("%%Pages: 6\n", output)); // two blank sheets, one blank side
+    EXPECT_EQ(6U, countOf("\n%%Page:", output));
+    EXPECT_THAT(output, HasSubstr("\n%%Page: 1 2\n"));
+    EXPECT_THAT(output, HasSubstr("\n%%Page: (page two) 3\n%%PageOrientation: Portrait\n"));
+    EXPECT_THAT(output, HasSubstr("\n%%Page: (blank) 6\n"));
+    EXPECT_EQ(6U, renderText(output, {.resolution = 10}).pages.size());
+}
+
+TEST(PostScriptCoverPagesTest, BlankSheetIsAsLargeAsThePageBesideIt)
+{
+    std::string text = pages(2).text();
+    text.insert(text.find("%%EndComments"), "%%DocumentMedia: Small 200 300 0 () ()\n");
+    text.insert(text.find("(page 1"), "<< /PageSize [200 300] >> setpagedevice ");
+    const auto sheets = renderText(processed(text, covers(NoPrint, NoPrint), queuePPD()));
+    ASSERT_EQ(4U, sheets.pages.size());
+    for (const auto &sheet : sheets.pages)
+        EXPECT_EQ(200, sheet.width());
+}
+
+TEST(PostScriptCoverPagesTest, CoverAroundABookletWithWatermark)
+{
+    const Watermark watermark = {.above = false,
+                                 .font = "Helvetica",
+                                 .angle = 0,
+                                 .colour = {1, 0, 0},
+                                 .position = {60, 140},
+                                 .size = 24,
+                                 .text = "Draft"};
+    const Booklet booklet = {"A4", 0, 0, Ordering::LeftToRight};
+    PostScriptSample sample;
+    sample.pages.assign(3, "0 0 1 setrgbcolor 0 0 200 100 rectfill showpage\n");
+    const std::string document = processed(processed(processed(sample.text(), watermark), booklet),
+                                           covers(NoPrint, NoPrint, "tumble"), queuePPD());
+    const auto sheets = renderText(document);
+    ASSERT_EQ(4U, sheets.pages.size());
+    EXPECT_EQ(0, sheets.pages[0].coverage());
+    EXPECT_TRUE(sheets.pages[1].boxOf(Support::kRed));
+    EXPECT_TRUE(sheets.pages[2].boxOf(Support::kRed));
+    EXPECT_EQ(0, sheets.pages[3].coverage());
+
+    const std::string log = deviceLog(document);
+    const std::string both = "SET Duplex true Tumble true \n";
+    EXPECT_THAT(log, HasSubstr(kFront + std::string(kOneSide) + kShow + kJob + both + kShow +
+                               kShow + kBack + kOneSide + kShow + kJob + both));
+}
+
+TEST(PostScriptCoverPagesTest, CutOffPageDoesNotSwallowTheBackCover)
+{
+    std::string text = pages(2).text();
+    text.erase(text.find("%%Trailer"));
+    text += "%%Page: 3 3\n(page 3: ) print showpage (open";
+    EXPECT_EQ(page(1) + page(2) + page(3) + kShow + kBack + kOneSide + kShow + kJob + kTwoSides,
+              deviceLog(processed(text, covers(None, NoPrint), queuePPD())));
+}

@@ -1,0 +1,223 @@
+#include "PostScriptCommands.h"
+
+#include "Program.h"
+#include "ToolkitPostScript.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using Support::Colour;
+using Support::kRed;
+using Support::kWhite;
+using Support::RenderedPage;
+using Support::Rendering;
+using Support::renderText;
+
+namespace {
+
+void run(std::vector<std::string> arguments)
+{
+    const auto result = Support::runProgram({.arguments = std::move(arguments)});
+    if (result.exitStatus != 0)
+        throw std::runtime_error(result.errors + result.output);
+}
+
+/// Every page has a band of a colour of its own, and text.
+std::string source(std::size_t pages)
+{
+    std::string text = "%!PS\n<< /PageSize [420 595] >> setpagedevice\n";
+    for (std::size_t page = 1; page <= pages; ++page) {
+        text += fmt::format("0 {} 255 div 1 setrgbcolor 0 0 420 150 rectfill\n"
+                            "0 setgray /Times-Roman 20 selectfont 50 500 moveto (Page {}) show\n"
+                            "/Courier 9 selectfont 50 450 moveto (and more) show showpage\n",
+                            page, page);
+    }
+    return text;
+}
+
+Colour colourOf(std::size_t page)
+{
+    return {0, static_cast<std::uint8_t>(page), 255};
+}
+
+using Folder = Support::TemporaryFolder;
+
+std::string byGhostscript(const Folder &folder, const std::string &pdf)
+{
+    run({"gs", "-q", "-sDEVICE=ps2write", "-o", folder.file("out.ps"), pdf});
+    return folder.file("out.ps");
+}
+
+std::string byPoppler(const Folder &folder, const std::string &pdf)
+{
+    run({"pdftops", pdf, folder.file("out.ps")});
+    return folder.file("out.ps");
+}
+
+std::string byPopplerWithBinary(const Folder &folder, const std::string &pdf)
+{
+    run({"pdftops", "-level3", "-binary", "-duplex", "-paper", "match", pdf,
+         folder.file("out.ps")});
+    return folder.file("out.ps");
+}
+
+std::string byCairo(const Folder &folder, const std::string &pdf)
+{
+    run({"pdftocairo", "-ps", "-origpagesizes", pdf, folder.file("out.ps")});
+    return folder.file("out.ps");
+}
+
+/// As a queue's chain hands it on, with the printer's features in it.
+std::string byTheChain(const Folder &folder, const std::string &pdf)
+{
+    const std::string plain = byPoppler(folder, pdf);
+    const auto result =
+        Support::runProgram({.arguments = {"/usr/lib/cups/filter/pstops", "1", "user", "title", "1",
+                                           "InputSlot=Tray2 Duplex=DuplexNoTumble", plain},
+                             .environment = {{"PPD", KL_SAMPLE_PPD}}});
+    if (result.exitStatus != 0)
+        throw std::runtime_error(result.errors);
+    // Job control is not part of the document.
+    const auto begin = result.output.find("%!");
+    return folder.write("chain.ps", result.output.substr(begin));
+}
+
+struct Producer {
+    const char *name;
+    std::function<std::string(const Folder &, const std::string &)> make;
+};
+
+void PrintTo(const Producer &producer, std::ostream *stream)
+{
+    *stream << producer.name;
+}
+
+class ToolkitRealDocumentsTest : public testing::TestWithParam<Producer> {
+protected:
+    std::string document(std::size_t pages) const
+    {
+        const std::string pdf = _folder.file("source.pdf");
+        run({"gs", "-q", "-sDEVICE=pdfwrite", "-o", pdf,
+             _folder.write("source.ps", source(pages))});
+        return Support::readFile(GetParam().make(_folder, pdf));
+    }
+
+private:
+    Folder _folder;
+};
+
+Watermark draft(bool above)
+{
+    return {above, "Helvetica-Bold", 30, {1, 0, 0}, {100, 250}, 60, "Draft"};
+}
+
+void expectSameButForRed(const RenderedPage &before, const RenderedPage &after)
+{
+    ASSERT_EQ(before.width(), after.width());
+    ASSERT_EQ(before.height(), after.height());
+    for (double x = 0.5; x < before.width(); x += 1) {
+        for (double y = 0.5; y < before.height(); y += 1) {
+            if (after.colourAt({x, y}) != kRed) {
+                ASSERT_EQ(before.colourAt({x, y}), after.colourAt({x, y})) << x << ", " << y;
+            }
+        }
+    }
+}
+
+} // namespace
+
+TEST_P(ToolkitRealDocumentsTest, WatermarkIsOnEveryPage)
+{
+    const std::string text = document(3);
+    const Rendering before = renderText(text);
+    ASSERT_EQ(3U, before.pages.size());
+    for (const bool above : {true, false}) {
+        const Rendering after = renderText(processed(text, draft(above)));
+        ASSERT_EQ(3U, after.pages.size());
+        EXPECT_EQ(before.log, after.log);
+        for (std::size_t page = 0; page < 3; ++page) {
+            EXPECT_GT(after.pages[page].shareOf(kRed), 0.01);
+            EXPECT_EQ(after.pages[0].boxOf(kRed)->left, after.pages[page].boxOf(kRed)->left);
+            EXPECT_EQ(after.pages[0].boxOf(kRed)->bottom, after.pages[page].boxOf(kRed)->bottom);
+            expectSameButForRed(before.pages[page], after.pages[page]);
+        }
+    }
+}
+
+TEST_P(ToolkitRealDocumentsTest, BookletHasEveryPageInItsPlace)
+{
+    const std::size_t count = 11;
+    const Booklet request = {"A4", 20, 20, Ordering::LeftToRight};
+    const Rendering sheets =
+        renderText(processed(processed(document(count), draft(true)), request), {.resolution = 36});
+    ASSERT_EQ(6U, sheets.pages.size());
+    // Turned by a quarter: the foot of the left page is at the right, in the lower half.
+    for (std::size_t side = 0; side < 6; ++side) {
+        const auto &sheet = sheets.pages[side];
+        const std::size_t early = side + 1;
+        const std::size_t late = 12 - side;
+        const Colour lower = sheet.colourAt({sheet.width() - 60, sheet.height() / 4});
+        const Colour upper = sheet.colourAt({sheet.width() - 60, sheet.height() * 3 / 4});
+        const bool isFront = side % 2 == 0;
+        EXPECT_EQ(colourOf(early), isFront ? upper : lower);
+        EXPECT_EQ(late <= count ? colourOf(late) : kWhite, isFront ? lower : upper);
+        EXPECT_GT(sheet.shareOf(kRed), late <= count ? 0.008 : 0.004);
+    }
+}
+
+TEST_P(ToolkitRealDocumentsTest, CoversAreAroundIt)
+{
+    const CoverPages request = {.back = {CoverStyle::NoPrint, "None", "Auto"},
+                                .front = {CoverStyle::NoPrint, "None", "Auto"},
+                                .source = "Auto",
+                                .media = "None",
+                                .duplex = "none"};
+    const std::string text = document(2);
+    const Rendering before = renderText(text, {.resolution = 36});
+    const Rendering after = renderText(processed(text, request), {.resolution = 36});
+    ASSERT_EQ(4U, after.pages.size());
+    EXPECT_EQ(0, after.pages[0].coverage());
+    EXPECT_EQ(before.pages[0], after.pages[1]);
+    EXPECT_EQ(before.pages[1], after.pages[2]);
+    EXPECT_EQ(0, after.pages[3].coverage());
+}
+
+INSTANTIATE_TEST_SUITE_P(Producers, ToolkitRealDocumentsTest,
+                         testing::Values(Producer{"Ghostscript", byGhostscript},
+                                         Producer{"Poppler", byPoppler},
+                                         Producer{"PopplerWithBinary", byPopplerWithBinary},
+                                         Producer{"Cairo", byCairo}, Producer{"Chain", byTheChain}),
+                         [](const auto &producer) { return std::string(producer.param.name); });
+
+/// groff shows pages by a bound procedure, behind a restore.
+TEST(ToolkitGroffDocumentTest, SampleHasTheWatermarkAndFolds)
+{
+    const std::string text = Support::readFile(KL_SAMPLE_DOCUMENT);
+    const Rendering before = renderText(text);
+    const std::string marked = processed(text, draft(true));
+    const Rendering after = renderText(marked);
+    ASSERT_EQ(before.pages.size(), after.pages.size());
+    for (std::size_t page = 0; page < after.pages.size(); ++page) {
+        EXPECT_GT(after.pages[page].shareOf(kRed), 0.005);
+        expectSameButForRed(before.pages[page], after.pages[page]);
+    }
+    const Rendering sheets =
+        renderText(processed(marked, Booklet{"A3", 0, 0, Ordering::LeftToRight}));
+    EXPECT_EQ((before.pages.size() + 3) / 4 * 2, sheets.pages.size());
+}
+
+TEST(ToolkitLongDocumentTest, TwoHundredPages)
+{
+    const Folder folder;
+    run({"gs", "-q", "-sDEVICE=pdfwrite", "-o", folder.file("source.pdf"),
+         folder.write("source.ps", source(200))});
+    const std::string text = Support::readFile(byPoppler(folder, folder.file("source.pdf")));
+    const Rendering sheets = renderText(
+        processed(processed(text, draft(false)), Booklet{"Letter", 0, 0, Ordering::RightToLeft}),
+        {.resolution = 18});
+    ASSERT_EQ(100U, sheets.pages.size());
+    for (const auto &sheet : sheets.pages)
+        EXPECT_TRUE(sheet.boxOf(kRed));
+}
