@@ -1,3 +1,4 @@
+#include "Support/Program.h"
 #include "Support/TemporaryFolder.h"
 
 #include <cups/ppd.h>
@@ -7,10 +8,12 @@
 #include <cstdio>
 #include <memory>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
 using Support::readFile;
+using Support::runProgram;
 using Support::TemporaryFolder;
 using testing::HasSubstr;
 using testing::IsSupersetOf;
@@ -84,6 +87,29 @@ TEST_F(SampleDriverTest, OneOfTheTwoFilterLinesAloneIsRefused)
     const std::string text = readFile(kSamplePPD);
     EXPECT_FALSE(namesBothFilters(without(text, kFilterLine)));
     EXPECT_FALSE(namesBothFilters(without(text, kPreFilterLine)));
+}
+
+/// The source of the driver that the guide for driver writers offers for copying.
+std::string driverOfTheGuide()
+{
+    const std::string guide = readFile(KL_DRIVER_GUIDE);
+    const std::string start = "    #include <font.defs>\n";
+    std::istringstream lines(guide.substr(guide.rfind(start)));
+    std::string driver;
+    for (std::string line; std::getline(lines, line) && line.starts_with("    ");)
+        driver += line.substr(4) + "\n";
+    return driver;
+}
+
+TEST_F(SampleDriverTest, GuidesDriverNamesBothFiltersTooAndConformsToThePPDFormat)
+{
+    const TemporaryFolder folder;
+    const std::string source = folder.write("guide.drv", driverOfTheGuide());
+    ASSERT_EQ(0, runProgram({.arguments = {"ppdc", "-d", folder.path(), source}}).exitStatus);
+    const std::string guidePPD = folder.file("example-printer.ppd");
+    EXPECT_TRUE(namesBothFilters(readFile(guidePPD)));
+    const auto test = runProgram({.arguments = {"cupstestppd", "-I", "filters", guidePPD}});
+    EXPECT_EQ(0, test.exitStatus) << test.output;
 }
 
 TEST_F(SampleDriverTest, DeclaresEveryPlainOptionThatTheFilterReads)

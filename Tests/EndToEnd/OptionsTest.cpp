@@ -105,6 +105,16 @@ TEST_F(OptionsTest, DepartmentCode)
     EXPECT_THAT(headerWith({}), Not(Contains(HasSubstr("ACCESSCODE="))));
 }
 
+TEST_F(OptionsTest, DepartmentCodeOfTheQueueCountsUntilAJobSendsItsOwn)
+{
+    const std::string key = "com.kalmira.pde.print-mode-ovm.departmentCode";
+    scheduler().run({"lpadmin", "-p", kQueue, "-o", key + "-default=10"});
+    EXPECT_THAT(headerWith({}), Contains(dssc("ACCESSCODE=10")));
+    EXPECT_THAT(headerWith({lpOption(key, "11")}), Contains(dssc("ACCESSCODE=11")));
+    scheduler().run({"lpadmin", "-p", kQueue, "-R", key + "-default"});
+    EXPECT_THAT(headerWith({}), Not(Contains(HasSubstr("ACCESSCODE="))));
+}
+
 TEST_F(OptionsTest, DeviceColourFollowsTheProfile)
 {
     EXPECT_THAT(headerWith({profile()}), Contains(dssc("FORCE_DEVICECOLOR=1")));
