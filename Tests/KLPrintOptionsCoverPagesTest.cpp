@@ -302,7 +302,7 @@ std::optional<KLValue> valueOf(const char *text)
     return text != nullptr ? std::optional<KLValue>(text) : std::nullopt;
 }
 
-class BackCoverPageTest : public Support::QueueTest {
+class StoredBackCoverPageTest : public Support::QueueTest {
 protected:
     static KLPrintOptions options(const Combination &combination)
     {
@@ -328,7 +328,7 @@ protected:
 
 } // namespace
 
-TEST_F(BackCoverPageTest, FollowsSidesFrontAndBackStyle)
+TEST_F(StoredBackCoverPageTest, FollowsSidesFrontAndBackStyle)
 {
     for (const Combination &combination : kCombinations) {
         const KLPrintOptions store = options(combination);
@@ -340,7 +340,7 @@ TEST_F(BackCoverPageTest, FollowsSidesFrontAndBackStyle)
     }
 }
 
-TEST_F(BackCoverPageTest, ThereIsNoneUnlessItIsWanted)
+TEST_F(StoredBackCoverPageTest, ThereIsNoneUnlessItIsWanted)
 {
     KLPrintOptions store = options({"NoPrint", "None", "True", "Print1", kNever});
     for (const char *use : {"False", "", "yes", "1"}) {

@@ -1,8 +1,6 @@
 #include "KLPrintOptions.h"
 
-#include "Environment.h"
-#include "MinimalPPD.h"
-#include "TemporaryFolder.h"
+#include "QueueTest.h"
 #include "Text.h"
 
 #include <gmock/gmock.h>
@@ -42,13 +40,8 @@ std::string outputBinOption(const std::string &defaultChoice)
            "*CloseUI: *OutputBin\n";
 }
 
-class KLPrintOptionsTest : public testing::Test {
+class KLPrintOptionsTest : public Support::QueueTest {
 protected:
-    void usePPD(std::string_view extraLines)
-    {
-        folder.write("queue.ppd", Support::minimalPPD(extraLines));
-    }
-
     /// The value that the option string leaves under the key.
     std::optional<KLValue> stored(const std::string &optionString, std::string_view key) const
     {
@@ -65,9 +58,6 @@ protected:
         }
         return "no complaint";
     }
-
-    Support::TemporaryFolder folder;
-    Support::ScopedEnvironment ppd{"PPD", folder.write("queue.ppd", Support::minimalPPD())};
 };
 
 } // namespace
