@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <regex>
 #include <set>
 #include <string>
@@ -26,21 +27,39 @@ void collect(Keys &keys, const std::string &text, const std::string &pattern,
         keys.insert(before + match->str(1) + behind);
 }
 
-/// The sources of everything that acts on a job. The store's own source is left out: it reads for
-/// its callers, and for generators that no job comes by.
-std::string jobSources()
+/// The sources of the filter's folder whose names are wanted.
+std::string jobSources(const std::function<bool(const std::string &)> &isWanted)
 {
     std::string sources;
     for (const auto &entry : fs::directory_iterator(KL_JOBFILTER_SOURCES))
-        if (entry.path().extension() == ".cpp" && entry.path().filename() != "KLPrintOptions.cpp")
+        if (entry.path().extension() == ".cpp" && isWanted(entry.path().filename()))
             sources += readFile(entry.path());
     return sources;
 }
 
-/// The keys that the sources spell, in each of the ways they do it.
+/// The sources with every literal in one piece.
+std::string withLiteralsJoined(const std::string &sources)
+{
+    return std::regex_replace(sources, std::regex(R"re("\s*\n\s*")re"), "");
+}
+
+/// The log lines that the sources write; those of the companion stand in its manual page.
+Keys logLinesInCode()
+{
+    const std::string sources =
+        withLiteralsJoined(jobSources([](const auto &name) { return name != "nojcl.cpp"; }));
+    Keys lines;
+    collect(lines, sources, R"re(WriteLog\(\s*"([^"]+)")re");
+    collect(lines, sources, R"re((?:kUnable\w+\[\] = |FatalError\(|die\()"([^"]+)")re", "CRIT: ");
+    return lines;
+}
+
+/// The keys that the sources spell, in each of the ways they do it. The store's own source is left
+/// out: it reads for its callers, and for generators that no job comes by.
 Keys keysInCode()
 {
-    const std::string sources = jobSources();
+    const std::string sources =
+        jobSources([](const auto &name) { return name != "KLPrintOptions.cpp"; });
     Keys keys;
     collect(keys, sources, R"re("(com\.(?:kalmira|apple)\.[\w.-]*\w)")re");
     collect(keys, sources, R"re(watermark(?:Option|Number)\(options, "(\w+)")re",
@@ -59,22 +78,30 @@ Keys keysInCode()
 Keys keysInTable()
 {
     Keys keys;
-    const std::string table = readFile(KL_OPTION_TABLE);
+    const std::string table = readFile(KL_DOCUMENTATION "/options.md");
     collect(keys, table, R"re(\n\| `([^`]+)` \|)re");
     return keys;
 }
 
-TEST(OptionTableTest, ListsExactlyTheKeysThatTheCodeReads)
+TEST(DocumentationTest, OptionTableListsExactlyTheKeysThatTheCodeReads)
 {
     EXPECT_EQ(keysInCode(), keysInTable());
 }
 
-TEST(OptionTableTest, SaysForEachKeyWhatItTakesWhatCountsWithoutItAndWhatItDoes)
+TEST(DocumentationTest, OptionTableSaysForEachKeyWhatItTakesWhatCountsWithoutItAndWhatItDoes)
 {
-    const std::string table = readFile(KL_OPTION_TABLE);
+    const std::string table = readFile(KL_DOCUMENTATION "/options.md");
     Keys complete;
     collect(complete, table, R"re(\n\| `([^`]+)` \| [^|]+ \| [^|]+ \| [^|]+ \|(?=\n))re");
     EXPECT_EQ(keysInTable(), complete);
+}
+
+TEST(DocumentationTest, PromisesListExactlyTheLogLinesOfTheCode)
+{
+    Keys documented;
+    collect(documented, readFile(KL_DOCUMENTATION "/promises.md"),
+            R"re(\n\| `((?:CRIT|ERROR|INFO|DEBUG): [^`]+)` \|)re");
+    EXPECT_EQ(logLinesInCode(), documented);
 }
 
 } // namespace
