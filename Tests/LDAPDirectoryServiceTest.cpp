@@ -574,7 +574,7 @@ TEST_F(LDAPDirectoryServiceHostileTest, AllServersTogetherGetTheTimeOfTheSession
     EXPECT_EQ(0U, ask("anna").records);
     EXPECT_GE(Clock::now() - begin, 900ms);
     EXPECT_LT(Clock::now() - begin, kSoon);
-    EXPECT_LE(server.connections(), 3);
+    EXPECT_EQ(3, server.connections()); // 400, 400 and the last 100 ms
 }
 
 TEST_F(LDAPDirectoryServiceHostileTest, NextServerIsAskedAfterASilentOne)
@@ -901,13 +901,4 @@ TEST_F(LDAPDirectoryServiceHostileTest, EmptyDomainIsADomain)
                    : std::nullopt;
     }));
     EXPECT_EQ(searchBaseAndDomain("dc=scripted,dc=example", ""), askScripted(server).node);
-}
-
-TEST_F(LDAPDirectoryServiceHostileTest, ProductsOwnLimitsHold)
-{
-    _limits = {};
-    const ScriptedServer server(&keepSilent);
-    EXPECT_EQ(0U, askScripted(server, "ldaps").records);
-    EXPECT_GE(_elapsed, 5s);
-    EXPECT_LT(_elapsed, 10s);
 }

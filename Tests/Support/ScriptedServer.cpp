@@ -34,15 +34,28 @@ Listener listenOnFreePort()
     return {listener, ntohs(address.sin_port)};
 }
 
+/// To be called in a process that shall not outlive the one that made it.
+void followParent()
+{
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
 [[noreturn]] void serve(int listener, const ScriptedServer::Script &script, int mostConnections,
                         volatile int *connections)
 {
+    std::signal(SIGCHLD, SIG_IGN); // nobody asks how a connection's process ended
     for (int number = 0; number < mostConnections; ++number) {
         const int connection = accept(listener, nullptr, nullptr);
         *connections = number + 1;
         if (number + 1 == mostConnections)
             close(listener);
-        script(connection, number);
+        if (fork() == 0) {
+            followParent();
+            close(listener);
+            script(connection, number);
+            _exit(0);
+        }
         close(connection);
     }
     for (;;)
@@ -131,8 +144,7 @@ ScriptedServer::ScriptedServer(const Script &script, int mostConnections)
     _port = listener.port;
     _process = fork();
     if (_process == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        std::signal(SIGPIPE, SIG_IGN);
+        followParent();
         serve(listener.socket, script, mostConnections, _connections);
     }
     close(listener.socket);

@@ -9,7 +9,8 @@
 
 namespace Support {
 
-/// A server on a free port of 127.0.0.1 that does what a script says, in a process of its own.
+/// A server on a free port of 127.0.0.1 that does what a script says, each connection in a process
+/// of its own.
 class ScriptedServer {
 public:
     /// Serves one connection; the socket is closed when it returns.

@@ -1,0 +1,418 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <optional>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <sys/mman.h>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+
+#include "DirectoryServer.h"
+#include "MinimalPPD.h"
+#include "Program.h"
+#include "ScriptedServer.h"
+#include "TemporaryFolder.h"
+
+using Support::DirectoryServer;
+using Support::LDAPRequest;
+using Support::ProgramCall;
+using Support::ProgramResult;
+using Support::ScriptedServer;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// The line that the printer's user and domain are written in front of.
+constexpr char kPrintModeOption[] = R"PPD(*JCLOpenUI *JCLPrintMode/Print Mode: PickOne
+*OrderDependency: 10 JCLSetup *JCLPrintMode
+*DefaultJCLPrintMode: Normal
+*JCLPrintMode Normal/Normal: "@PJL COMMENT DSSC PRINT PRINTMODE=NORMAL<0D><0A>"
+*JCLCloseUI: *JCLPrintMode
+)PPD";
+
+constexpr char kQueriedNone[] =
+    "DEBUG: None of the authentication directory services can be queried\n";
+
+/// The built program with a queue and a directory.
+class JobFilterDirectoryTest : public testing::Test {
+protected:
+    JobFilterDirectoryTest() { std::filesystem::create_directory(_temporaries); }
+
+    /// A job of anna's that asks for the directory of these servers.
+    ProgramCall call(const std::string &servers, const std::string &options = "") const
+    {
+        const std::string configuration = "URI " + servers + "\n";
+        return {.arguments = {JOBFILTER_PROGRAM, "7", "anna", "Report", "1",
+                              "UseOpenDirectoryForAuthentication=true " + options},
+                .environment = {{"PPD", _ppd},
+                                {"TMPDIR", _temporaries},
+                                {"LDAPCONF", _folder.write("ldap.conf", configuration)}},
+                .input = "%!PS\n"};
+    }
+
+    /// What the job's header says the domain is; "none" when it says nothing.
+    static std::string domainIn(const ProgramResult &result)
+    {
+        EXPECT_EQ(0, result.exitStatus);
+        EXPECT_THAT(result.output, HasSubstr("\n%!PS\n\033%-12345X"));
+        std::smatch found;
+        return std::regex_search(result.output, found,
+                                 std::regex("@PJL COMMENT DSSC PRINT DOMAINNAME=(.*)\r\n"))
+                   ? found.str(1)
+                   : "none";
+    }
+
+    /// The log without the line about the toolkit, which these queues do not have.
+    static std::string logOf(const ProgramResult &result)
+    {
+        constexpr std::string_view kNoToolkit =
+            "INFO: A required component could not be found, some print settings may not be "
+            "applied\n";
+        std::string log = result.errors;
+        const auto at = log.find(kNoToolkit);
+        EXPECT_NE(std::string::npos, at) << log;
+        return at == std::string::npos ? log : log.erase(at, kNoToolkit.size());
+    }
+
+    std::vector<std::string> leftovers() const
+    {
+        std::vector<std::string> names;
+        for (const auto &entry : std::filesystem::directory_iterator(_temporaries))
+            names.push_back(entry.path().filename());
+        return names;
+    }
+
+    Support::TemporaryFolder _folder;
+    std::string _ppd = _folder.write("queue.ppd", Support::minimalPPD(kPrintModeOption));
+    std::string _temporaries = _folder.file("tmp");
+};
+
+/// A server with one context and anna in it.
+Support::DirectoryContext contextWithAnna(const std::string &suffix, const std::string &rootLines)
+{
+    return {suffix, "dn: " + suffix + "\n" + rootLines + "\ndn: uid=Anna," + suffix +
+                        "\nobjectClass: account\n\n"};
+}
+
+const Support::DirectoryContext kExample =
+    contextWithAnna("dc=example,dc=com", "objectClass: domain\ndc: example\n");
+const Support::DirectoryContext kOrganisation =
+    contextWithAnna("o=Company", "objectClass: organization\no: Company\n");
+const Support::DirectoryContext kNamed =
+    contextWithAnna("o=Named", "objectClass: organization\nobjectClass: domainRelatedObject\n"
+                               "o: Named\nassociatedDomain: native.example\n");
+
+std::string foundIn(const std::string &node, int records = 1)
+{
+    return "INFO: Found " + std::to_string(records) + " records for user anna\nDEBUG: Using " +
+           node + " as the authorisation node\n";
+}
+
+void keepSilent(int, int)
+{
+    for (;;)
+        pause();
+}
+
+/// What the dynamic loader says it loaded.
+struct LoadedFiles {
+    std::set<std::string> byProgram;
+    std::set<std::string> byItsChildren;
+};
+
+LoadedFiles loadedFiles(const std::string &loaderLog)
+{
+    // Each line begins with the process' number, the program's own first.
+    static const std::regex kLoaded("^ *([0-9]+):\tfile=([^ ]+) .*generating link map");
+    LoadedFiles files;
+    std::optional<std::string> program;
+    std::istringstream lines(loaderLog);
+    for (std::string line; std::getline(lines, line);) {
+        std::smatch found;
+        if (!std::regex_search(line, found, kLoaded))
+            continue;
+        program = program.value_or(found.str(1));
+        auto &list = found.str(1) == *program ? files.byProgram : files.byItsChildren;
+        list.insert(std::filesystem::path(found.str(2)).filename());
+    }
+    return files;
+}
+
+/// Runs the call with the dynamic loader telling what it does.
+LoadedFiles runAndListFiles(ProgramCall call)
+{
+    call.environment["LD_DEBUG"] = "files";
+    return loadedFiles(runProgram(call).errors);
+}
+
+} // namespace
+
+// The domain.
+
+TEST_F(JobFilterDirectoryTest, SearchBaseGivesTheDomain)
+{
+    const DirectoryServer server({kExample});
+    const auto result = runProgram(call(server.uri()));
+    EXPECT_EQ("example.com", domainIn(result));
+    EXPECT_EQ(foundIn(server.uri() + "/dc=example,dc=com"), logOf(result));
+}
+
+TEST_F(JobFilterDirectoryTest, AssociatedDomainGivesTheDomain)
+{
+    const DirectoryServer server({kNamed});
+    const auto result = runProgram(call(server.uri()));
+    EXPECT_EQ("native.example", domainIn(result));
+    EXPECT_EQ(foundIn(server.uri() + "/o=Named"), logOf(result));
+}
+
+TEST_F(JobFilterDirectoryTest, DomainComesThroughTLSToo)
+{
+    Support::CertificateAuthority authority;
+    const auto issued = authority.issue("IP:127.0.0.1");
+    const DirectoryServer server({kExample}, issued.certificate, issued.key);
+    const auto result =
+        runProgram(call(server.secureURI() + "\nTLS_CACERT " + authority.certificate()));
+    EXPECT_EQ("example.com", domainIn(result));
+    EXPECT_EQ(foundIn(server.secureURI() + "/dc=example,dc=com"), logOf(result));
+}
+
+TEST_F(JobFilterDirectoryTest, CertificateThatDoesNotVerifyGivesNoDomain)
+{
+    Support::CertificateAuthority authority;
+    const auto issued = authority.issue("DNS:other.example");
+    const DirectoryServer server({kExample}, issued.certificate, issued.key);
+    const auto result =
+        runProgram(call(server.secureURI() + "\nTLS_CACERT " + authority.certificate()));
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_EQ(std::string("INFO: Found 0 records for user anna\n") + kQueriedNone, logOf(result));
+}
+
+TEST_F(JobFilterDirectoryTest, LastOfTwoRecordsDecides)
+{
+    const DirectoryServer server({kExample, kNamed});
+    const auto result = runProgram(call(server.uri()));
+    EXPECT_EQ("native.example", domainIn(result));
+    EXPECT_EQ(foundIn(server.uri() + "/o=Named", 2), logOf(result));
+}
+
+TEST_F(JobFilterDirectoryTest, OrganisationGivesNoDomain)
+{
+    const DirectoryServer server({kOrganisation});
+    const auto result = runProgram(call(server.uri()));
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_EQ(foundIn(server.uri() + "/o=Company") +
+                  "DEBUG: Unable to parse LDAP search base: o=Company\n",
+              logOf(result));
+}
+
+TEST_F(JobFilterDirectoryTest, UnknownUserGivesNoDomain)
+{
+    const DirectoryServer server({kExample});
+    const auto result = runProgram(call(server.uri(), "com.kalmira.username=nobody"));
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_EQ(std::string("INFO: Found 0 records for user nobody\n") + kQueriedNone, logOf(result));
+}
+
+TEST_F(JobFilterDirectoryTest, UserNameOfTheOptionsIsTheOneAskedFor)
+{
+    const DirectoryServer server({kExample});
+    auto nobody = call(server.uri(), "com.kalmira.username=ANNA");
+    nobody.arguments[2] = "nobody";
+    EXPECT_EQ("example.com", domainIn(runProgram(nobody)));
+}
+
+TEST_F(JobFilterDirectoryTest, DomainOfTheOptionsWins)
+{
+    const DirectoryServer server({kExample});
+    EXPECT_EQ("mine.example",
+              domainIn(runProgram(call(server.uri(), "com.kalmira.domainname=mine.example"))));
+}
+
+TEST_F(JobFilterDirectoryTest, UserNameWithALineBreakStaysOnItsLogLine)
+{
+    const DirectoryServer server({kExample});
+    auto broken = call(server.uri());
+    broken.arguments[2] = "*\nPPD: Duplex=None";
+    const auto result = runProgram(broken);
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_EQ(std::string("INFO: Found 0 records for user * PPD: Duplex=None\n") + kQueriedNone,
+              logOf(result));
+}
+
+TEST_F(JobFilterDirectoryTest, DomainWithControlCharactersSpeaksNoPJL)
+{
+    const ScriptedServer server([](int socket, int) {
+        Support::serveLDAP(socket, [](const LDAPRequest &request) {
+            std::string reply = Support::ldapEntry(
+                request.id, request.base,
+                {{"namingContexts", {"dc=a"}},
+                 {"associatedDomain", {"a\r\n@PJL SET COPIES=99\r\n\033%-12345X"}}});
+            if (request.scope == 2)
+                reply = Support::ldapEntry(request.id, "uid=anna,dc=a", {});
+            return reply + Support::ldapDone(request.id);
+        });
+    });
+    EXPECT_EQ("a  @PJL SET COPIES=99   %-12345X", domainIn(runProgram(call(server.uri()))));
+}
+
+// Failures.
+
+TEST_F(JobFilterDirectoryTest, WithoutServerThereIsNoAuthenticationNode)
+{
+    auto unconfigured = call("");
+    _folder.write("ldap.conf", "");
+    const auto result = runProgram(unconfigured);
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_EQ("DEBUG: Unable to obtain authentication node: (null)\n", logOf(result));
+}
+
+TEST_F(JobFilterDirectoryTest, ModuleThatDoesNotLoadIsAFailedSession)
+{
+    auto broken = call("ldap://127.0.0.1");
+    _folder.write("KLDirectoryModule.so", "no module");
+    broken.environment["LD_LIBRARY_PATH"] = _folder.path();
+    const auto result = runProgram(broken);
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_THAT(logOf(result), StartsWith("DEBUG: Unable to create directory services session: "
+                                          "Unable to load module: "));
+}
+
+TEST_F(JobFilterDirectoryTest, UserNameThatIsNotUTF8CannotBeAskedFor)
+{
+    const auto result = runProgram(call("ldap://127.0.0.1", "com.kalmira.username=J\xfcrgen"));
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_EQ("DEBUG: Unable to query authentication node: The user name is not UTF-8\n",
+              logOf(result));
+}
+
+TEST_F(JobFilterDirectoryTest, ServerThatGoesAwayBeforeTheNodeIsOpened)
+{
+    const ScriptedServer server(
+        [](int socket, int) {
+            Support::serveLDAP(socket, [](const LDAPRequest &request) {
+                const std::string dn = request.scope == 2 ? "uid=anna,dc=a" : "";
+                return Support::ldapEntry(request.id, dn, {{"namingContexts", {"dc=a"}}}) +
+                       Support::ldapDone(request.id);
+            });
+        },
+        1);
+    const auto result = runProgram(call(server.uri()));
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_THAT(logOf(result), StartsWith(foundIn(server.uri() + "/dc=a") +
+                                          "ERROR: Unable to inspect directory node " +
+                                          server.uri() + "/dc=a: Can't contact LDAP server"));
+}
+
+TEST_F(JobFilterDirectoryTest, ContextEntryThatNobodyMayRead)
+{
+    const DirectoryServer server({kExample}, {}, {},
+                                 "access to dn.exact=dc=example,dc=com by * search\n"
+                                 "access to * by * read\n");
+    const std::string node = server.uri() + "/dc=example,dc=com";
+    const auto result = runProgram(call(server.uri()));
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_EQ(foundIn(node) + "DEBUG: Unable to inspect attributes of directory node " + node +
+                  ": No such object\n",
+              logOf(result));
+}
+
+TEST_F(JobFilterDirectoryTest, SilentServersCostFiveSecondsEachAndTenTogether)
+{
+    const ScriptedServer server(&keepSilent);
+    const auto begin = Clock::now();
+    const auto result =
+        runProgram(call(server.uri("ldaps") + " " + server.uri() + " " + server.uri("ldaps")));
+    const auto elapsed = Clock::now() - begin;
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_EQ(std::string("INFO: Found 0 records for user anna\n") + kQueriedNone, logOf(result));
+    EXPECT_EQ(2, server.connections());
+    EXPECT_GE(elapsed, 9900ms);
+    EXPECT_LT(elapsed, 15s); // a busy machine's; the client library alone takes over a minute
+}
+
+TEST_F(JobFilterDirectoryTest, CancelledJobLeavesNeitherConnectionNorFile)
+{
+    // Whether the server saw its client go, in memory that its process shares.
+    auto *gone = static_cast<volatile bool *>(
+        mmap(nullptr, sizeof(bool), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+    const ScriptedServer server([=](int socket, int) {
+        char byte;
+        while (recv(socket, &byte, 1, 0) > 0) {
+        }
+        *gone = true;
+    });
+    auto cancelled = call(server.uri());
+    std::thread canceller;
+    cancelled.afterStart = [&](pid_t program) {
+        canceller = std::thread([&server, program] {
+            while (server.connections() == 0)
+                std::this_thread::sleep_for(5ms);
+            kill(program, SIGTERM);
+        });
+    };
+    const auto begin = Clock::now();
+    EXPECT_EQ(SIGTERM, runProgram(cancelled).signal);
+    canceller.join();
+    for (int tries = 0; tries < 100 && !*gone; ++tries)
+        std::this_thread::sleep_for(10ms);
+    EXPECT_TRUE(*gone);
+    EXPECT_LT(Clock::now() - begin, 5s); // not the time limit's doing
+    EXPECT_THAT(leftovers(), IsEmpty());
+}
+
+// Jobs that do not ask.
+
+TEST_F(JobFilterDirectoryTest, JobThatDoesNotAskOpensNoConnection)
+{
+    const ScriptedServer server([](int, int) {});
+    for (const char *value : {"False", "TRUE", "1"})
+        EXPECT_EQ("",
+                  domainIn(runProgram(call(
+                      server.uri(), std::string("UseOpenDirectoryForAuthentication=") + value))));
+    EXPECT_EQ(0, server.connections());
+}
+
+TEST_F(JobFilterDirectoryTest, JobThatDoesNotAskLoadsNoDirectoryLibrary)
+{
+    const LoadedFiles files =
+        runAndListFiles(call("ldap://127.0.0.1:1", "UseOpenDirectoryForAuthentication=False"));
+    EXPECT_THAT(files.byProgram, Contains(StartsWith("libc.so"))); // the list is one
+    EXPECT_THAT(files.byProgram, Not(Contains(StartsWith("KLDirectoryModule"))));
+    EXPECT_THAT(files.byProgram, Not(Contains(StartsWith("libldap"))));
+    EXPECT_THAT(files.byItsChildren, IsEmpty());
+}
+
+TEST_F(JobFilterDirectoryTest, JobThatAsksLoadsTheLibraryOnlyInItsChildren)
+{
+    const LoadedFiles files = runAndListFiles(call("ldap://127.0.0.1:1"));
+    EXPECT_THAT(files.byProgram, Not(Contains(StartsWith("libldap"))));
+    EXPECT_THAT(files.byItsChildren, Contains(StartsWith("KLDirectoryModule")));
+    EXPECT_THAT(files.byItsChildren, Contains(StartsWith("libldap")));
+}
+
+TEST_F(JobFilterDirectoryTest, ProgramIsNotLinkedToTheDirectoryLibrary)
+{
+    const auto needed = [](const std::string &file) {
+        return Support::runProgram({.arguments = {"readelf", "-d", file}}).output;
+    };
+    const std::string module =
+        std::filesystem::path(JOBFILTER_PROGRAM).parent_path().parent_path() /
+        "lib/KLDirectoryModule.so";
+    EXPECT_THAT(needed(JOBFILTER_PROGRAM), HasSubstr("[libcups."));
+    EXPECT_THAT(needed(JOBFILTER_PROGRAM), Not(HasSubstr("[libldap")));
+    EXPECT_THAT(needed(JOBFILTER_PROGRAM), Not(HasSubstr("[liblber")));
+    EXPECT_THAT(needed(module), HasSubstr("[libldap"));
+}
