@@ -5,7 +5,6 @@
 #include <csignal>
 #include <filesystem>
 #include <optional>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <sys/mman.h>
@@ -46,6 +45,17 @@ constexpr char kPrintModeOption[] = R"PPD(*JCLOpenUI *JCLPrintMode/Print Mode: P
 constexpr char kQueriedNone[] =
     "DEBUG: None of the authentication directory services can be queried\n";
 
+/// What stands between the first `begin` and the `end` behind it; nullopt without them.
+std::optional<std::string> textBetween(const std::string &text, const std::string &begin,
+                                       const std::string &end)
+{
+    const auto first = text.find(begin);
+    const auto last = first == std::string::npos ? first : text.find(end, first + begin.size());
+    if (last == std::string::npos)
+        return std::nullopt;
+    return text.substr(first + begin.size(), last - first - begin.size());
+}
+
 /// The built program with a queue and a directory.
 class JobFilterDirectoryTest : public testing::Test {
 protected:
@@ -68,11 +78,8 @@ protected:
     {
         EXPECT_EQ(0, result.exitStatus);
         EXPECT_THAT(result.output, HasSubstr("\n%!PS\n\033%-12345X"));
-        std::smatch found;
-        return std::regex_search(result.output, found,
-                                 std::regex("@PJL COMMENT DSSC PRINT DOMAINNAME=(.*)\r\n"))
-                   ? found.str(1)
-                   : "none";
+        return textBetween(result.output, "@PJL COMMENT DSSC PRINT DOMAINNAME=", "\r\n")
+            .value_or("none");
     }
 
     /// The log without the line about the toolkit, which these queues do not have.
@@ -135,18 +142,18 @@ struct LoadedFiles {
 
 LoadedFiles loadedFiles(const std::string &loaderLog)
 {
-    // Each line begins with the process' number, the program's own first.
-    static const std::regex kLoaded("^ *([0-9]+):\tfile=([^ ]+) .*generating link map");
     LoadedFiles files;
     std::optional<std::string> program;
     std::istringstream lines(loaderLog);
     for (std::string line; std::getline(lines, line);) {
-        std::smatch found;
-        if (!std::regex_search(line, found, kLoaded))
+        // "   1234:\tfile=libc.so.6 [0];  generating link map", the program's own number first.
+        const auto file = textBetween(line, "\tfile=", " [");
+        if (!file || !line.ends_with("generating link map"))
             continue;
-        program = program.value_or(found.str(1));
-        auto &list = found.str(1) == *program ? files.byProgram : files.byItsChildren;
-        list.insert(std::filesystem::path(found.str(2)).filename());
+        const std::string process = line.substr(0, line.find(':'));
+        program = program.value_or(process);
+        auto &list = process == *program ? files.byProgram : files.byItsChildren;
+        list.insert(std::filesystem::path(*file).filename());
     }
     return files;
 }
