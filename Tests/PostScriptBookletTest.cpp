@@ -385,6 +385,11 @@ INSTANTIATE_TEST_SUITE_P(
              FILL "<< /MediaColor (blue) >> setpagedevice " FILL "showpage\n"},
         Page{"MediaInAKeptState", "", "",
              "gsave << /MediaColor (red) >> setpagedevice " FILL "showpage grestore\n"},
+        Page{"OperatorsThemselves",
+             "/get2 { systemdict exch get exec } def /EP { /showpage get2 } bind def\n",
+             "<< /PageSize [200 300] >> /setpagedevice get2\n",
+             "9 9 scale /initmatrix get2 " FILL
+             "<< /PageSize [200 300] >> /setpagedevice get2\n" FILL "EP\n"},
         Page{"NamedSize", "", "",
              "userdict /a4 known { a4 } if\n"
              "<< /PageSize [200 300] >> setpagedevice " FILL "showpage\n"},

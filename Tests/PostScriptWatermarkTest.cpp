@@ -270,6 +270,11 @@ INSTANTIATE_TEST_SUITE_P(
              "showpage\n"},
         Page{"BoundInTheProlog", "/EP { grestore showpage } bind def\n", "gsave EP\n"},
         Page{"LoadedInTheProlog", "/EP /showpage load def\n", "EP\n"},
+        Page{"ShownByTheOperatorItself", "/EP { systemdict /showpage get exec } bind def\n",
+             "EP\n"},
+        Page{"SizeByTheOperatorItself", "/SZ { systemdict begin setpagedevice end } def\n",
+             "<< /PageSize [220 320] >> SZ\n"
+             "0 0 1 setrgbcolor 20 20 160 100 rectfill showpage\n"},
         Page{"ShownAfterRestore", "/EP { level restore showpage } bind def\n",
              "/level save def 0 0 1 1 rectclip EP\n"},
         Page{"RestoredAfterItWasShown", "", "save showpage restore\n"},

@@ -63,6 +63,9 @@ public:
 
     /// Whether the end of the document is there: a %%Trailer or an %%EOF comment.
     bool isComplete() const { return _complete; }
+    /// Whether prolog or setup name the dictionary of the operators, where they may look for
+    /// operators that have been given another meaning.
+    bool namesOperatorDictionary() const { return _namesOperatorDictionary; }
     /// How many procedure sets with a name that begins with kOurProcSets the document carries.
     unsigned countOfOurProcSets() const { return _countOfOurProcSets; }
     /// The size that media comments give a page; nullopt when they do not.
@@ -79,6 +82,7 @@ private:
     std::vector<DSCPage> _pages;
     std::uint64_t _trailer = 0;
     bool _complete = false;
+    bool _namesOperatorDictionary = false;
     unsigned _countOfOurProcSets = 0;
     DSCMedia _media;
 };

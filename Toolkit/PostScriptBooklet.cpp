@@ -125,6 +125,8 @@ std::string BookletWriter::procSet() const
                   postScriptNumbers(std::array{defaultSize.width, defaultSize.height}) + "] def\n";
     procedures += "end\n";
     procedures += kBookletProcSet;
+    if (_document.namesOperatorDictionary())
+        procedures += kSystemdictProcSet;
     return procSetResource("KLToolkitBooklet", _run, procedures);
 }
 

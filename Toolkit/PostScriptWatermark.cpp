@@ -63,7 +63,7 @@ std::string outlineProcedures(const std::vector<TextPathSegment> &outline)
     return text + (outline.empty() ? "" : "} bind ") + "] def\n";
 }
 
-std::string watermarkProcSet(const Watermark &watermark, unsigned run)
+std::string watermarkProcSet(const Watermark &watermark, const DSCDocument &document, unsigned run)
 {
     const ShapedText text = Platform::shapeText(watermark.text, watermark.font, watermark.size);
     std::string procedures = "/KLToolkitWatermark.N 32 dict def\n"
@@ -74,6 +74,8 @@ std::string watermarkProcSet(const Watermark &watermark, unsigned run)
     procedures += watermark.above ? "/isAbove true def\n" : "/isAbove false def\n";
     procedures += "end\n";
     procedures += kWatermarkProcSet;
+    if (document.namesOperatorDictionary())
+        procedures += kSystemdictProcSet;
     return procSetResource("KLToolkitWatermark", run, procedures);
 }
 
@@ -86,7 +88,7 @@ void applyWatermarkToPostScript(const Watermark &watermark, const Job &job)
     DocumentWriter writer(document, job.output);
 
     writer.copy({0, document.beginOfProcedures()});
-    writer.lines(watermarkProcSet(watermark, run));
+    writer.lines(watermarkProcSet(watermark, document, run));
     std::uint64_t copied = document.beginOfProcedures();
     const std::string beginOfPage = withRunNumber("KLToolkitWatermarkPage.N\n", run);
     for (const DSCPage &page : document.pages()) {
