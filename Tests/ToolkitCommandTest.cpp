@@ -223,6 +223,18 @@ TEST_F(ToolkitCommandTest, AnOutputInNoFolderIsRefused)
     expectComplaint(run(watermark(input(), _folder.file("gone/out"))), "cannot be written");
 }
 
+// A cancellation could not remove it.
+TEST_F(ToolkitCommandTest, AnOutputWithAnEndlessNameIsRefused)
+{
+    std::string folder = _folder.path();
+    for (int level = 0; level < 5; ++level) {
+        folder += "/" + std::string(250, 'x');
+        ASSERT_EQ(0, mkdir(folder.c_str(), 0700));
+    }
+    expectComplaint(run(watermark(input(), folder + "/out")), "too long");
+    EXPECT_FALSE(exists(folder + "/out"));
+}
+
 TEST_F(ToolkitCommandTest, AFullDiskIsAFailure)
 {
     writeLongInput();

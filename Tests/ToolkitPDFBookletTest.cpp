@@ -336,6 +336,18 @@ TEST_F(ToolkitPDFBookletTest, AnnotationsThatPrintStayWithTheirPage)
     EXPECT_NEAR(320, box->top, 1);
 }
 
+TEST_F(ToolkitPDFBookletTest, AnnotationsEndAtTheirPagesEdge)
+{
+    PDFBuilder builder;
+    builder.addPage(kHalf);
+    builder.addPage(std::string(kHalf) + " /Annots [" +
+                    annotation(builder, "250 300 350 320", "/F 4") + "]");
+    const auto box = rendered(folded(builder.document())).at(1).boxOf(kRed);
+    ASSERT_TRUE(box);
+    EXPECT_NEAR(250, box->left, 1);
+    EXPECT_NEAR(300, box->right, 1);
+}
+
 TEST_F(ToolkitPDFBookletTest, AnnotationsTurnWithTheirPage)
 {
     PDFBuilder builder;
@@ -436,9 +448,9 @@ TEST_F(ToolkitPDFBookletTest, TransparentPagesKeepTheirLook)
     PDFBuilder builder;
     const char *const resources =
         " /Group << /S /Transparency /CS /DeviceRGB >> /Resources << /ExtGState << /Half << /ca "
-        "0.5 >> /Times << /BM /Multiply >> >> >>";
+        "0.5 >> /Mixed << /BM /Screen >> >> >>";
     const char *const contents = "0 1 0 rg 0 0 200 400 re f /Half gs 1 0 0 rg 100 0 200 200 re f "
-                                 "/Times gs 0 1 1 rg 0 200 300 100 re f";
+                                 "/Mixed gs 0 1 1 rg 0 200 300 100 re f";
     builder.addPage(std::string(kHalf) + resources, contents);
     const auto before = rendered(builder.document()).at(0);
     const auto side = rendered(folded(builder.document())).at(0);

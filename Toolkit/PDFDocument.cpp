@@ -52,12 +52,35 @@ void refuseDeepPageTree(QPDFObjectHandle root)
     }
 }
 
-/// A damaged document whose pages are not all found would lose them in silence.
-void refuseMissingPages(QPDF &document, std::size_t found)
+/// Whether something is referred to that is not there.
+bool isLost(QPDFObjectHandle object)
 {
+    if (object.isArray())
+        return std::ranges::any_of(object.getArrayAsVector(), &isLost);
+    return object.isIndirect() && object.isNull();
+}
+
+/// Whether a page that should have contents has none, or only a part.
+bool lacksContents(QPDFObjectHandle page)
+{
+    if (!page.isDictionary())
+        return true;
+    const auto entries = page.getDictAsMap();
+    const auto contents = entries.find("/Contents");
+    return contents != entries.end() && isLost(contents->second);
+}
+
+/// A damaged document would lose in silence what is not found. In a sound one a contents reference
+/// may lead nowhere, and the page is blank.
+void refuseLosses(QPDF &document, const std::vector<QPDFObjectHandle> &pages)
+{
+    const auto isNoPage = [](QPDFObjectHandle page) { return !page.isDictionary(); };
     QPDFObjectHandle count = document.getRoot().getKey("/Pages").getKey("/Count");
-    if (document.anyWarnings() && count.isInteger() &&
-        count.getIntValue() > static_cast<long long>(found))
+    const bool lacksPages =
+        count.isInteger() && count.getIntValue() > static_cast<long long>(pages.size());
+    // The library notices damage only while it looks for the contents.
+    const bool isIncomplete = std::ranges::any_of(pages, lacksContents) || lacksPages;
+    if (std::ranges::any_of(pages, isNoPage) || (isIncomplete && document.anyWarnings()))
         throw ToolkitError("The PDF document is damaged: not all of its pages are there.");
 }
 
@@ -65,7 +88,7 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
 {
     refuseDeepPageTree(document.getRoot().getKey("/Pages"));
     std::vector<QPDFObjectHandle> pages = document.getAllPages();
-    refuseMissingPages(document, pages.size());
+    refuseLosses(document, pages);
     // Whatever it said: others believe it.
     document.getRoot().getKey("/Pages").replaceKey(
         "/Count", QPDFObjectHandle::newInteger(static_cast<long long>(pages.size())));
