@@ -446,9 +446,9 @@ TEST_F(ToolkitPDFBookletTest, WhatPointsToTheOldPagesIsGone)
 TEST_F(ToolkitPDFBookletTest, TransparentPagesKeepTheirLook)
 {
     PDFBuilder builder;
-    const char *const resources =
-        " /Group << /S /Transparency /CS /DeviceRGB >> /Resources << /ExtGState << /Half << /ca "
-        "0.5 >> /Mixed << /BM /Screen >> >> >>";
+    const char *const resources = " /Group << /S /Transparency /CS /DeviceRGB /K true >> "
+                                  "/Resources << /ExtGState << /Half << /ca "
+                                  "0.5 >> /Mixed << /BM /Screen >> >> >>";
     const char *const contents = "0 1 0 rg 0 0 200 400 re f /Half gs 1 0 0 rg 100 0 200 200 re f "
                                  "/Mixed gs 0 1 1 rg 0 200 300 100 re f";
     builder.addPage(std::string(kHalf) + resources, contents);
