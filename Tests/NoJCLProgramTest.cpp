@@ -144,4 +144,30 @@ TEST(NoJCLProgramTest, ClosedStandardStreamsAreFailures)
     EXPECT_EQ(1, runProgram(withoutInput).exitStatus);
 }
 
+// The worst there is: bytes that may all belong to the end of the page data, and a line without
+// end.
+TEST(NoJCLProgramTest, MemoryDoesNotGrowWithTheJob)
+{
+    const TemporaryFolder folder;
+    constexpr std::size_t kLong = std::size_t(1) << 26;
+    constexpr long kMuch = 8 * 1024; // KiB
+    // All are in their files before a program starts: it begins as big as this one is.
+    const std::string little = folder.write("little", "a");
+    const std::string ends = folder.write("ends", std::string(kLong, '\x04') + "a");
+    const std::string line = folder.write("line", kMarker + std::string(kLong, 'x'));
+    const auto memoryFor = [&](const std::string &path) {
+        ProgramCall toNowhere = callWithFile(path);
+        toNowhere.inChild = [] {
+            close(1);
+            open("/dev/null", O_WRONLY);
+        };
+        const auto result = runProgram(toNowhere);
+        EXPECT_EQ(0, result.exitStatus);
+        return result.peakMemory;
+    };
+    const long memoryForLittle = memoryFor(little);
+    EXPECT_LT(memoryFor(ends), memoryForLittle + kMuch);
+    EXPECT_LT(memoryFor(line), memoryForLittle + kMuch);
+}
+
 } // namespace

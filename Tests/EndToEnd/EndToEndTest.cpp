@@ -66,10 +66,9 @@ public:
         addQueue("broken",
                  bundleLine(makeBundle("failing", "echo out of ideas >&2; sleep 0.5; exit 3\n")));
         addQueue("slow", bundleLine(makeBundle("slow", "exec sleep 600\n")));
-        _scheduler.addQueue(
-            "recorded",
-            _folder.write("recorded.ppd", ppdWith("0 jobfilter\"\n", "0 jobfilter-recorder\"\n")),
-            printer.deviceURI());
+        addQueueWith("recorded", "0 jobfilter\"\n", "0 jobfilter-recorder\"\n");
+        addQueueWith("headless",
+                     "*JCLToPSInterpreter: \"@PJL ENTER LANGUAGE = POSTSCRIPT<0D><0A>\"\n", "");
     }
 
     PrivateScheduler &scheduler() { return _scheduler; }
@@ -94,11 +93,16 @@ private:
         return bundle;
     }
 
-    void addQueue(const std::string &name, const std::string &newBundleLine)
+    void addQueue(const std::string &name, const std::string &newBundleLine) const
     {
-        const std::string ppd =
-            _folder.write(name + ".ppd", ppdWith(bundleLine(KL_TOOLKIT_BUNDLE), newBundleLine));
-        _scheduler.addQueue(name, ppd, printer.deviceURI());
+        addQueueWith(name, bundleLine(KL_TOOLKIT_BUNDLE), newBundleLine);
+    }
+
+    void addQueueWith(const std::string &name, const std::string &line,
+                      const std::string &replacement) const
+    {
+        _scheduler.addQueue(name, _folder.write(name + ".ppd", ppdWith(line, replacement)),
+                            printer.deviceURI());
     }
 
     void makeDocuments() const

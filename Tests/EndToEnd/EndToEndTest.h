@@ -29,6 +29,9 @@ protected:
     /// The sample queue with the name of a toolkit bundle that does not exist.
     static constexpr char kNoToolkitQueue[] = "bare";
 
+    /// The sample queue, but nothing in its PPD enters PostScript.
+    static constexpr char kHeadlessQueue[] = "headless";
+
     /// The pages of the documents but for the picture, which has one.
     static constexpr std::size_t kPages = 5;
 

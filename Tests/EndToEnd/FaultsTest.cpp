@@ -148,6 +148,18 @@ TEST_F(FaultsTest, JobsOwnHeaderIsReplacedByOurs)
     }
 }
 
+// libcups writes no header then; the pages and the end of the job still come.
+TEST_F(FaultsTest, QueueWhosePPDEntersNoLanguagePrintsWithoutHeader)
+{
+    const int job = submit(kHeadlessQueue, "sample.ps");
+    EXPECT_EQ("completed", scheduler().waitForJob(job).state);
+    ASSERT_EQ(1U, printer().jobs().size());
+    const std::string bytes = printer().jobs()[0];
+    EXPECT_THAT(bytes, testing::StartsWith("%!PS-Adobe-3.0\n"));
+    EXPECT_EQ(bytes.find("\033%-12345X"), bytes.rfind("\033%-12345X"));
+    EXPECT_THAT(bytes, testing::EndsWith("@PJL EOJ\n"));
+}
+
 TEST_F(FaultsTest, BodyThatEndsInsideAMarkerIsPrinted)
 {
     const Support::TemporaryFolder folder;
