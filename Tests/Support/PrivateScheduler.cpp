@@ -27,6 +27,9 @@ namespace {
 constexpr char kServerBin[] = KL_CUPS_SERVERBIN;
 constexpr char kDataDir[] = KL_CUPS_DATADIR;
 
+/// What the build's sanitizers are told reaches the filters too.
+constexpr char kPassedEnvironment[] = "PassEnv ASAN_OPTIONS LSAN_OPTIONS UBSAN_OPTIONS\n";
+
 constexpr char kConfiguration[] = R"(LogLevel debug
 MaxLogSize 0
 Browsing No
@@ -147,8 +150,8 @@ void PrivateScheduler::writeConfiguration() const
               kConfiguration + ("Listen 127.0.0.1:" + std::to_string(_port) + "\n"));
     const std::string top = _folder.path();
     writeFile(_folder.file("etc/cups-files.conf"),
-              jobUser() + "ServerRoot " + top + "/etc\nServerBin " + top + "/bin\nDataDir " +
-                  kDataDir + "\nRequestRoot " + top + "/spool\nTempDir " + top +
+              jobUser() + kPassedEnvironment + "ServerRoot " + top + "/etc\nServerBin " + top +
+                  "/bin\nDataDir " + kDataDir + "\nRequestRoot " + top + "/spool\nTempDir " + top +
                   "/spool/tmp\nCacheDir " + top + "/cache\nStateDir " + top + "/run\nErrorLog " +
                   top + "/error_log\nAccessLog " + top + "/access_log\nPageLog " + top +
                   "/page_log\n");
