@@ -1,6 +1,7 @@
 #include "PostScriptCommands.h"
 
 #include "Program.h"
+#include "ToolkitError.h"
 #include "ToolkitPostScript.h"
 
 #include <fmt/format.h>
@@ -220,4 +221,45 @@ TEST(ToolkitLongDocumentTest, TwoHundredPages)
     ASSERT_EQ(100U, sheets.pages.size());
     for (const auto &sheet : sheets.pages)
         EXPECT_TRUE(sheet.boxOf(kRed));
+}
+
+// --- Cut off -------------------------------------------------------------------------------------
+
+/// What is left of a real document prints as a booklet, all of its whole pages.
+TEST_P(ToolkitRealDocumentsTest, CutOffAnywhereItIsServedOrRefused)
+{
+    const std::string text = document(4);
+    const Booklet booklet = {"A4", 0, 0, Ordering::LeftToRight};
+    const CoverPages covers = {.back = {CoverStyle::NoPrint, "None", "Auto"},
+                               .front = {CoverStyle::Print1, "None", "Auto"},
+                               .source = "Auto",
+                               .media = "None",
+                               .duplex = "none"};
+    const std::string comment = "\n%%Page";
+    const std::size_t firstPage = text.find(comment + ": ") + comment.size();
+    for (std::size_t size = 0; size < text.size(); size += text.size() / 97) {
+        SCOPED_TRACE(size);
+        const std::string part = text.substr(0, size);
+        if (size < firstPage) {
+            EXPECT_THROW(processed(part, draft(true)), ToolkitError);
+            EXPECT_THROW(processed(part, booklet), ToolkitError);
+            EXPECT_THROW(processed(part, covers), ToolkitError);
+            continue;
+        }
+        EXPECT_GT(processed(part, draft(true)).size(), part.size());
+        EXPECT_GT(processed(part, booklet).size(), part.size());
+        EXPECT_GT(processed(part, covers).size(), part.size());
+    }
+
+    const std::size_t thirdPage = text.find("\n%%Page: 3");
+    const std::size_t fourthPage = text.find("\n%%Page: 4");
+    for (const std::size_t size : {thirdPage + (fourthPage - thirdPage) / 3, fourthPage - 40}) {
+        const Rendering sheets =
+            renderText(processed(text.substr(0, size), booklet), {.resolution = 36});
+        ASSERT_EQ(2U, sheets.pages.size());
+        const auto &front = sheets.pages[0];
+        EXPECT_EQ(colourOf(1), front.colourAt({front.width() - 60, front.height() * 3 / 4}));
+        const auto &back = sheets.pages[1];
+        EXPECT_EQ(colourOf(2), back.colourAt({back.width() - 60, back.height() / 4}));
+    }
 }
