@@ -209,6 +209,15 @@ TEST_F(DSCDocumentTest, CountThatIsWrongIsMendedByTheEndComment)
     }
 }
 
+/// Would take hours if each of them led through the rest of the document.
+TEST_F(DSCDocumentTest, ManyWrongCountsDoNotAddUp)
+{
+    std::string text = kHead + "%%Page: 1 1\n";
+    for (int section = 0; section < 200000; ++section)
+        text += "%%BeginData: 9999999 Hex Lines\nx\n%%EndData\n";
+    EXPECT_EQ(2U, pages(text + "%%Page: 2 2\n").size());
+}
+
 TEST_F(DSCDocumentTest, DataThatTheEndCutsOffReachToTheEnd)
 {
     EXPECT_EQ(1U, pages(kHead + "%%Page: 1 1\n%%BeginBinary: 999\n%%Page: 9 9\n").size());

@@ -8,6 +8,10 @@ namespace {
 constexpr std::string_view kLineEnds = "\r\n";
 constexpr std::string_view kBlanks = " \t";
 
+/// Each wrong count may cost a look at the rest of the document. After so many of them, counts are
+/// no longer believed.
+constexpr unsigned kMostWrongCounts = 16;
+
 std::string_view withoutBlanks(std::string_view text)
 {
     const auto first = text.find_first_not_of(kBlanks);
@@ -146,17 +150,17 @@ std::uint64_t DSCScanner::behindLine(std::uint64_t position)
 /// Moves the position behind a section of data.
 void DSCScanner::passOver(const DSCComment &begin, DataSection &section)
 {
-    if (const auto behind = behindCount(begin)) {
+    const auto behind = _wrongCounts < kMostWrongCounts ? behindCount(begin) : std::nullopt;
+    if (behind) {
         if (const auto end = endCommentNear(*behind, section.end)) {
             _position = behindLine(*end);
             return;
         }
     }
     // The count is wrong, or the document ends too early.
-    if (findEndComment(section))
-        return;
-    const auto behind = behindCount(begin);
-    _position = behind && *behind >= _end ? _end : begin.end;
+    ++_wrongCounts;
+    if (!findEndComment(section))
+        _position = behind && *behind >= _end ? _end : begin.end;
 }
 
 /// Where the data end by their count; nullopt when there is none.

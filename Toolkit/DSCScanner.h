@@ -67,4 +67,5 @@ private:
     std::uint64_t _depth = 0;     ///< of embedded documents
     DataSection _binary{"%%BeginBinary", "%%EndBinary"};
     DataSection _data{"%%BeginData", "%%EndData"};
+    unsigned _wrongCounts = 0;
 };
