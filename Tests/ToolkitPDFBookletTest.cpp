@@ -166,7 +166,10 @@ TEST_P(ToolkitPDFBookletOrderTest, BookletsOf1To64PagesReadInOrderOnceFolded)
 }
 
 INSTANTIATE_TEST_SUITE_P(BothWays, ToolkitPDFBookletOrderTest,
-                         testing::Values(Ordering::LeftToRight, Ordering::RightToLeft));
+                         testing::Values(Ordering::LeftToRight, Ordering::RightToLeft),
+                         [](const auto &instance) {
+                             return instance.param == Ordering::LeftToRight ? "LTR" : "RTL";
+                         });
 
 TEST_F(ToolkitPDFBookletTest, TheFirstFrontHasTheLastPageOnTheLeft)
 {
