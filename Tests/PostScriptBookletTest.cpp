@@ -455,6 +455,29 @@ TEST(PostScriptBookletTest, OtherRequestsOfPagesStay)
               deviceLog(processed(sample.text(), booklet())));
 }
 
+TEST(PostScriptBookletTest, ProceduresOfTheDeviceAreCalledForEachPage)
+{
+    // A mark of the setup's own on every page, one beneath and one on top.
+    PostScriptSample sample = colouredPages(3);
+    sample.setup += "<< /BeginPage { pop 0 1 0 setrgbcolor 0 200 200 100 rectfill }\n"
+                    "/EndPage { 2 ne exch pop dup { gsave matrix defaultmatrix setmatrix initclip\n"
+                    "1 0 0 setrgbcolor 50 100 100 50 rectfill grestore } if } >> setpagedevice\n";
+    for (auto &page : sample.pages)
+        page = "90 rotate 0 0 1 setrgbcolor 0 -200 100 200 rectfill showpage\n";
+    const auto sheets = rendered(processed(sample.text(), booklet()));
+    ASSERT_EQ(2U, sheets.pages.size());
+    const auto expectMarks = [](const RenderedPage &sheet, double middle) {
+        EXPECT_EQ(kBlue, colourAt(sheet, middle, 100));
+        EXPECT_EQ(kRed, colourAt(sheet, middle, 250));
+        EXPECT_EQ(Support::kGreen, colourAt(sheet, middle, 500));
+    };
+    expectMarks(sheets.pages[0], kRight);
+    expectMarks(sheets.pages[1], kLeft);
+    expectMarks(sheets.pages[1], kRight);
+    for (const double y : {100.0, 250.0, 500.0})
+        EXPECT_EQ(kWhite, colourAt(sheets.pages[0], kLeft, y));
+}
+
 TEST(PostScriptBookletTest, RequestThatIsInForceAlreadyDoesNotDisturbTheSheet)
 {
     PostScriptSample sample = colouredPages(4);
