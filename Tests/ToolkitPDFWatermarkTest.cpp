@@ -377,6 +377,21 @@ TEST_F(ToolkitPDFWatermarkTest, ContentsInSeveralPartsStayWhole)
     }
 }
 
+TEST_F(ToolkitPDFWatermarkTest, APartThatCannotBeUnpackedIsRefusedWhereItHasToBe)
+{
+    PDFBuilder builder;
+    const std::string good = builder.addStream(kPicture);
+    const std::string bad = builder.addStream("no such data", "/Filter /FlateDecode");
+    builder.addPage(std::string(kSmall) + " /Contents [" + good + " " + bad + "]");
+    EXPECT_EQ("The PDF document has a page that is damaged or too large.",
+              problem(builder.document()));
+
+    PDFBuilder single;
+    single.addPage(std::string(kSmall) + " /Contents " +
+                   single.addStream("no such data", "/Filter /FlateDecode"));
+    EXPECT_EQ("none", problem(single.document()));
+}
+
 TEST_F(ToolkitPDFWatermarkTest, PagesMayShareContentsButNotResources)
 {
     PDFBuilder builder;

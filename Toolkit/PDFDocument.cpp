@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -144,5 +145,8 @@ void PDFDocument::write(std::FILE *output)
                            std::generic_category().message(problem.getErrno()) + ".");
     } catch (const QPDFExc &problem) {
         refuse(problem);
+    } catch (const std::runtime_error &) {
+        // Contents were asked for that cannot be had (PDFPage.cpp); the library words it anew.
+        throw ToolkitError("The PDF document has a page that is damaged or too large.");
     }
 }

@@ -1,10 +1,9 @@
 #include "PDFPage.h"
 
-#include "ToolkitError.h"
-
 #include <qpdf/Pipeline.hh>
 
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -85,7 +84,7 @@ public:
     void write(const unsigned char *data, std::size_t size) override
     {
         if (size > _left)
-            throw ToolkitError("The PDF document has a page that is too large.");
+            throw std::runtime_error("a page's contents are too large");
         _left -= size;
         getNext()->write(data, size);
     }
@@ -102,7 +101,7 @@ void pipeParts(std::vector<QPDFObjectHandle> parts, Pipeline *output)
     LimitedPipeline limited(output, kMostContents);
     for (QPDFObjectHandle &part : parts) {
         if (!part.pipeStreamData(&limited, 0, qpdf_dl_specialized, true))
-            throw ToolkitError("The PDF document is damaged: a page cannot be read.");
+            throw std::runtime_error("a page's contents are damaged");
         limited.writeCStr("\n");
     }
     output->finish();

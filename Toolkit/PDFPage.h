@@ -57,8 +57,8 @@ public:
     /// A form that draws the page in the page's own user space.
     /// @param bounds  what of it shows, in user space
     /// @return nullopt for a page without contents
-    /// @throws ToolkitError, later when the document is written, when contents in several parts
-    ///         cannot be put together
+    /// Contents in several parts are put together when the document is written; where that cannot
+    /// be done, writing fails.
     std::optional<QPDFObjectHandle> formOf(const PDFPage &page,
                                            const QPDFObjectHandle::Rectangle &bounds);
 
