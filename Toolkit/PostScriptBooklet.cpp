@@ -21,10 +21,9 @@ constexpr std::array<std::string_view, 7> kDocumentComments = {
     "%%Orientation", "%%DocumentMedia", "%%DocumentPaperSizes"};
 
 /// What structures a page, or tells about it, and has no place within a half.
-constexpr std::array<std::string_view, 9> kPageComments = {
-    "%%BeginPageSetup",  "%%EndPageSetup",         "%%PageTrailer",
-    "%%PageBoundingBox", "%%PageHiResBoundingBox", "%%PageOrientation",
-    "%%PageMedia",       "%%PageRequirements",     "%%PageOrder"};
+constexpr std::array<std::string_view, 8> kPageComments = {
+    "%%BeginPageSetup",       "%%EndPageSetup",    "%%PageTrailer", "%%PageBoundingBox",
+    "%%PageHiResBoundingBox", "%%PageOrientation", "%%PageMedia",   "%%PageRequirements"};
 
 /// Writes one booklet.
 class BookletWriter {

@@ -62,14 +62,14 @@ private:
     void writeProlog();
     void writeCover(const CoverSheet &sheet, const Cover &cover);
     void writeJob();
-    void writeSettings(const std::string &source, const std::string &media,
-                       const std::string &duplex);
-    void writePendingSettings();
+    void scheduleSettings(const std::string &source, const std::string &media,
+                          const std::string &duplex);
+    void writeSettings();
     void writePages(const PageRange &pages);
     void writePage(const DSCPage &page);
     void writeContent(const DSCPage &page);
     void writeBlankSide();
-    void writeBlankSheetSize();
+    void scheduleBlankSheetSize();
     std::int64_t sideCount() const;
     std::string codeOfDuplex(const std::string &choice) const;
     std::string named(std::string_view procedures) const { return withRunNumber(procedures, _run); }
@@ -107,8 +107,8 @@ void CoverPagesWriter::write()
     if (_plan.back)
         writeCover(*_plan.back, _request.back);
     if (_plan.back || (_plan.front && _plan.job.isEmpty()))
-        writeSettings(_request.source, _request.media, duplexInPPD(_request.duplex));
-    writePendingSettings();
+        scheduleSettings(_request.source, _request.media, duplexInPPD(_request.duplex));
+    writeSettings();
     _writer.copyWithout(_document.trailer(), kCountComment);
 }
 
@@ -143,10 +143,10 @@ void CoverPagesWriter::writeProlog()
 
 void CoverPagesWriter::writeCover(const CoverSheet &sheet, const Cover &cover)
 {
-    writeSettings(cover.source, cover.media,
-                  sheet.oneSided ? "None" : duplexInPPD(_request.duplex));
+    scheduleSettings(cover.source, cover.media,
+                     sheet.oneSided ? "None" : duplexInPPD(_request.duplex));
     if (sheet.pages.isEmpty()) {
-        writeBlankSheetSize();
+        scheduleBlankSheetSize();
         writeBlankSide();
     }
     writePages(sheet.pages);
@@ -157,14 +157,14 @@ void CoverPagesWriter::writeJob()
     if (_plan.job.isEmpty())
         return;
     if (_plan.front)
-        writeSettings(_request.source, _request.media, duplexInPPD(_request.duplex));
+        scheduleSettings(_request.source, _request.media, duplexInPPD(_request.duplex));
     writePages(_plan.job);
     if (_plan.blankSideBehindJob)
         writeBlankSide();
 }
 
-void CoverPagesWriter::writeSettings(const std::string &source, const std::string &media,
-                                     const std::string &duplex)
+void CoverPagesWriter::scheduleSettings(const std::string &source, const std::string &media,
+                                        const std::string &duplex)
 {
     std::string code = _features.code("InputSlot", sourceInPPD(source, _features));
     if (media != "None")
@@ -184,14 +184,14 @@ std::string CoverPagesWriter::codeOfDuplex(const std::string &choice) const
     return code;
 }
 
-void CoverPagesWriter::writePendingSettings()
+void CoverPagesWriter::writeSettings()
 {
     _writer.lines(_settings);
     _settings.clear();
 }
 
 /// The sheet is as large as the page beside it.
-void CoverPagesWriter::writeBlankSheetSize()
+void CoverPagesWriter::scheduleBlankSheetSize()
 {
     const auto &pages = _document.pages();
     if (const auto size = _document.mediaOf(_sides == 0 ? pages.front() : pages.back()))
@@ -202,7 +202,7 @@ void CoverPagesWriter::writeBlankSheetSize()
 void CoverPagesWriter::writeBlankSide()
 {
     _writer.lines(fmt::format("%%Page: (blank) {}\n", ++_sides));
-    writePendingSettings();
+    writeSettings();
     _writer.lines(named("KLToolkitCoverPagesBlank.N\n"));
 }
 
@@ -217,7 +217,7 @@ void CoverPagesWriter::writePage(const DSCPage &page)
     const DSCComment comment = _document.pageComment(page);
     _writer.lines(fmt::format("%%Page: {} {}\n", labelOfPage(comment), ++_sides));
     _writer.copy({comment.end, page.content});
-    writePendingSettings();
+    writeSettings();
     writeContent(page);
 }
 
