@@ -38,8 +38,10 @@ Characters charactersOf(const std::string &text)
     unsigned count = 0;
     const hb_glyph_info_t *decoded = hb_buffer_get_glyph_infos(buffer.get(), &count);
     Characters characters;
-    for (unsigned i = 0; i < count; ++i)
-        characters.push_back(isControl(decoded[i].codepoint) ? ' ' : decoded[i].codepoint);
+    for (unsigned i = 0; i < count; ++i) {
+        if (!isControl(decoded[i].codepoint))
+            characters.push_back(decoded[i].codepoint);
+    }
     return characters;
 }
 

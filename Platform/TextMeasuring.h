@@ -11,7 +11,7 @@ namespace Platform {
 // A font is named by its PostScript name ("Helvetica-Bold"). Fontconfig finds it; the base names
 // that every PostScript printer has resolve to faces of the same metrics, and an unknown name to
 // the nearest that fontconfig offers. What the font lacks comes from other fonts, character by
-// character. Texts are UTF-8; a byte that is not, sets U+FFFD, a control character a blank.
+// character. Texts are UTF-8; a byte that is not, sets U+FFFD, a control character nothing.
 // Right-to-left and complex scripts are set as their rules ask.
 
 /// Width: how far the pen moves. Height: ascent + descent + line gap.
