@@ -65,6 +65,12 @@ const DirectoryContext kOrganisation = {"o=Company",
                                         "dn: o=Company\nobjectClass: organization\no: Company\n\n" +
                                             user("dora", "o=Company") + user("anna", "o=Company")};
 
+const DirectoryContext kTwoAnnas = {"dc=example,dc=com",
+                                    kExample.ldif +
+                                        "dn: ou=people,dc=example,dc=com\n"
+                                        "objectClass: organizationalUnit\nou: people\n\n" +
+                                        user("anna", "ou=people,dc=example,dc=com")};
+
 /// All that the service says about a user.
 struct Answer {
     std::size_t records = 0;
@@ -332,14 +338,9 @@ TEST_F(LDAPDirectoryServiceTest, NextServerIsNotAskedWhenTheFirstKnowsNobody)
     EXPECT_EQ(0U, ask("anna").records);
 }
 
-TEST_F(LDAPDirectoryServiceTest, SizeLimitLeavesNoRecords)
+TEST_F(LDAPDirectoryServiceTest, SizeLimitOfTheServerLeavesNoRecords)
 {
-    const DirectoryServer server(
-        {{"dc=example,dc=com", kExample.ldif +
-                                   "dn: ou=people,dc=example,dc=com\n"
-                                   "objectClass: organizationalUnit\nou: people\n\n" +
-                                   user("anna", "ou=people,dc=example,dc=com")}},
-        {}, {}, "sizelimit 1\n");
+    const DirectoryServer server({kTwoAnnas}, {}, {}, "sizelimit 1\n");
     configure("URI " + server.uri());
     EXPECT_EQ(0U, ask("anna").records);
     EXPECT_EQ(1U, ask("Jürgen").records);
@@ -347,9 +348,9 @@ TEST_F(LDAPDirectoryServiceTest, SizeLimitLeavesNoRecords)
 
 TEST_F(LDAPDirectoryServiceTest, SizeLimitOfTheConfigurationDoesNotCount)
 {
-    const DirectoryServer server({kExample, kOrganisation});
-    configure("URI " + server.uri() + "\nSIZELIMIT 1\nBASE dc=example,dc=com");
-    EXPECT_EQ(1U, ask("anna").records);
+    const DirectoryServer server({kTwoAnnas});
+    configure("URI " + server.uri() + "\nSIZELIMIT 1");
+    EXPECT_EQ(2U, ask("anna").records);
 }
 
 TEST_F(LDAPDirectoryServiceTest, ContextEntryThatNobodyMayReadGivesNoDetails)
