@@ -381,6 +381,17 @@ INSTANTIATE_TEST_SUITE_P(
         Page{"MediaInThePage", "", "", "<< /MediaColor (red) >> setpagedevice " FILL "showpage\n"},
         Page{"MediaInASavedState", "", "",
              "save << /MediaColor (red) >> setpagedevice " FILL "showpage restore\n"},
+        Page{"MediaInASavedStateShownAfterRestore", "", "",
+             "save save << /MediaColor (red) >> setpagedevice gsave gsave " FILL "restore\n"
+             "save 9 9 scale restore restore initgraphics showpage\n"},
+        Page{"MediaInAStateSavedInTheSetup", "", "/level save def\n",
+             "colour currentrgbcolor level restore /level save def\n"
+             "<< /MediaColor (red) >> setpagedevice setrgbcolor\n"
+             "0 0 200 300 rectfill showpage\n"},
+        Page{"MediaOfTheSetupInASavedState", "",
+             "/level save def << /MediaColor (red) >> setpagedevice\n",
+             "colour currentrgbcolor level restore /level save def setrgbcolor\n"
+             "0 0 200 300 rectfill showpage\n"},
         Page{"MediaAfterMarks", "", "",
              FILL "<< /MediaColor (blue) >> setpagedevice " FILL "showpage\n"},
         Page{"MediaInAKeptState", "", "",
@@ -453,6 +464,25 @@ TEST(PostScriptBookletTest, OtherRequestsOfPagesStay)
               "SET MediaColor c1 \nSHOW\nSET MediaColor c4 \n"
               "SET MediaColor c2 \nSHOW\nSET MediaColor c3 \n",
               deviceLog(processed(sample.text(), booklet())));
+}
+
+TEST(PostScriptBookletTest, RequestsInSavedStatesAreMadeInTime)
+{
+    PostScriptSample sample = colouredPages(8);
+    for (auto &page : sample.pages)
+        page =
+            "save << /PageSize [200 300] /MediaColor (red) >> setpagedevice\n" + page + "restore\n";
+    const std::string output = processed(sample.text(), booklet());
+    EXPECT_EQ("SET PageSize 595.276 841.89 ImagingBBox null \n"
+              "SET Duplex true Tumble true \n"
+              "SET MediaColor red \n"
+              "SHOW\nSHOW\nSHOW\nSHOW\n",
+              deviceLog(output));
+    const auto sheets = rendered(output);
+    EXPECT_EQ(colourOf(8), colourAt(sheets.pages.at(0), kLeft, kMiddle));
+    EXPECT_EQ(colourOf(1), colourAt(sheets.pages.at(0), kRight, kMiddle));
+    EXPECT_EQ(colourOf(4), colourAt(sheets.pages.at(3), kLeft, kMiddle));
+    EXPECT_EQ(colourOf(5), colourAt(sheets.pages.at(3), kRight, kMiddle));
 }
 
 TEST(PostScriptBookletTest, ProceduresOfTheDeviceAreCalledForEachPage)
