@@ -43,7 +43,7 @@ public:
 
     JobStatus status(int job) const;
 
-    /// Waits until the job is completed, cancelled or aborted.
+    /// Waits until the job is completed, cancelled, aborted or stopped by a filter that failed.
     /// @throws std::runtime_error, with the job's log, after a minute
     JobStatus waitForJob(int job) const;
 
