@@ -12,7 +12,8 @@ class KLPrintJob;
 /// Called for a line, it decides by that line and the job's options alone, and edits it through
 /// the handler. Markers are lines that begin like this, letter case included:
 /// - DSSC "ACCESSCODE=": carries the department code; removed when the job has none.
-/// - DSSC "COLLATE=": gets "FORCE_DEVICECOLOR=" before it. That is 1 exactly when the colour profile
+/// - DSSC "COLLATE=": gets "FORCE_DEVICECOLOR=" before it. That is 1 exactly when the colour
+/// profile
 ///   that the job names by a file URL is the standard sRGB one, the colour matching is not the
 ///   vendor's and the print settings' colour matching mode is not the number 0; 0 otherwise, also
 ///   when the URL or the profile is not usable. The file is opened only when it decides.
