@@ -104,4 +104,27 @@ TEST(DocumentationTest, PromisesListExactlyTheLogLinesOfTheCode)
     EXPECT_EQ(logLinesInCode(), documented);
 }
 
+TEST(DocumentationTest, GuidesThatPagesReferToAreThere)
+{
+    Keys guides;
+    Keys named;
+    for (const auto &page : fs::directory_iterator(KL_DOCUMENTATION)) {
+        const std::string extension = page.path().extension();
+        if (extension == ".md")
+            guides.insert(page.path().filename());
+        if (extension != ".png")
+            collect(named, readFile(page.path()), R"re(([\w-]+\.md)\b)re");
+    }
+    EXPECT_THAT(named, testing::IsSupersetOf({"directory.md", "driver-writers.md", "options.md"}));
+    EXPECT_THAT(guides, testing::IsSupersetOf(named));
+}
+
+TEST(DocumentationTest, ManualPageNamesTheGuidesOfAdministrators)
+{
+    const std::string page = readFile(KL_DOCUMENTATION "/jobfilter.8");
+    for (const char *guide :
+         {"administrators.md", "directory.md", "driver-writers.md", "options.md", "promises.md"})
+        EXPECT_THAT(page, testing::HasSubstr(guide));
+}
+
 } // namespace
