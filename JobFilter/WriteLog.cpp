@@ -1,9 +1,35 @@
 #include "WriteLog.h"
 
+#include <algorithm>
 #include <unistd.h>
+
+namespace {
+
+/// What fits into one line of the scheduler's, in bytes without the line feed. Behind it the
+/// scheduler breaks the line, and takes what the rest begins with for a command.
+constexpr std::size_t kLongestLine = 2046;
+constexpr std::string_view kCutMark = "...";
+
+bool continuesCharacter(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+void cutToOneLine(std::string &message)
+{
+    if (message.size() <= kLongestLine)
+        return;
+    std::size_t end = kLongestLine - kCutMark.size();
+    while (end > 0 && continuesCharacter(message[end]))
+        --end;
+    message.replace(end, std::string::npos, kCutMark);
+}
+
+} // namespace
 
 std::string onOneLine(std::string message)
 {
+    std::ranges::replace(message, '\0', ' ');
     const auto lastOther = message.find_last_not_of("\r\n");
     if (lastOther == std::string::npos)
         return message;
@@ -11,6 +37,7 @@ std::string onOneLine(std::string message)
         if (message[at] == '\r' || message[at] == '\n')
             message[at] = ' ';
     }
+    cutToOneLine(message);
     return message;
 }
 

@@ -204,7 +204,7 @@ void printJob(const Arguments &arguments)
 
 [[noreturn]] void die(const char *reason)
 {
-    std::fprintf(stderr, "CRIT: %s\n", onOneLine(reason).c_str());
+    std::fprintf(stderr, "%s\n", onOneLine(std::string("CRIT: ") + reason).c_str());
     std::exit(EXIT_FAILURE);
 }
 

@@ -63,8 +63,8 @@ public:
                                                             "while [ $# -gt 2 ]; do shift; done\n"
                                                             "cat \"$1\" >\"$last\"\n")));
         // Not at once: a toolkit that has ended at the first look keeps its text to itself.
-        addQueue("broken",
-                 bundleLine(makeBundle("failing", "echo out of ideas >&2; sleep 0.5; exit 3\n")));
+        addQueue("broken", bundleLine(makeBundle("failing", "echo out of ideas for ${4} ${14} >&2\n"
+                                                            "sleep 0.5; exit 3\n")));
         addQueue("slow", bundleLine(makeBundle("slow", "exec sleep 600\n")));
         addQueueWith("recorded", "0 jobfilter\"\n", "0 jobfilter-recorder\"\n");
         addQueueWith("headless",

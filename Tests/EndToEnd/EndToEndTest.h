@@ -22,7 +22,7 @@ protected:
     static constexpr char kRecordedQueue[] = "recorded";
     /// The sample queue with a toolkit that leaves pages alone and notes how it was called.
     static constexpr char kToolkitQueue[] = "toolkit";
-    /// The sample queue with a toolkit that fails.
+    /// The sample queue with a toolkit that fails and complains about a watermark's font and text.
     static constexpr char kBrokenToolkitQueue[] = "broken";
     /// The sample queue with a toolkit that takes for ever.
     static constexpr char kSlowToolkitQueue[] = "slow";

@@ -109,6 +109,21 @@ TEST_F(FaultsTest, ToolkitFailureShowsUpAsThePrintersMessageAndTheJobIsPrinted)
     EXPECT_THAT(Support::problemsOfPJLJob(printer().jobs()[0]), IsEmpty());
 }
 
+// The scheduler breaks a line that is too long for it and obeys what the rest begins with.
+TEST_F(FaultsTest, LongErrorTextOfTheToolkitCannotSpeakToTheScheduler)
+{
+    const std::string font(1000, 'f');
+    const std::string beginning =
+        "DEBUG: Unable to apply watermark: out of ideas for " + font + " ";
+    const std::string text = std::string(2047 - beginning.size(), 't') + "ERROR: smuggled";
+    const int job = submit(kBrokenToolkitQueue, "sample.ps",
+                           {"-o", "com.kalmira.pde.watermark.font=" + font, "-o",
+                            "com.kalmira.pde.watermark.text='" + text + "'"});
+    EXPECT_EQ("completed", scheduler().waitForJob(job).state);
+    EXPECT_THAT(scheduler().log(job), HasSubstr("out of ideas for fff"));
+    EXPECT_THAT(scheduler().log(job), Not(HasSubstr("] smuggled"))); // a line of its own
+}
+
 TEST_F(FaultsTest, QueueWithoutTheToolkitPrintsAndSaysWhatIsMissing)
 {
     const int job = submit(kNoToolkitQueue, "sample.ps", {"-o", "BookletPaperSize=A3"});
