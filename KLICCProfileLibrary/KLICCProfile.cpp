@@ -1,5 +1,7 @@
 #include "KLICCProfile.h"
 
+#include "Descriptor.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -16,6 +18,7 @@ namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 using Data = std::pmr::vector<std::uint8_t>;
+using Platform::Descriptor;
 
 // The parts of the format that are read, as offsets in bytes from the start of the file (ICC.1,
 // "Profile header" and "Profile tag table"). All numbers are big-endian.
@@ -73,24 +76,6 @@ std::optional<std::uint32_t> numberAt(Bytes bytes, std::uint64_t offset)
            std::uint32_t{(*four)[2]} << 8 | std::uint32_t{(*four)[3]};
 }
 
-/// A descriptor with an owner.
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) : _descriptor(descriptor) {}
-    ~Descriptor()
-    {
-        if (_descriptor >= 0)
-            close(_descriptor);
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    int get() const { return _descriptor; }
-
-private:
-    int _descriptor;
-};
-
 bool isRegularFile(const struct stat &status)
 {
     return S_ISREG(status.st_mode);
@@ -104,13 +89,11 @@ Descriptor openRegularFile(const std::string &path)
     // wait for data to come: not with O_NONBLOCK, which means nothing to files on a disk.
     struct stat status = {};
     if (stat(path.c_str(), &status) != 0 || !isRegularFile(status))
-        return Descriptor(-1);
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
-    if (descriptor >= 0 && (fstat(descriptor, &status) != 0 || !isRegularFile(status))) {
-        close(descriptor);
-        return Descriptor(-1);
-    }
-    return Descriptor(descriptor);
+        return Descriptor();
+    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+    if (fstat(file.number(), &status) != 0 || !isRegularFile(status))
+        file.close();
+    return file;
 }
 
 /// The next bytes of the file; empty at its end and after an error.
@@ -118,7 +101,7 @@ Bytes readBlock(const Descriptor &file, std::span<std::uint8_t> block)
 {
     ssize_t length;
     do
-        length = read(file.get(), block.data(), block.size());
+        length = read(file.number(), block.data(), block.size());
     while (length < 0 && errno == EINTR);
     return block.first(length > 0 ? static_cast<std::size_t>(length) : 0);
 }
