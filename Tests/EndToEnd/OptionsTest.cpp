@@ -63,6 +63,13 @@ TEST_F(OptionsTest, UserAndCopiesOfTheOptionsWinOverTheArguments)
     EXPECT_THAT(lines, Contains("@PJL SET COPIES = 7"));
 }
 
+TEST_F(OptionsTest, TitleInTheHeaderIsTheJobsOwn)
+{
+    const auto lines = headerWith({lpOption("com.kalmira.jobname", "Secret")});
+    EXPECT_THAT(lines, Contains(HasSubstr("sample.ps")));
+    EXPECT_THAT(lines, Not(Contains(HasSubstr("Secret"))));
+}
+
 TEST_F(OptionsTest, JobEndNamesThePageSize)
 {
     EXPECT_THAT(printWith({"PageSize=A3"}).end, HasSubstr("JOBENDINFO PAGESIZE=A3\r\n"));
