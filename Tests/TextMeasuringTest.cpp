@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
+
+#include "TemporaryFolder.h"
 
 using Platform::measureText;
 using Platform::ShapedText;
@@ -80,9 +83,52 @@ void expectWithin1Percent(double expected, double actual)
     EXPECT_NEAR(expected, actual, std::abs(expected) / 100);
 }
 
+/// What the metrics file (AFM) of a face publishes about a text: the sum of its characters' widths,
+/// and from where to where their boxes reach. In thousandths of the size; without kerning.
+struct PublishedMetrics {
+    double width = 0;
+    Range heights = {0, 0};
+};
+
+/// The metrics file that Debian ships beside the face for "Helvetica".
+std::string metricsFileOfHelvetica()
+{
+    return Support::readFile("/usr/share/fonts/type1/urw-base35/NimbusSans-Regular.afm");
+}
+
+PublishedMetrics publishedMetrics(const std::string &metricsFile, const std::string &text)
+{
+    PublishedMetrics all;
+    for (const char character : text) {
+        const auto at = metricsFile.find("\nC " + std::to_string(int{character}) + " ;");
+        double width = 0, low = 0, high = 0;
+        EXPECT_EQ(3,
+                  std::sscanf(metricsFile.c_str() + std::min(at, metricsFile.size()),
+                              " C %*d ; WX %lf ; N %*s ; B %*f %lf %*f %lf", &width, &low, &high))
+            << character;
+        all.width += width;
+        all.heights = {std::min(all.heights.low, low), std::max(all.heights.high, high)};
+    }
+    return all;
+}
+
 } // namespace
 
 // --- metrics of the base names ---
+
+TEST(TextMeasuringTest, HelveticaHasTheExtentThatTheMetricsFileOfItsFacePublishes)
+{
+    const std::string file = metricsFileOfHelvetica();
+    for (const std::string text : {"HEX", "CONFIDENTIAL", "Draft", "Hg", "0123456789"}) {
+        SCOPED_TRACE(text);
+        const PublishedMetrics published = publishedMetrics(file, text);
+        const ShapedText line = shapeText(text, "Helvetica", 1000);
+        const Range drawn = heightsOf(line);
+        expectWithin1Percent(published.width, line.advance);
+        expectWithin1Percent(published.heights.high - published.heights.low,
+                             drawn.high - drawn.low);
+    }
+}
 
 TEST(TextMeasuringTest, HelveticaHasThePublishedWidths)
 {
