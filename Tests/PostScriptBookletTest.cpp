@@ -621,3 +621,16 @@ INSTANTIATE_TEST_SUITE_P(Ends, PostScriptBookletTruncatedTest,
                                          "currentfile 99 string readstring\nabc",
                                          "\n%%BeginBinary: 999\ncurrentfile 999 string readstring\n"
                                          "\n%%Page: 6 6\n"));
+
+TEST(PostScriptBookletTest, OperatorsWhoseValueIsTakenAtOnceAreRefused)
+{
+    for (const char *name :
+         {"showpage", "copypage", "erasepage", "setpagedevice", "initgraphics", "currentpagedevice",
+          "initmatrix", "initclip", "defaultmatrix", "currentmatrix", "setmatrix", "gsave",
+          "grestore", "grestoreall", "save", "restore", "letter", "a4", "note"}) {
+        const PostScriptSample sample{.pages = {std::string("/EP { //") + name + " } def\n"}};
+        EXPECT_THROW(processed(sample.text(), booklet()), ToolkitError) << name;
+    }
+    const PostScriptSample harmless{.pages = {"/EP { //moveto } def\n"}};
+    EXPECT_NO_THROW(processed(harmless.text(), booklet()));
+}

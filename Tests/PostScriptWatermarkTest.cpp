@@ -275,6 +275,7 @@ INSTANTIATE_TEST_SUITE_P(
         Page{"SizeByTheOperatorItself", "/SZ { systemdict begin setpagedevice end } def\n",
              "<< /PageSize [220 320] >> SZ\n"
              "0 0 1 setrgbcolor 20 20 160 100 rectfill showpage\n"},
+        Page{"ShownByTheOperatorItselfInThePageOnly", "", "systemdict /showpage get exec\n"},
         Page{"ShownAfterRestore", "/EP { level restore showpage } bind def\n",
              "/level save def 0 0 1 1 rectclip EP\n"},
         Page{"RestoredAfterItWasShown", "", "save showpage restore\n"},
@@ -304,6 +305,54 @@ TEST(PostScriptWatermarkTest, UnbalancedRestoresDoNoHarm)
         watermark.above = above;
         expectOnEveryPage({.setup = "", .pages = {page, page}}, watermark);
     }
+}
+
+TEST(PostScriptWatermarkTest, EverySheetOfAPageHasIt)
+{
+    // The marks stand beside the watermark: where a sheet begins that no comment announces, it
+    // comes on top of them.
+    const std::string sheet = kBlueBox + "showpage\n";
+    Watermark watermark = draft();
+    watermark.position = {50, 180};
+    for (const bool above : {true, false}) {
+        watermark.above = above;
+        expectOnEveryPage({.pages = {sheet + sheet + sheet, sheet}}, watermark);
+    }
+}
+
+TEST(PostScriptWatermarkTest, SheetsBeforeTheFirstPageHaveNone)
+{
+    const PostScriptSample sample{.setup = kBlueBox + "showpage\n", .pages = {"showpage\n"}};
+    for (const bool above : {true, false}) {
+        const auto result = rendered(processed(sample.text(), draft(above)));
+        ASSERT_EQ(2U, result.pages.size());
+        EXPECT_FALSE(result.pages[0].boxOf(kRed));
+        EXPECT_TRUE(result.pages[1].boxOf(kRed));
+    }
+}
+
+TEST(PostScriptWatermarkTest, OperatorsWhoseValueIsTakenAtOnceAreRefused)
+{
+    const auto text = [](const std::string &name) {
+        return PostScriptSample{.prolog = "/EP { //" + name + " } def\n", .pages = {"EP\n"}}.text();
+    };
+    EXPECT_THROW(processed(text("showpage"), draft(true)), ToolkitError);
+    EXPECT_THROW(processed(text("copypage"), draft(true)), ToolkitError);
+    for (const char *name : {"showpage", "erasepage", "setpagedevice", "letter", "a4", "b5"})
+        EXPECT_THROW(processed(text(name), draft(false)), ToolkitError) << name;
+    // What keeps its meaning may be had at once.
+    EXPECT_NO_THROW(processed(text("setpagedevice"), draft(true)));
+    EXPECT_NO_THROW(processed(text("gsave"), draft(false)));
+}
+
+TEST(PostScriptWatermarkTest, BoundingBoxesTellOfTheDocumentsOwnInk)
+{
+    const std::string boxes = "%%BoundingBox: 20 20 180 120\n%%HiResBoundingBox: 20 20 180 120\n";
+    const std::string page = "%%Page: 1 1\n%%PageBoundingBox: 20 20 180 120\n";
+    const std::string output =
+        processed("%!PS-Adobe-3.0\n" + boxes + "%%EndComments\n" + page + "showpage\n", draft());
+    EXPECT_NE(std::string::npos, output.find(boxes));
+    EXPECT_NE(std::string::npos, output.find(page));
 }
 
 TEST(PostScriptWatermarkTest, CanBeRunTwice)

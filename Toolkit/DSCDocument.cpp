@@ -13,19 +13,6 @@ bool isBlank(const InputFile &file, std::uint64_t begin, std::uint64_t end)
            file.text(begin, end).find_first_not_of(" \t\r\n\f") == std::string::npos;
 }
 
-bool contains(const InputFile &file, DSCRange range, std::string_view text)
-{
-    FileWindow window(file, range.end);
-    while (true) {
-        const std::string_view bytes = window.from(range.begin, text.size());
-        if (bytes.size() < text.size())
-            return false;
-        if (bytes.find(text) != std::string_view::npos)
-            return true;
-        range.begin += bytes.size() - text.size() + 1;
-    }
-}
-
 bool beginsAnotherPart(std::string_view line)
 {
     return line.starts_with("%%Begin") || line.starts_with("%%Page:") ||
@@ -184,8 +171,9 @@ void DSCReader::finish()
         _document._trailer = _document._file.size();
     _document._complete = _inTrailer;
     _document._pages.back().end = _document._trailer;
-    _document._namesOperatorDictionary = contains(
-        _document._file, {_document._headerEnd, _document._pages.front().begin}, "systemdict");
+    FileWindow window(_document._file, _document._file.size());
+    _document._namesOperatorDictionary =
+        window.find("systemdict", _document._headerEnd).has_value();
 }
 
 DSCDocument::DSCDocument(std::FILE *stream) : _file(stream)

@@ -63,8 +63,8 @@ public:
 
     /// Whether the end of the document is there: a %%Trailer or an %%EOF comment.
     bool isComplete() const { return _complete; }
-    /// Whether prolog or setup name the dictionary of the operators, where they may look for
-    /// operators that have been given another meaning.
+    /// Whether anything behind the header names the dictionary of the operators, where it may look
+    /// for operators that have been given another meaning.
     bool namesOperatorDictionary() const { return _namesOperatorDictionary; }
     /// How many procedure sets with a name that begins with kOurProcSets the document carries.
     unsigned countOfOurProcSets() const { return _countOfOurProcSets; }

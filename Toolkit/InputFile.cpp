@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -63,4 +64,19 @@ std::string_view FileWindow::from(std::uint64_t position, std::size_t atLeast)
     }
     const std::size_t offset = position - _begin;
     return std::string_view(_buffer.data(), _filled).substr(offset);
+}
+
+std::optional<std::uint64_t> FileWindow::find(std::string_view text, std::uint64_t position)
+{
+    while (true) {
+        const std::string_view bytes = from(position, text.size());
+        if (bytes.size() < text.size())
+            return std::nullopt;
+        // Several times as fast as the string's own search.
+        const void *found = memmem(bytes.data(), bytes.size(), text.data(), text.size());
+        if (found != nullptr)
+            return position +
+                   static_cast<std::uint64_t>(static_cast<const char *>(found) - bytes.data());
+        position += bytes.size() - text.size() + 1;
+    }
 }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -43,6 +44,10 @@ public:
     /// @param atLeast  at most kSize
     /// @return valid until the next call
     std::string_view from(std::uint64_t position, std::size_t atLeast);
+
+    /// The first place, from a position on, where the text stands.
+    /// @param text  not empty, at most kSize bytes
+    std::optional<std::uint64_t> find(std::string_view text, std::uint64_t position);
 
     static constexpr std::size_t kSize = 256 * 1024;
 

@@ -2,6 +2,7 @@
 
 #include "DSCDocument.h"
 #include "DocumentWriter.h"
+#include "ImmediateNames.h"
 #include "Imposition.h"
 #include "PostScriptText.h"
 #include "ProcSets.h"
@@ -19,6 +20,36 @@ namespace {
 constexpr std::array<std::string_view, 7> kDocumentComments = {
     "%%Pages",       "%%BoundingBox",   "%%HiResBoundingBox",  "%%PageOrder",
     "%%Orientation", "%%DocumentMedia", "%%DocumentPaperSizes"};
+
+/// What Booklet.ps gives another meaning.
+constexpr std::string_view kReplaced[] = {"showpage",
+                                          "copypage",
+                                          "erasepage",
+                                          "setpagedevice",
+                                          "currentpagedevice",
+                                          "initgraphics",
+                                          "initmatrix",
+                                          "initclip",
+                                          "defaultmatrix",
+                                          "currentmatrix",
+                                          "setmatrix",
+                                          "gsave",
+                                          "grestore",
+                                          "grestoreall",
+                                          "save",
+                                          "restore",
+                                          "letter",
+                                          "lettersmall",
+                                          "note",
+                                          "legal",
+                                          "ledger",
+                                          "11x17",
+                                          "a3",
+                                          "a4",
+                                          "a4small",
+                                          "a5",
+                                          "b4",
+                                          "b5"};
 
 /// What structures a page, or tells about it, and has no place within a half.
 constexpr std::array<std::string_view, 8> kPageComments = {
@@ -72,6 +103,7 @@ BookletWriter::BookletWriter(const Booklet &booklet, const Job &job)
 
 void BookletWriter::write()
 {
+    requireReplaceable(_document, kReplaced);
     writeHeader();
     writeProlog();
     for (std::uint64_t side = 0; side < bookletSideCount(_document.pages().size()); ++side)

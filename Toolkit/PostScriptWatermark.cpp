@@ -2,6 +2,7 @@
 
 #include "DSCDocument.h"
 #include "DocumentWriter.h"
+#include "ImmediateNames.h"
 #include "PostScriptText.h"
 #include "ProcSets.h"
 #include "TextMeasuring.h"
@@ -13,6 +14,14 @@ namespace {
 
 using Platform::ShapedText;
 using Platform::TextPathSegment;
+
+// What Watermark.ps gives another meaning.
+constexpr std::string_view kReplacedAbove[] = {"showpage", "copypage"};
+constexpr std::string_view kReplacedBelow[] = {"showpage", "erasepage",   "setpagedevice",
+                                               "letter",   "lettersmall", "note",
+                                               "legal",    "ledger",      "11x17",
+                                               "a3",       "a4",          "a4small",
+                                               "a5",       "b4",          "b5"};
 
 /// A procedure must not become too long for an interpreter.
 constexpr std::size_t kSegmentsInProcedure = 1000;
@@ -84,6 +93,10 @@ std::string watermarkProcSet(const Watermark &watermark, const DSCDocument &docu
 void applyWatermarkToPostScript(const Watermark &watermark, const Job &job)
 {
     const DSCDocument document(job.input);
+    if (watermark.above)
+        requireReplaceable(document, kReplacedAbove);
+    else
+        requireReplaceable(document, kReplacedBelow);
     const unsigned run = document.countOfOurProcSets() + 1;
     DocumentWriter writer(document, job.output);
 
