@@ -164,6 +164,26 @@ TEST_F(ToolkitProgramTest, TheHeaderSeesTheDuplexOfABooklet)
                 Not(HasSubstr("@PJL SET BINDING=SHORTEDGE")));
 }
 
+TEST_F(ToolkitProgramTest, WhatOurOwnToolkitRefusesIsPrintedAsItWas)
+{
+    fs::create_symlink(KL_TOOLKIT, folder.file(kToolkit));
+    const std::string begin = "%!PS-Adobe-3.0\n%%EndComments\n";
+    for (const std::string &document :
+         {begin + "showpage\n", begin + "%%Page: 1 1\n//showpage exec\n",
+          begin + "%%Page: 1 1\n%%BeginDocument: cut off\nshowpage\n"}) {
+        auto job = call("com.kalmira.pde.watermark.text=Draft BookletPaperSize=A4");
+        job.input = document;
+        const auto result = runProgram(job);
+        EXPECT_EQ(0, result.exitStatus);
+        EXPECT_EQ(document, body(result.output));
+        EXPECT_THAT(result.errors, HasSubstr("ERROR: Unable to apply watermark\n"
+                                             "DEBUG: Unable to apply watermark"));
+        EXPECT_THAT(result.errors, HasSubstr("ERROR: Unable to apply booklet mode\n"
+                                             "DEBUG: Unable to apply booklet mode"));
+        EXPECT_THAT(temporaryNames(), IsEmpty());
+    }
+}
+
 // What is logged
 
 TEST_F(ToolkitProgramTest, EveryErrorIsAnErrorLineAndADebugLine)
