@@ -29,7 +29,7 @@ bool hasEnded(pid_t child)
 void endChild(pid_t child)
 {
     kill(-child, SIGTERM);
-    for (int tenths = 0; tenths < 100; ++tenths) {
+    for (int hundredths = 0; hundredths < 100; ++hundredths) {
         if (hasEnded(child))
             break;
         poll(nullptr, 0, 10);

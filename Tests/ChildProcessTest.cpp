@@ -38,14 +38,14 @@ protected:
 
     static void waitForEndOf(const ChildProcess &child)
     {
-        for (int tenths = 0; child.isRunning() && tenths < 10000; ++tenths)
+        for (int tries = 0; child.isRunning() && tries < 10000; ++tries)
             usleep(1000);
         ASSERT_FALSE(child.isRunning());
     }
 
     void waitForFile(const std::string &name) const
     {
-        for (int tenths = 0; !fs::exists(folder.file(name)) && tenths < 10000; ++tenths)
+        for (int tries = 0; !fs::exists(folder.file(name)) && tries < 10000; ++tries)
             usleep(1000);
         ASSERT_TRUE(fs::exists(folder.file(name)));
     }
@@ -199,7 +199,7 @@ TEST_F(ChildProcessTest, AChildThatNobodyWaitedForIsKilledWithItsGroup)
     }
     const pid_t grandchild = std::stoi(read("pid"));
     // Its new parent may take a while to notice.
-    for (int tenths = 0; kill(grandchild, 0) == 0 && tenths < 10000; ++tenths) {
+    for (int tries = 0; kill(grandchild, 0) == 0 && tries < 10000; ++tries) {
         const std::string stat = "/proc/" + read("pid").erase(read("pid").size() - 1) + "/stat";
         if (!fs::exists(stat) || Support::readFile(stat).find(") Z ") != std::string::npos)
             return;

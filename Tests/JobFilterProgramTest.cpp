@@ -86,6 +86,14 @@ protected:
     std::string temporaries = folder.file("tmp");
 };
 
+/// Root reads and writes everything: a program that root starts becomes someone else, who may
+/// reach the test's folder all the same.
+void becomeOrdinaryUser()
+{
+    if (geteuid() == 0 && setuid(65534) != 0)
+        _exit(99);
+}
+
 std::string binaryBody()
 {
     std::string body = "%!PS-Adobe-3.0\n\033%-12345X\r\r\n\n";
@@ -115,13 +123,15 @@ TEST_F(JobFilterProgramTest, TooFewOrTooManyArgumentsGetTheUsage)
     EXPECT_THAT(leftovers(), IsEmpty());
 }
 
-TEST_F(JobFilterProgramTest, ArgumentsThatAreNoNumbersCountAsZero)
+TEST_F(JobFilterProgramTest, AJobIdThatIsNoNumberCountsAsZeroAndCopiesGoAsTheyStand)
 {
     Support::ProgramCall odd = call("body");
     odd.arguments[1] = "seven";
     odd.arguments[4] = "many";
     const auto result = runProgram(odd);
     EXPECT_EQ(0, result.exitStatus);
+    EXPECT_THAT(result.output,
+                HasSubstr("DISPLAY = \"0 anna Report\"\n@PJL SET COPIES = many\r\n"));
     EXPECT_THAT(result.output, EndsWith("body" + jobEnd()));
 }
 
@@ -275,6 +285,36 @@ TEST_F(JobFilterProgramTest, AMissingTemporaryDirectoryFailsTheSpooling)
     EXPECT_EQ(1, result.exitStatus);
 }
 
+TEST_F(JobFilterProgramTest, AReadOnlyTemporaryDirectoryFailsTheSpooling)
+{
+    fs::permissions(folder.path(), fs::perms(0755));
+    fs::permissions(temporaries, fs::perms(0555));
+    Support::ProgramCall readOnly = call("x");
+    readOnly.inChild = &becomeOrdinaryUser;
+    const auto result = runProgram(readOnly);
+    EXPECT_EQ("CRIT: Unable to spool print job\n", result.errors);
+    EXPECT_EQ("", result.output);
+    EXPECT_EQ(1, result.exitStatus);
+    EXPECT_THAT(leftovers(), IsEmpty());
+}
+
+TEST_F(JobFilterProgramTest, ATemporaryDirectoryWhosePathIsTooLongFailsTheSpooling)
+{
+    // 1023 bytes, the most that a path may have: none is left for the file's name.
+    std::string longest = temporaries;
+    while (longest.size() < 1023 - 200)
+        longest += "/" + std::string(150, 'd');
+    longest += "/" + std::string(1023 - longest.size() - 1, 'e');
+    fs::create_directories(longest);
+    Support::ProgramCall tooLong = call("x");
+    tooLong.environment["TMPDIR"] = longest;
+    const auto result = runProgram(tooLong);
+    EXPECT_EQ("CRIT: Unable to spool print job\n", result.errors);
+    EXPECT_EQ("", result.output);
+    EXPECT_EQ(1, result.exitStatus);
+    EXPECT_TRUE(fs::is_empty(longest));
+}
+
 TEST_F(JobFilterProgramTest, AFullDiskFailsTheSpoolingAndThePartlyWrittenFileStays)
 {
     Support::ProgramCall full = call(std::string(100000, 'x'));
@@ -327,17 +367,11 @@ TEST_F(JobFilterProgramTest, AJobFileThatCannotBeReadIsSaidSo)
 
 TEST_F(JobFilterProgramTest, AnUnreadableJobFileIsSaidSo)
 {
-    if (geteuid() == 0) {
-        // Root reads everything: become someone else who may still reach the folder.
-        fs::permissions(folder.path(), fs::perms::all);
-    }
+    fs::permissions(folder.path(), fs::perms(0755));
     const std::string path = folder.write("job.ps", "x");
     fs::permissions(path, fs::perms::none);
     Support::ProgramCall unreadable = callWithFile(path);
-    unreadable.inChild = [] {
-        if (geteuid() == 0 && setuid(65534) != 0)
-            _exit(99);
-    };
+    unreadable.inChild = &becomeOrdinaryUser;
     const auto result = runProgram(unreadable);
     EXPECT_THAT(result.errors, EndsWith("CRIT: Unable to read from input\n"));
     EXPECT_EQ(1, result.exitStatus);
@@ -446,7 +480,7 @@ TEST_F(JobFilterProgramTest, TheSpoolFileDoesNotTakeTheNumberOfClosedStandardErr
         close(STDERR_FILENO);
     };
     withoutErrors.afterStart = [this, &waiting](pid_t program) {
-        for (int tenths = 0; leftovers().empty() && tenths < 3000; ++tenths)
+        for (int tries = 0; leftovers().empty() && tries < 3000; ++tries)
             usleep(10000);
         EXPECT_EQ("/dev/null", fs::read_symlink("/proc/" + std::to_string(program) + "/fd/2"));
         close(waiting[1]);
@@ -475,7 +509,7 @@ TEST_F(JobFilterProgramTest, ACancelledJobLeavesNoFileAndDiesByItsSignal)
         // Standard input stays open without a byte in it: the program waits inside its spooling.
         cancelled.inChild = [&waiting] { dup2(waiting[0], STDIN_FILENO); };
         cancelled.afterStart = [this, signalNumber](pid_t program) {
-            for (int tenths = 0; leftovers().empty() && tenths < 3000; ++tenths)
+            for (int tries = 0; leftovers().empty() && tries < 3000; ++tries)
                 usleep(10000);
             EXPECT_THAT(leftovers(), ElementsAre(StartsWith("jobfilter-")));
             kill(program, signalNumber);
@@ -500,7 +534,7 @@ TEST_F(JobFilterProgramTest, ASignalThatIsIgnoredStaysIgnored)
         dup2(waiting[0], STDIN_FILENO);
     };
     protectedCall.afterStart = [this, &waiting](pid_t program) {
-        for (int tenths = 0; leftovers().empty() && tenths < 3000; ++tenths)
+        for (int tries = 0; leftovers().empty() && tries < 3000; ++tries)
             usleep(10000);
         kill(program, SIGHUP);
         close(waiting[1]);

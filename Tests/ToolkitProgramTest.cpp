@@ -73,7 +73,7 @@ protected:
 
     void waitForFile(const std::string &name) const
     {
-        for (int tenths = 0; !fs::exists(folder.file(name)) && tenths < 10000; ++tenths)
+        for (int tries = 0; !fs::exists(folder.file(name)) && tries < 10000; ++tries)
             usleep(1000);
         ASSERT_TRUE(fs::exists(folder.file(name)));
     }
@@ -111,7 +111,7 @@ pid_t pidIn(const std::string &path)
 bool ends(pid_t process)
 {
     const std::string stat = "/proc/" + std::to_string(process) + "/stat";
-    for (int tenths = 0; tenths < 10000; ++tenths) {
+    for (int tries = 0; tries < 10000; ++tries) {
         try {
             if (Support::readFile(stat).find(") Z ") != std::string::npos)
                 return true;

@@ -1,19 +1,45 @@
 #include "TemporaryFolder.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
 namespace Support {
+namespace {
+
+/// Begins the folders' names; the number of the process that made them and six characters follow.
+constexpr std::string_view kPrefix = "jobfilter-tests-";
+
+/// Removes the folders of test programs that were killed and could not do it themselves.
+bool removeFoldersOfEndedProcesses()
+{
+    std::error_code ignored;
+    for (const auto &entry : fs::directory_iterator(fs::temp_directory_path(), ignored)) {
+        const std::string name = entry.path().filename();
+        if (!name.starts_with(kPrefix))
+            continue;
+        const pid_t process = std::atoi(name.c_str() + kPrefix.size());
+        if (process > 0 && kill(process, 0) != 0 && errno == ESRCH)
+            fs::remove_all(entry.path(), ignored);
+    }
+    return true;
+}
+
+} // namespace
 
 TemporaryFolder::TemporaryFolder()
 {
-    std::string path = fs::temp_directory_path() / "jobfilter-test-XXXXXX";
+    [[maybe_unused]] static const bool removed = removeFoldersOfEndedProcesses();
+    std::string path = fs::temp_directory_path();
+    path.append("/").append(kPrefix).append(std::to_string(getpid())).append("-XXXXXX");
     if (mkdtemp(path.data()) == nullptr)
         throw std::runtime_error("cannot make a folder " + path);
     _path = path;

@@ -7,6 +7,7 @@
 namespace Support {
 
 /// A new folder of the test's own under the temporary directory, removed with all that is in it.
+/// What a killed test program left there is removed by the next one.
 class TemporaryFolder {
 public:
     /// @throws std::runtime_error when the folder cannot be made
