@@ -115,6 +115,26 @@ const std::string kBlueBox = "0 0 1 setrgbcolor 20 20 160 100 rectfill\n";
 
 } // namespace
 
+namespace {
+
+void erase(std::string &text, std::string_view begin, std::string_view end = "")
+{
+    const auto at = text.find(begin);
+    if (at != std::string::npos)
+        text.erase(at, text.find(end, at + begin.size()) + end.size() - at);
+}
+
+/// The document that a watermark was put on once.
+std::string withoutWatermark(std::string output)
+{
+    erase(output, "%%BeginResource: procset KLToolkitWatermark", "%%EndResource\n");
+    while (output.find("\nKLToolkitWatermarkPage") != std::string::npos)
+        erase(output, "KLToolkitWatermarkPage", ".1\n");
+    return output;
+}
+
+} // namespace
+
 // --- Where it stands -----------------------------------------------------------------------------
 
 class PostScriptWatermarkScriptTest : public testing::TestWithParam<const char *> {};
@@ -215,14 +235,22 @@ TEST(PostScriptWatermarkTest, BelowIsCoveredByThePagesMarks)
 
 struct Page {
     const char *name;
-    const char *prolog;
-    const char *page;
+    std::string prolog;
+    std::string page;
 };
 
 void PrintTo(const Page &page, std::ostream *stream)
 {
     *stream << page.name;
 }
+
+/// "/EP { //showpage } def" with the procedure as a binary object sequence: its head, an executable
+/// array of one element, and that element, a name whose value is taken at once.
+const std::string kBinaryProcedure = "1 setobjectformat /EP " +
+                                     std::string("\x80\x01\x00\x1c\x89\x00\x00\x01\x00\x00\x00\x08"
+                                                 "\x86\x00\x00\x08\x00\x00\x00\x10",
+                                                 20) +
+                                     "showpage def\n";
 
 class PostScriptWatermarkPageTest : public testing::TestWithParam<Page> {
 protected:
@@ -276,6 +304,13 @@ INSTANTIATE_TEST_SUITE_P(
              "<< /PageSize [220 320] >> SZ\n"
              "0 0 1 setrgbcolor 20 20 160 100 rectfill showpage\n"},
         Page{"ShownByTheOperatorItselfInThePageOnly", "", "systemdict /showpage get exec\n"},
+        Page{"ValueTakenAtOnce", "/EP { //showpage } def\n",
+             "//erasepage 0 0 1 setrgbcolor 20 20 160 100 rectfill EP\n"},
+        Page{"ValueTakenAtOnceInBinary", kBinaryProcedure,
+             "0 0 1 setrgbcolor 20 20 160 100 rectfill EP\n"},
+        Page{"SizeTakenAtOnce", "/SZ { //setpagedevice } def\n",
+             "<< /PageSize [220 320] >> SZ\n"
+             "0 0 1 setrgbcolor 20 20 160 100 rectfill //showpage\n"},
         Page{"ShownAfterRestore", "/EP { level restore showpage } bind def\n",
              "/level save def 0 0 1 1 rectclip EP\n"},
         Page{"RestoredAfterItWasShown", "", "save showpage restore\n"},
@@ -309,15 +344,84 @@ TEST(PostScriptWatermarkTest, UnbalancedRestoresDoNoHarm)
 
 TEST(PostScriptWatermarkTest, EverySheetOfAPageHasIt)
 {
-    // The marks stand beside the watermark: where a sheet begins that no comment announces, it
-    // comes on top of them.
-    const std::string sheet = kBlueBox + "showpage\n";
+    const std::string sheet = kBlueBox + "EP\n";
     Watermark watermark = draft();
     watermark.position = {50, 180};
     for (const bool above : {true, false}) {
         watermark.above = above;
-        expectOnEveryPage({.pages = {sheet + sheet + sheet, sheet}}, watermark);
+        expectOnEveryPage({.prolog = "/EP { gsave 9 9 scale showpage grestore } bind def\n",
+                           .pages = {sheet + sheet + sheet, sheet, sheet + "copypage\n" + sheet}},
+                          watermark);
     }
+}
+
+namespace {
+
+/// Where the watermark and a box over its lower half lie, on each sheet of the only page.
+std::vector<RenderedPage> sheetsWithBoxes(const std::string &setup, const std::string &page)
+{
+    const PostScriptSample sample{.setup = setup, .pages = {page, page}};
+    return rendered(processed(sample.text(), draft(false))).pages;
+}
+
+const std::string kBoxBelow140 = "0 0 1 setrgbcolor 0 0 200 140 rectfill ";
+
+void expectBeneathTheBox(const RenderedPage &sheet)
+{
+    EXPECT_NEAR(140, sheet.boxOf(kRed)->bottom, kClose);
+    EXPECT_NEAR(inkOf(draft()).top, sheet.boxOf(kRed)->top, kClose);
+}
+
+} // namespace
+
+TEST(PostScriptWatermarkTest, LiesBeneathTheMarksOfEverySheetOfAPage)
+{
+    const std::string size = "<< /PageSize [200 300] >> setpagedevice\n";
+    const std::string page = kBoxBelow140 + "showpage " + size + kBoxBelow140 + "showpage save " +
+                             kBoxBelow140 + "copypage " + kBoxBelow140 + "showpage restore\n";
+    const auto sheets = sheetsWithBoxes(size, page);
+    ASSERT_EQ(8U, sheets.size());
+    for (const auto &sheet : sheets)
+        expectBeneathTheBox(sheet);
+}
+
+TEST(PostScriptWatermarkTest, ComesLateWhereTheDocumentTakesPartInShowing)
+{
+    // Every other page goes on the same sheet as the one before.
+    const auto together =
+        sheetsWithBoxes("<< /PageSize [200 300] /EndPage { 2 lt exch 2 mod 1 eq and } >> "
+                        "setpagedevice\n",
+                        kBoxBelow140 + "showpage " + kBoxBelow140 + "showpage\n");
+    ASSERT_EQ(2U, together.size());
+    for (const auto &sheet : together)
+        EXPECT_TRUE(sheet.boxOf(kRed));
+    // The document's own mark on each sheet is there before the page's are.
+    const auto withMark = sheetsWithBoxes(
+        "<< /PageSize [200 300] /BeginPage { pop 0 1 0 setrgbcolor 0 280 200 20 rectfill } >> "
+        "setpagedevice\n",
+        kBoxBelow140 + "showpage " + kBoxBelow140 + "showpage\n");
+    ASSERT_EQ(4U, withMark.size());
+    for (const auto &sheet : withMark) {
+        EXPECT_TRUE(sheet.boxOf(kRed));
+        EXPECT_EQ(Support::kGreen, sheet.colourAt({10, 290}));
+    }
+    expectBeneathTheBox(withMark[0]);
+    expectBeneathTheBox(withMark[2]);
+}
+
+TEST(PostScriptWatermarkTest, LeavesNothingBehindThePage)
+{
+    // A blank sheet that another command puts between the pages stays blank.
+    std::string text =
+        processed(PostScriptSample{.pages = {"showpage\n", "showpage\n"}}.text(), draft(false));
+    for (const char *comment : {"%%Page: 2 2", "%%Trailer"})
+        text.insert(text.find(comment), "%%Page: (blank) 9\nsystemdict /showpage get exec\n");
+    const auto sheets = rendered(text).pages;
+    ASSERT_EQ(4U, sheets.size());
+    EXPECT_TRUE(sheets[0].boxOf(kRed));
+    EXPECT_EQ(0, sheets[1].coverage());
+    EXPECT_TRUE(sheets[2].boxOf(kRed));
+    EXPECT_EQ(0, sheets[3].coverage());
 }
 
 TEST(PostScriptWatermarkTest, SheetsBeforeTheFirstPageHaveNone)
@@ -329,20 +433,6 @@ TEST(PostScriptWatermarkTest, SheetsBeforeTheFirstPageHaveNone)
         EXPECT_FALSE(result.pages[0].boxOf(kRed));
         EXPECT_TRUE(result.pages[1].boxOf(kRed));
     }
-}
-
-TEST(PostScriptWatermarkTest, OperatorsWhoseValueIsTakenAtOnceAreRefused)
-{
-    const auto text = [](const std::string &name) {
-        return PostScriptSample{.prolog = "/EP { //" + name + " } def\n", .pages = {"EP\n"}}.text();
-    };
-    EXPECT_THROW(processed(text("showpage"), draft(true)), ToolkitError);
-    EXPECT_THROW(processed(text("copypage"), draft(true)), ToolkitError);
-    for (const char *name : {"showpage", "erasepage", "setpagedevice", "letter", "a4", "b5"})
-        EXPECT_THROW(processed(text(name), draft(false)), ToolkitError) << name;
-    // What keeps its meaning may be had at once.
-    EXPECT_NO_THROW(processed(text("setpagedevice"), draft(true)));
-    EXPECT_NO_THROW(processed(text("gsave"), draft(false)));
 }
 
 TEST(PostScriptWatermarkTest, BoundingBoxesTellOfTheDocumentsOwnInk)
@@ -380,12 +470,6 @@ TEST(PostScriptWatermarkTest, EverythingElseOfTheDocumentIsKept)
 {
     const std::string text =
         PostScriptSample{.prolog = "/x 1 def % a comment\r\n", .pages = {"showpage\n"}}.text();
-    std::string output = processed(text, draft());
-    // Without what was added, it is the document.
-    const auto begin = output.find("%%BeginResource: procset KLToolkitWatermark");
-    const std::string_view end = "%%EndResource\n";
-    output.erase(begin, output.find(end, begin) + end.size() - begin);
-    const std::string_view line = "KLToolkitWatermarkPage.1\n";
-    output.erase(output.find(line), line.size());
-    EXPECT_EQ(text, output);
+    for (const bool above : {true, false})
+        EXPECT_EQ(text, withoutWatermark(processed(text, draft(above))));
 }

@@ -73,9 +73,11 @@ DSCScanner::DSCScanner(const InputFile &file, std::uint64_t begin, std::uint64_t
 std::optional<DSCComment> DSCScanner::next()
 {
     while (auto comment = nextLine()) {
-        if (passOverData(*comment))
-            continue;
-        if (comment->is("%%BeginDocument"))
+        if (comment->is(_binary.begin))
+            passOver(*comment, _binary);
+        else if (comment->is(_data.begin))
+            passOver(*comment, _data);
+        else if (comment->is("%%BeginDocument"))
             ++_depth;
         else if (comment->is("%%EndDocument"))
             _depth -= _depth > 0 ? 1 : 0;
@@ -83,15 +85,6 @@ std::optional<DSCComment> DSCScanner::next()
             return comment;
     }
     return std::nullopt;
-}
-
-bool DSCScanner::isInData(std::uint64_t position)
-{
-    while (_position <= position && _position < _end) {
-        if (const auto comment = nextLine())
-            passOverData(*comment);
-    }
-    return position >= _beginOfData && position < _endOfData;
 }
 
 std::optional<DSCComment> DSCScanner::nextLine()
@@ -155,18 +148,6 @@ std::uint64_t DSCScanner::behindLine(std::uint64_t position)
 }
 
 /// Moves the position behind a section of data.
-/// @return whether the comment begins one
-bool DSCScanner::passOverData(const DSCComment &comment)
-{
-    const bool isBinary = comment.is(_binary.begin);
-    if (!isBinary && !comment.is(_data.begin))
-        return false;
-    passOver(comment, isBinary ? _binary : _data);
-    _beginOfData = comment.end;
-    _endOfData = _position;
-    return true;
-}
-
 void DSCScanner::passOver(const DSCComment &begin, DataSection &section)
 {
     const auto behind = _wrongCounts < kMostWrongCounts ? behindCount(begin) : std::nullopt;

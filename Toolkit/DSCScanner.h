@@ -38,10 +38,6 @@ public:
     /// @return nullopt at the end
     std::optional<DSCComment> next();
 
-    /// Whether counted binary or counted data lie at this position. Moves on to there: the
-    /// positions of several calls must ascend, and next() must not be called in between.
-    bool isInData(std::uint64_t position);
-
     /// The begin of the line that follows the one at this position; the end after the last line.
     std::uint64_t behindLine(std::uint64_t position);
 
@@ -58,7 +54,6 @@ private:
     std::optional<DSCComment> nextLine();
     std::optional<std::uint64_t> findLine();
     DSCComment commentAt(std::uint64_t position);
-    bool passOverData(const DSCComment &comment);
     void passOver(const DSCComment &begin, DataSection &section);
     std::optional<std::uint64_t> behindCount(const DSCComment &begin);
     std::optional<std::uint64_t> endCommentNear(std::uint64_t position, std::string_view keyword);
@@ -67,11 +62,9 @@ private:
     FileWindow _window;
     std::uint64_t _position;
     std::uint64_t _end;
-    char _before = '\n';            ///< the byte in front of the position
-    bool _linesEndWithCR = false;   ///< alone, so that a LF behind it belongs to what follows
-    std::uint64_t _depth = 0;       ///< of embedded documents
-    std::uint64_t _beginOfData = 0; ///< of the latest section
-    std::uint64_t _endOfData = 0;
+    char _before = '\n';          ///< the byte in front of the position
+    bool _linesEndWithCR = false; ///< alone, so that a LF behind it belongs to what follows
+    std::uint64_t _depth = 0;     ///< of embedded documents
     DataSection _binary{"%%BeginBinary", "%%EndBinary"};
     DataSection _data{"%%BeginData", "%%EndData"};
     unsigned _wrongCounts = 0;

@@ -2,7 +2,6 @@
 
 #include "DSCDocument.h"
 #include "DocumentWriter.h"
-#include "ImmediateNames.h"
 #include "Imposition.h"
 #include "PostScriptText.h"
 #include "ProcSets.h"
@@ -20,36 +19,6 @@ namespace {
 constexpr std::array<std::string_view, 7> kDocumentComments = {
     "%%Pages",       "%%BoundingBox",   "%%HiResBoundingBox",  "%%PageOrder",
     "%%Orientation", "%%DocumentMedia", "%%DocumentPaperSizes"};
-
-/// What Booklet.ps gives another meaning.
-constexpr std::string_view kReplaced[] = {"showpage",
-                                          "copypage",
-                                          "erasepage",
-                                          "setpagedevice",
-                                          "currentpagedevice",
-                                          "initgraphics",
-                                          "initmatrix",
-                                          "initclip",
-                                          "defaultmatrix",
-                                          "currentmatrix",
-                                          "setmatrix",
-                                          "gsave",
-                                          "grestore",
-                                          "grestoreall",
-                                          "save",
-                                          "restore",
-                                          "letter",
-                                          "lettersmall",
-                                          "note",
-                                          "legal",
-                                          "ledger",
-                                          "11x17",
-                                          "a3",
-                                          "a4",
-                                          "a4small",
-                                          "a5",
-                                          "b4",
-                                          "b5"};
 
 /// What structures a page, or tells about it, and has no place within a half.
 constexpr std::array<std::string_view, 8> kPageComments = {
@@ -103,11 +72,11 @@ BookletWriter::BookletWriter(const Booklet &booklet, const Job &job)
 
 void BookletWriter::write()
 {
-    requireReplaceable(_document, kReplaced);
     writeHeader();
     writeProlog();
     for (std::uint64_t side = 0; side < bookletSideCount(_document.pages().size()); ++side)
         writeSide(side);
+    _writer.lines(named("KLToolkitBookletEnd.N\n"));
     _writer.copyWithout(_document.trailer(), kDocumentComments);
 }
 
@@ -154,6 +123,7 @@ std::string BookletWriter::procSet() const
         "/sheetSize [" + postScriptNumbers(std::array{_sheet.width, _sheet.height}) + "] def\n";
     procedures += "/defaultSize [" +
                   postScriptNumbers(std::array{defaultSize.width, defaultSize.height}) + "] def\n";
+    procedures += kReplacingProcSet;
     procedures += "end\n";
     procedures += kBookletProcSet;
     if (_document.namesOperatorDictionary())
@@ -174,7 +144,8 @@ void BookletWriter::writeSide(std::uint64_t side)
     };
     const SheetSide content = bookletSide(side, _document.pages().size(), _booklet.ordering);
     std::array<Half, 2> halves = {{{content.left, _layout.left}, {content.right, _layout.right}}};
-    // The earlier page comes first: what it asks of the device can then be done at once.
+    // The earlier page comes first: on a front, what it asks of the device can then be done at
+    // once.
     if (content.left && content.right && *content.right < *content.left)
         std::swap(halves[0], halves[1]);
 
@@ -184,6 +155,9 @@ void BookletWriter::writeSide(std::uint64_t side)
             writeHalf(*half.page, half.area);
     }
     _writer.lines(named("KLToolkitBookletShow.N\n"));
+    const bool isBack = side % 2 == 1;
+    if (isBack)
+        _writer.lines(named("KLToolkitBookletEndSheet.N\n"));
 }
 
 void BookletWriter::writeHalf(std::uint64_t pageNumber, const Rectangle &area)

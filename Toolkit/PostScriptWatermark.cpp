@@ -2,7 +2,6 @@
 
 #include "DSCDocument.h"
 #include "DocumentWriter.h"
-#include "ImmediateNames.h"
 #include "PostScriptText.h"
 #include "ProcSets.h"
 #include "TextMeasuring.h"
@@ -14,14 +13,6 @@ namespace {
 
 using Platform::ShapedText;
 using Platform::TextPathSegment;
-
-// What Watermark.ps gives another meaning.
-constexpr std::string_view kReplacedAbove[] = {"showpage", "copypage"};
-constexpr std::string_view kReplacedBelow[] = {"showpage", "erasepage",   "setpagedevice",
-                                               "letter",   "lettersmall", "note",
-                                               "legal",    "ledger",      "11x17",
-                                               "a3",       "a4",          "a4small",
-                                               "a5",       "b4",          "b5"};
 
 /// A procedure must not become too long for an interpreter.
 constexpr std::size_t kSegmentsInProcedure = 1000;
@@ -81,6 +72,7 @@ std::string watermarkProcSet(const Watermark &watermark, const DSCDocument &docu
     procedures += placeProcedure(watermark, text.descent);
     procedures += outlineProcedures(text.outline);
     procedures += watermark.above ? "/isAbove true def\n" : "/isAbove false def\n";
+    procedures += kReplacingProcSet;
     procedures += "end\n";
     procedures += kWatermarkProcSet;
     if (document.namesOperatorDictionary())
@@ -93,10 +85,6 @@ std::string watermarkProcSet(const Watermark &watermark, const DSCDocument &docu
 void applyWatermarkToPostScript(const Watermark &watermark, const Job &job)
 {
     const DSCDocument document(job.input);
-    if (watermark.above)
-        requireReplaceable(document, kReplacedAbove);
-    else
-        requireReplaceable(document, kReplacedBelow);
     const unsigned run = document.countOfOurProcSets() + 1;
     DocumentWriter writer(document, job.output);
 
@@ -104,10 +92,17 @@ void applyWatermarkToPostScript(const Watermark &watermark, const Job &job)
     writer.lines(watermarkProcSet(watermark, document, run));
     std::uint64_t copied = document.beginOfProcedures();
     const std::string beginOfPage = withRunNumber("KLToolkitWatermarkPage.N\n", run);
+    const std::string endOfPage = withRunNumber("KLToolkitWatermarkPageEnd.N\n", run);
     for (const DSCPage &page : document.pages()) {
         writer.copy({copied, page.content});
         writer.lines(beginOfPage);
         copied = page.content;
+        const bool isCutOff = !document.isComplete() && page.end == document.trailer().begin;
+        if (!watermark.above && !isCutOff) {
+            writer.copy({copied, page.end});
+            writer.lines(endOfPage);
+            copied = page.end;
+        }
     }
     writer.copy({copied, document.file().size()});
 }
