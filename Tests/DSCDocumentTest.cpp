@@ -224,6 +224,13 @@ TEST_F(DSCDocumentTest, DataThatTheEndCutsOffReachToTheEnd)
     EXPECT_EQ(1U, pages(kHead + "%%Page: 1 1\n%%BeginData: 9 Hex Lines\n%%Page: 9 9\n").size());
 }
 
+TEST_F(DSCDocumentTest, DataWhoseEndCommentTheEndCutsOffAreContent)
+{
+    const std::string text = kHead + "%%Page: 1 1\n%%BeginBinary: 12\n%%Page: 9 9\n%%EndBinary\n";
+    for (std::size_t size = text.find("%%EndBinary"); size <= text.size(); ++size)
+        EXPECT_EQ(1U, pages(text.substr(0, size)).size()) << size;
+}
+
 TEST_F(DSCDocumentTest, DataWithoutEndAndWithoutUsableCountAreNone)
 {
     EXPECT_EQ(2U, pages(kHead + "%%Page: 1 1\n%%BeginBinary: 2\n%%Page: 2 2\n").size());

@@ -223,6 +223,128 @@ TEST(PostScriptCoverPagesTest, FeaturesReachTheDeviceWhateverTheDocumentRedefine
               deviceLog(processed(sample.text(), covers(Print1, None), queuePPD())));
 }
 
+// --- What the pages ask for themselves -----------------------------------------------------------
+
+namespace {
+
+constexpr char kOwnRequest[] =
+    "<< /MediaPosition 3 /MediaType (Own) /MediaColor (red) /Duplex false"
+    " /Tumble true >> setpagedevice\n";
+constexpr char kOwn[] =
+    "SET Duplex false Tumble true MediaColor red MediaPosition 3 MediaType Own \n";
+constexpr char kNothing[] = "SET \n"; // a request of which nothing is left
+
+PostScriptSample pagesWith(int count, int page, const std::string &request)
+{
+    PostScriptSample sample = pages(count);
+    auto &content = sample.pages[static_cast<std::size_t>(page - 1)];
+    content = request + content;
+    return sample;
+}
+
+std::string logOf(const PostScriptSample &sample, const CoverPages &request)
+{
+    return deviceLog(processed(sample.text(), request, queuePPD()));
+}
+
+} // namespace
+
+TEST(PostScriptCoverPagesTest, PagesOwnRequestsWaitUntilTheCoverIsOut)
+{
+    EXPECT_EQ(std::string(kFront) + kOneSide + kNothing + page(1) + kJob + kTwoSides + kOwn +
+                  page(2) + page(3),
+              logOf(pagesWith(3, 1, kOwnRequest), covers(Print1, None)));
+    EXPECT_EQ(std::string(kFront) + kTwoSides + page(1) + kNothing + page(2) + kJob + kTwoSides +
+                  kOwn + page(3),
+              logOf(pagesWith(3, 2, kOwnRequest), covers(Print, None)));
+    EXPECT_EQ(page(1) + page(2) + kBack + kOneSide + kNothing + page(3) + kJob + kTwoSides + kOwn,
+              logOf(pagesWith(3, 3, kOwnRequest), covers(None, Print1)));
+}
+
+TEST(PostScriptCoverPagesTest, RequestsOfTheJobsOtherPagesAreMadeAtOnce)
+{
+    EXPECT_EQ(std::string(kFront) + kOneSide + page(1) + kJob + kTwoSides + kOwn + page(2) + kShow +
+                  kBack + kOneSide + page(3) + kJob + kTwoSides,
+              logOf(pagesWith(3, 2, kOwnRequest), covers(Print1, Print1)));
+}
+
+TEST(PostScriptCoverPagesTest, RequestsForOtherThingsAreMadeAtOnceOnACover)
+{
+    EXPECT_EQ(std::string(kFront) + kOneSide + "SET PageSize 200 300 \n" + page(1) + kJob +
+                  kTwoSides + "SET MediaPosition 3 \n" + page(2),
+              logOf(pagesWith(2, 1, "<< /PageSize [200 300] /MediaPosition 3 >> setpagedevice\n"),
+                    covers(Print1, None)));
+}
+
+TEST(PostScriptCoverPagesTest, WhatACoverDoesNotSayItsPageSays)
+{
+    CoverPages request = covers(Print1, None);
+    request.front.media = "None";
+    EXPECT_EQ("SET MediaPosition 0 \n" + std::string(kOneSide) +
+                  "SET MediaColor red MediaType Own \n" + page(1) + kJob + kTwoSides +
+                  "SET Duplex false Tumble true MediaPosition 3 \n" + page(2),
+              logOf(pagesWith(2, 1, kOwnRequest), request));
+}
+
+TEST(PostScriptCoverPagesTest, RequestOfASavedStateIsOverWithIt)
+{
+    PostScriptSample sample = pages(2);
+    sample.pages[0] = "save " + std::string(kOwnRequest) + sample.pages[0] + "restore\n";
+    EXPECT_EQ(std::string(kFront) + kOneSide + kNothing + page(1) + kJob + kTwoSides + page(2),
+              logOf(sample, covers(Print1, None)));
+}
+
+TEST(PostScriptCoverPagesTest, CoverStaysWhereAPageBringsBackAStateOfTheSetup)
+{
+    PostScriptSample sample = pages(3);
+    sample.setup = "/level save def\n";
+    for (auto &content : sample.pages)
+        content = "level restore /level save def\n" + content;
+    EXPECT_EQ(std::string(kFront) + kOneSide + "SET Duplex false MediaPosition 0 \n" + page(1) +
+                  kJob + kTwoSides + page(2) + page(3),
+              logOf(sample, covers(Print1, None)));
+}
+
+TEST(PostScriptCoverPagesTest, NoWayToAskGoesAroundTheCover)
+{
+    PostScriptSample sample = pages(2);
+    sample.prolog = "/ask { setpagedevice } bind def /askAtOnce { //setpagedevice } def\n"
+                    "/askLoaded /setpagedevice load def\n"
+                    "/askDictionary { systemdict /setpagedevice get exec } bind def\n";
+    for (const char *ask : {"ask", "askAtOnce", "askLoaded", "askDictionary"}) {
+        sample.pages[0] = "<< /MediaPosition 3 >> " + std::string(ask) + "\n" + pages(1).pages[0];
+        EXPECT_EQ(std::string(kFront) + kOneSide + kNothing + page(1) + kJob + kTwoSides +
+                      "SET MediaPosition 3 \n" + page(2),
+                  logOf(sample, covers(Print1, None)))
+            << ask;
+    }
+}
+
+TEST(PostScriptCoverPagesTest, RequestThatFailsWhenTheJobResumesDoesNotEndIt)
+{
+    const std::string wrong = "{ << /Duplex (x) >> setpagedevice } stopped { clear } if\n";
+    EXPECT_THAT(logOf(pagesWith(2, 1, wrong), covers(Print1, None)), testing::EndsWith(page(2)));
+}
+
+TEST(PostScriptCoverPagesTest, BookletsSheetsAreCoversToo)
+{
+    PostScriptSample sample;
+    for (int number = 1; number <= 12; ++number) {
+        sample.pages.push_back("<< /MediaPosition " + std::to_string(number) +
+                               " >> setpagedevice showpage\n");
+    }
+    const std::string sheets = processed(sample.text(), Booklet{"A4", 0, 0, {}});
+    const std::string log = deviceLog(processed(sheets, covers(Print, None, "tumble"), queuePPD()));
+    const auto asks = [](int tray) { return "SET MediaPosition " + std::to_string(tray) + " \n"; };
+    const std::string both = "SET Duplex true Tumble true \n";
+    const std::string twoShown = std::string(kShow) + kShow;
+    EXPECT_THAT(log, testing::EndsWith(kFront + both + kNothing + kShow + kShow + kNothing + kJob +
+                                       both + asks(2) + asks(3) + twoShown + asks(4) + asks(5) +
+                                       twoShown + asks(6) + asks(12)));
+}
+
+// --- Sheets and comments -------------------------------------------------------------------------
+
 TEST(PostScriptCoverPagesTest, EverySideIsAPageWithItsNumber)
 {
     std::string text = pages(3).text();

@@ -178,13 +178,15 @@ std::optional<std::uint64_t> DSCScanner::behindCount(const DSCComment &begin)
     return position;
 }
 
-/// The end comment, if it stands there, perhaps behind a line end or two that were not counted.
+/// The end comment, if it stands there, perhaps behind a line end or two that were not counted, or
+/// what the end of the document leaves of it.
 std::optional<std::uint64_t> DSCScanner::endCommentNear(std::uint64_t position,
                                                         std::string_view keyword)
 {
     const std::string_view bytes = _window.from(position, keyword.size() + 4);
     const auto begin = std::min(bytes.find_first_not_of(" \t\r\n"), bytes.size());
-    if (begin > 4 || !bytes.substr(begin).starts_with(keyword))
+    const std::string_view found = bytes.substr(begin, keyword.size());
+    if (begin > 4 || found.empty() || !keyword.starts_with(found))
         return std::nullopt;
     return position + begin;
 }

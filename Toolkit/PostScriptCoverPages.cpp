@@ -16,6 +16,11 @@ namespace {
 
 constexpr std::array<std::string_view, 1> kCountComment = {"%%Pages"};
 
+// What a page's own requests must not say on a cover for which the option says it.
+constexpr std::string_view kSourceKeys = "/MediaPosition /ManualFeed /TraySwitch ";
+constexpr std::string_view kMediaKeys = "/MediaType /MediaColor /MediaWeight /MediaClass ";
+constexpr std::string_view kDuplexKeys = "/Duplex /Tumble ";
+
 /// The PPD's name of a paper source that the toolkit's command line names otherwise.
 std::string sourceInPPD(const std::string &source, const PrinterFeatures &features)
 {
@@ -62,7 +67,8 @@ private:
     void writeProlog();
     void writeCover(const CoverSheet &sheet, const Cover &cover);
     void writeJob();
-    void scheduleSettings(const std::string &source, const std::string &media,
+    enum class Sheet { Cover, Job };
+    void scheduleSettings(Sheet sheet, const std::string &source, const std::string &media,
                           const std::string &duplex);
     void writeSettings();
     void writePages(const PageRange &pages);
@@ -71,6 +77,7 @@ private:
     void writeBlankSide();
     void scheduleBlankSheetSize();
     std::int64_t sideCount() const;
+    std::string procSet() const;
     std::string codeOfDuplex(const std::string &choice) const;
     std::string named(std::string_view procedures) const { return withRunNumber(procedures, _run); }
 
@@ -107,7 +114,7 @@ void CoverPagesWriter::write()
     if (_plan.back)
         writeCover(*_plan.back, _request.back);
     if (_plan.back || (_plan.front && _plan.job.isEmpty()))
-        scheduleSettings(_request.source, _request.media, duplexInPPD(_request.duplex));
+        scheduleSettings(Sheet::Job, _request.source, _request.media, duplexInPPD(_request.duplex));
     writeSettings();
     _writer.copyWithout(_document.trailer(), kCountComment);
 }
@@ -135,15 +142,27 @@ void CoverPagesWriter::writeProlog()
 {
     const std::uint64_t procedures = _document.beginOfProcedures();
     _writer.copy({_document.header().end, procedures});
-    _writer.lines(procSetResource("KLToolkitCoverPages", _run, kCoverPagesProcSet));
+    _writer.lines(procSet());
     if (!_document.isComplete())
         _writer.lines(procSetResource("KLToolkitUnfinished", _run, kUnfinishedProcSet));
     _writer.copy({procedures, _document.pages().front().begin});
 }
 
+std::string CoverPagesWriter::procSet() const
+{
+    std::string procedures = "/KLToolkitCoverPages.N 48 dict def\n"
+                             "KLToolkitCoverPages.N begin\n";
+    procedures += kReplacingProcSet;
+    procedures += "end\n";
+    procedures += kCoverPagesProcSet;
+    if (_document.namesOperatorDictionary())
+        procedures += kSystemdictProcSet;
+    return procSetResource("KLToolkitCoverPages", _run, procedures);
+}
+
 void CoverPagesWriter::writeCover(const CoverSheet &sheet, const Cover &cover)
 {
-    scheduleSettings(cover.source, cover.media,
+    scheduleSettings(Sheet::Cover, cover.source, cover.media,
                      sheet.oneSided ? "None" : duplexInPPD(_request.duplex));
     if (sheet.pages.isEmpty()) {
         scheduleBlankSheetSize();
@@ -157,20 +176,29 @@ void CoverPagesWriter::writeJob()
     if (_plan.job.isEmpty())
         return;
     if (_plan.front)
-        scheduleSettings(_request.source, _request.media, duplexInPPD(_request.duplex));
+        scheduleSettings(Sheet::Job, _request.source, _request.media, duplexInPPD(_request.duplex));
     writePages(_plan.job);
     if (_plan.blankSideBehindJob)
         writeBlankSide();
 }
 
-void CoverPagesWriter::scheduleSettings(const std::string &source, const std::string &media,
-                                        const std::string &duplex)
+/// What sets nothing for a cover leaves that to its pages.
+void CoverPagesWriter::scheduleSettings(Sheet sheet, const std::string &source,
+                                        const std::string &media, const std::string &duplex)
 {
-    std::string code = _features.code("InputSlot", sourceInPPD(source, _features));
+    std::string code;
+    std::string keys;
+    const auto add = [&](const std::string &codeOfOption, std::string_view keysOfOption) {
+        code += codeOfOption;
+        if (sheet == Sheet::Cover && !codeOfOption.empty())
+            keys += keysOfOption;
+    };
+    add(_features.code("InputSlot", sourceInPPD(source, _features)), kSourceKeys);
     if (media != "None")
-        code += _features.code("MediaType", media);
-    code += codeOfDuplex(duplex);
-    _settings = named("KLToolkitCoverPagesBegin.N\n") + code + named("KLToolkitCoverPagesEnd.N\n");
+        add(_features.code("MediaType", media), kMediaKeys);
+    add(codeOfDuplex(duplex), kDuplexKeys);
+    _settings = "{" + keys + named("} KLToolkitCoverPagesBegin.N\n") + code +
+                named("KLToolkitCoverPagesEnd.N\n");
 }
 
 /// The PPD's code, and the request that every printer understands where the PPD has none for the
