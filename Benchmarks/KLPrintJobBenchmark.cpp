@@ -1,24 +1,15 @@
-// What the print job stream costs beside cat(1): processor time, as a ratio, and memory.
-//
-// Every measurement is a process of its own that reads a file and writes into a pipe. Rounds
-// alternate between the candidates and the median counts, so that a busy machine disturbs all of
-// them alike.
+// What the print job stream costs beside cat(1): time, as a ratio, and memory. Every measurement is
+// a process of its own that reads a file and writes into a pipe.
 
 #include "KLPJLHandler.h"
 #include "KLPrintJob.h"
+#include "Measuring.h"
 
-#include <algorithm>
-#include <array>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
-#include <functional>
+#include <exception>
+#include <memory>
 #include <string>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <system_error>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -27,112 +18,11 @@ constexpr std::size_t kMegabyte = 1'000'000;
 
 using Job = std::shared_ptr<KLPrintJob>;
 
-/// Something that copies standard input to standard output.
-struct Candidate {
-    std::string name;
-    std::function<void()> copy;
-    std::vector<double> seconds = {}; ///< processor time of each round
-    long peakMemory = 0;              ///< KiB
-};
-
-[[noreturn]] void fail(const std::string &what)
-{
-    throw std::system_error(errno, std::generic_category(), what);
-}
-
-/// An unnamed file, read from its start.
-class Input {
-public:
-    explicit Input(const std::function<void(FILE *)> &fill) : _file(std::tmpfile())
-    {
-        if (_file == nullptr)
-            fail("temporary file");
-        fill(_file);
-        if (std::fflush(_file) != 0)
-            fail("temporary file");
-    }
-    ~Input() { std::fclose(_file); }
-    Input(const Input &) = delete;
-    Input &operator=(const Input &) = delete;
-
-    int descriptor() const
-    {
-        lseek(fileno(_file), 0, SEEK_SET);
-        return fileno(_file);
-    }
-
-private:
-    FILE *_file;
-};
-
-[[noreturn]] void runChild(const std::function<void()> &copy, int input, int output)
-{
-    dup2(input, STDIN_FILENO);
-    dup2(output, STDOUT_FILENO);
-    close(input);
-    close(output);
-    copy();
-    _exit(std::fflush(stdout) == 0 ? EXIT_SUCCESS : EXIT_FAILURE);
-}
-
-void measure(Candidate &candidate, const Input &input)
-{
-    std::array<int, 2> ends = {};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        fail("pipe");
-    const int descriptor = input.descriptor();
-    std::fflush(stdout); // or the child would print it again
-    const pid_t child = fork();
-    if (child < 0)
-        fail("fork");
-    if (child == 0)
-        runChild(candidate.copy, descriptor, ends[1]);
-    close(ends[1]);
-    static std::array<char, 1 << 16> sink;
-    while (read(ends[0], sink.data(), sink.size()) > 0) {
-    }
-    close(ends[0]);
-
-    int status = 0;
-    struct rusage usage = {};
-    if (wait4(child, &status, 0, &usage) != child || status != 0)
-        throw std::runtime_error(candidate.name + " has failed");
-    const auto seconds = [](const timeval &time) {
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-    };
-    candidate.seconds.push_back(seconds(usage.ru_utime) + seconds(usage.ru_stime));
-    candidate.peakMemory = std::max(candidate.peakMemory, usage.ru_maxrss);
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-/// Measures all candidates and prints a table; the first is what the others are compared with.
-void compare(const char *title, const Input &input, std::vector<Candidate> candidates, int rounds)
-{
-    Candidate warmUp = candidates.front(); // brings the file into memory
-    measure(warmUp, input);
-    for (int round = 0; round < rounds; ++round) {
-        for (Candidate &candidate : candidates)
-            measure(candidate, input);
-    }
-    std::printf("\n%-50s %9s %9s %9s\n", title, "CPU s", "ratio", "peak MiB");
-    const double reference = median(candidates.front().seconds);
-    for (const Candidate &candidate : candidates) {
-        const double seconds = median(candidate.seconds);
-        std::printf("%-50s %9.3f %9.2f %9.1f\n", candidate.name.c_str(), seconds,
-                    seconds / reference, static_cast<double>(candidate.peakMemory) / 1024);
-    }
-}
-
 // The candidates.
 
 Candidate cat()
 {
-    return {"cat", [] { execlp("cat", "cat", nullptr); }};
+    return program("`cat`", {"cat"});
 }
 
 /// What reading and writing byte by byte through the streams' buffers takes at the least.
@@ -206,17 +96,14 @@ void walkHeader(const Job &job)
 void run(std::size_t megabytes, int rounds)
 {
     const Input lines([megabytes](FILE *file) { fillWithLines(file, megabytes); });
-    compare((std::to_string(megabytes) + " MB in lines of 60 bytes").c_str(), lines,
-            lineCandidates(), rounds);
+    compare(std::to_string(megabytes) + " MB in lines of 60 bytes", lines, lineCandidates(),
+            rounds);
 
     const Input header(fillWithHeader);
     compare("header of a million lines", header,
             {cat(), with("walk, one DSSC line added to each", walkHeader)}, rounds);
 
-    const Input longLine([](FILE *file) {
-        if (ftruncate(fileno(file), 1000 * static_cast<off_t>(kMegabyte)) != 0)
-            fail("temporary file");
-    });
+    const Input longLine(1000 * kMegabyte);
     compare("one line of 1 GB", longLine,
             {cat(), with("passDataThroughUntilEndOfLine",
                          [](const Job &job) { job->passDataThroughUntilEndOfLine(); })},

@@ -12,6 +12,7 @@
 #include "spoolToFile.h"
 #include "toolkitPath.h"
 
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -19,6 +20,7 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -47,6 +49,19 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// The streams that a whole job passes through have large buffers, for the sake of the number of
+// system calls: a pipe's are as large as the pipe.
+std::array<char, 64 << 10> inputBuffer;  // of standard input
+std::array<char, 64 << 10> outputBuffer; // of standard output
+std::array<char, 256 << 10>
+    fileBuffer; // of the job's file, while it is written and when it is read
+
+/// To be called before anything is read or written.
+void giveBuffer(FILE *stream, std::span<char> buffer)
+{
+    std::setvbuf(stream, buffer.data(), _IOFBF, buffer.size());
+}
+
 constexpr char kUnableToSpool[] = "Unable to spool print job";
 constexpr char kUnableToRead[] = "Unable to read from input";
 constexpr char kUnableToProcess[] = "Unable to process input print data";
@@ -64,8 +79,11 @@ JobFile spoolStandardInput()
     if (!path)
         throw FatalError(kUnableToSpool);
     Platform::Stream spoolFile = Platform::openForWriting(*path);
-    if (!spoolFile || !copyWhole(stdin, spoolFile.get()) ||
-        !Platform::closeStream(std::move(spoolFile)))
+    if (!spoolFile)
+        throw FatalError(kUnableToSpool);
+    giveBuffer(stdin, inputBuffer);
+    giveBuffer(spoolFile.get(), fileBuffer);
+    if (!copyWhole(stdin, spoolFile.get()) || !Platform::closeStream(std::move(spoolFile)))
         throw FatalError(kUnableToSpool);
     return {*path, true};
 }
@@ -195,6 +213,7 @@ void printJob(const Arguments &arguments)
     const Platform::Stream job = Platform::openForReading(jobFile.path);
     if (!job)
         throw FatalError(kUnableToRead);
+    giveBuffer(job.get(), fileBuffer);
 
     writeHeader(arguments, options);
     writeBody(job.get());
@@ -215,6 +234,7 @@ int main(int argc, char *argv[])
     Platform::occupyStandardDescriptors();
     std::signal(SIGPIPE, SIG_IGN); // a printer that has gone is a failed write
     Platform::cleanUpWhenCancelled();
+    giveBuffer(stdout, outputBuffer);
 
     if (argc != 6 && argc != 7) {
         std::fprintf(stderr,
