@@ -1,23 +1,24 @@
 #include "LDAPQuestions.h"
+#include "Module.h"
 
 // What the module exports; LDAPDirectoryService looks for it. Of its own the module holds neither
 // limits nor children: those are the program's.
 
-#define KL_EXPORT extern "C" __attribute__((visibility("default")))
-
-KL_EXPORT void KLListLDAPServers(const Platform::ChildMessageSender &answers)
+KL_MODULE_EXPORT void KLListLDAPServers(const Platform::ChildMessageSender &answers,
+                                        std::string &failure)
 {
-    Platform::listLDAPServers(answers);
+    Platform::withinModule(failure, [&] { Platform::listLDAPServers(answers); });
 }
 
-KL_EXPORT void KLFindLDAPUser(const Platform::ChildMessageSender &answers, const std::string &uri,
-                              const std::string &userName)
+KL_MODULE_EXPORT void KLFindLDAPUser(const Platform::ChildMessageSender &answers,
+                                     const std::string &uri, const std::string &userName,
+                                     std::string &failure)
 {
-    Platform::findLDAPUser(answers, uri, userName);
+    Platform::withinModule(failure, [&] { Platform::findLDAPUser(answers, uri, userName); });
 }
 
-KL_EXPORT void KLInspectLDAPNode(const Platform::ChildMessageSender &answers,
-                                 const std::string &url)
+KL_MODULE_EXPORT void KLInspectLDAPNode(const Platform::ChildMessageSender &answers,
+                                        const std::string &url, std::string &failure)
 {
-    Platform::inspectLDAPNode(answers, url);
+    Platform::withinModule(failure, [&] { Platform::inspectLDAPNode(answers, url); });
 }

@@ -10,11 +10,12 @@
 namespace Platform {
 namespace {
 
-/// A question, in the child. Its module is loaded there, not in this process.
-template <class Question>
-Question *question(const std::string &symbol)
+/// Asks a question, in the child. Its module is loaded there, not in this process.
+template <class... Arguments>
+void ask(const std::string &symbol, const ChildMessageSender &answers, Arguments... arguments)
 {
-    return functionFromModule<Question>("KLDirectoryModule.so", symbol);
+    callModule<const ChildMessageSender &, Arguments...>("KLDirectoryModule.so", symbol, answers,
+                                                         arguments...);
 }
 
 std::optional<std::size_t> indexFrom(const std::string &text)
@@ -40,10 +41,10 @@ std::unique_ptr<LDAPDirectoryService> LDAPDirectoryService::open(std::optional<K
                                                                  const LDAPTimeLimits &limits)
 {
     std::unique_ptr<LDAPDirectoryService> service(new LDAPDirectoryService(limits));
-    const auto ask = [](const ChildMessageSender &answers) {
-        question<decltype(listLDAPServers)>("KLListLDAPServers")(answers);
+    const auto question = [](const ChildMessageSender &answers) {
+        ask("KLListLDAPServers", answers);
     };
-    ChildReport report = messagesFromChild(ask, service->childLimits());
+    ChildReport report = messagesFromChild(question, service->childLimits());
     if (report.error) {
         *error = std::move(report.error);
         return nullptr;
@@ -81,10 +82,10 @@ std::size_t LDAPDirectoryService::runQuery()
 /// @return false when the server could not be asked or did not answer in full
 bool LDAPDirectoryService::askServer(const std::string &uri)
 {
-    const auto ask = [&](const ChildMessageSender &answers) {
-        question<decltype(findLDAPUser)>("KLFindLDAPUser")(answers, uri, _userName);
+    const auto question = [&](const ChildMessageSender &answers) {
+        ask<const std::string &, const std::string &>("KLFindLDAPUser", answers, uri, _userName);
     };
-    ChildReport report = messagesFromChild(ask, childLimits());
+    ChildReport report = messagesFromChild(question, childLimits());
     if (report.error)
         return false;
     for (ChildMessage &message : report.messages) {
@@ -113,10 +114,10 @@ std::optional<DirectoryAttributes> LDAPDirectoryService::recordDetails(std::size
 
 bool LDAPDirectoryService::openNodeNamed(const std::string &name, std::optional<KLError> *error)
 {
-    const auto ask = [&](const ChildMessageSender &answers) {
-        question<decltype(inspectLDAPNode)>("KLInspectLDAPNode")(answers, name);
+    const auto question = [&](const ChildMessageSender &answers) {
+        ask<const std::string &>("KLInspectLDAPNode", answers, name);
     };
-    ChildReport report = messagesFromChild(ask, childLimits());
+    ChildReport report = messagesFromChild(question, childLimits());
     _node = {{}, std::move(report.error)};
     for (ChildMessage &message : report.messages) {
         if (message.kind == LDAPSearchBase)

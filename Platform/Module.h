@@ -1,5 +1,7 @@
 #pragma once
 
+#include <exception>
+#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -7,6 +9,10 @@ namespace Platform {
 
 // Optional parts of a program lie in modules of their own, so that a run that does not need them
 // neither loads them nor the libraries behind them. A module stays loaded until the process ends.
+//
+// The program may have a C++ runtime of its own linked in, which knows nothing of exceptions that a
+// module throws. So none leaves a module: an exported function has a last parameter that says why
+// it failed, and callModule() throws on this side.
 
 /// A module could not be opened or lacks what was asked of it; what() names it and the reason.
 class ModuleError : public std::runtime_error {
@@ -15,19 +21,42 @@ public:
 };
 
 /// The address of a symbol that a module exports.
-/// @see functionFromModule
+/// @throws ModuleError
+/// @see callModule
 void *symbolFromModule(const std::string &fileName, const std::string &symbol);
 
-/// A function that a module exports with C linkage, typically the factory of what it offers.
+/// Calls a function that a module exports with C linkage:
+/// `void function(Parameters..., std::string &failure)`.
 ///
 /// @param fileName  a plain file name such as "KLDirectoryModule.so": the program's own run path
 ///                  says where it lies.
-/// @param symbol    the function's name. `Function` must be its type: nothing can check that.
-/// @throws ModuleError
-template <class Function>
-Function *functionFromModule(const std::string &fileName, const std::string &symbol)
+/// @param symbol    the function's name. `Parameters` must be its own: nothing can check that.
+/// @throws ModuleError; std::runtime_error with the function's own words when it has failed
+template <class... Parameters>
+void callModule(const std::string &fileName, const std::string &symbol, Parameters... arguments)
 {
-    return reinterpret_cast<Function *>(symbolFromModule(fileName, symbol));
+    using Function = void(Parameters..., std::string &);
+    std::string failure;
+    reinterpret_cast<Function *>(symbolFromModule(fileName, symbol))(arguments..., failure);
+    if (!failure.empty())
+        throw std::runtime_error(failure);
+}
+
+/// What the exported functions of a module are made of: does the work, and lets no exception out.
+/// @param failure  empty; gets what() of the exception that ended the work.
+template <class Work>
+void withinModule(std::string &failure, const Work &work)
+{
+    try {
+        work();
+    } catch (const std::bad_alloc &) {
+        failure = "Out of memory"; // short enough to need none
+    } catch (const std::exception &error) {
+        failure = *error.what() != '\0' ? error.what() : "unknown reason";
+    }
 }
 
 } // namespace Platform
+
+/// Stands before a function that a module exports.
+#define KL_MODULE_EXPORT extern "C" __attribute__((visibility("default")))

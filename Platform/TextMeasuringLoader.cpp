@@ -5,11 +5,9 @@ namespace Platform {
 
 TextSize measureTextWithModule(const std::string &text, const std::string &fontName, double size)
 {
-    const auto measure =
-        functionFromModule<void(const std::string &, const std::string &, double, TextSize *)>(
-            "KLTextMeasuringModule.so", "KLMeasureText");
     TextSize measured = {};
-    measure(text, fontName, size, &measured);
+    callModule<const std::string &, const std::string &, double, TextSize &>(
+        "KLTextMeasuringModule.so", "KLMeasureText", text, fontName, size, measured);
     return measured;
 }
 

@@ -1,11 +1,10 @@
+#include "Module.h"
 #include "TextMeasuring.h"
 
-/// What the module exports; measureTextWithModule() looks for it. The size comes back through a
-/// pointer because a function with C linkage cannot return a C++ type everywhere.
-extern "C" __attribute__((visibility("default"))) void KLMeasureText(const std::string &text,
-                                                                     const std::string &fontName,
-                                                                     double size,
-                                                                     Platform::TextSize *measured)
+/// What the module exports; measureTextWithModule() looks for it.
+KL_MODULE_EXPORT void KLMeasureText(const std::string &text, const std::string &fontName,
+                                    double size, Platform::TextSize &measured, std::string &failure)
 {
-    *measured = Platform::measureText(text, fontName, size);
+    Platform::withinModule(failure,
+                           [&] { measured = Platform::measureText(text, fontName, size); });
 }

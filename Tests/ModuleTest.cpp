@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <new>
+#include <stdexcept>
 
 using Platform::ModuleError;
 using Platform::symbolFromModule;
@@ -17,6 +19,15 @@ std::string complaint(const std::string &fileName, const std::string &symbol)
         return error.what();
     }
     return {};
+}
+
+/// What a module reports of work that throws so.
+template <class Exception>
+std::string failureOf(const Exception &exception)
+{
+    std::string failure;
+    Platform::withinModule(failure, [&] { throw exception; });
+    return failure;
 }
 
 } // namespace
@@ -63,4 +74,23 @@ TEST(ModuleTest, RefusesAPath)
 TEST(ModuleTest, RefusesAnEmptyName)
 {
     EXPECT_EQ("Unable to load module \"\": not a plain file name", complaint("", "main"));
+}
+
+TEST(ModuleTest, NoExceptionLeavesAModule)
+{
+    struct Silent : std::exception {
+        const char *what() const noexcept override { return ""; }
+    };
+    EXPECT_EQ("no answer", failureOf(std::runtime_error("no answer")));
+    EXPECT_EQ("Out of memory", failureOf(std::bad_alloc()));
+    EXPECT_EQ("unknown reason", failureOf(Silent()));
+}
+
+TEST(ModuleTest, WorkThatSucceedsReportsNoFailure)
+{
+    std::string failure;
+    bool done = false;
+    Platform::withinModule(failure, [&] { done = true; });
+    EXPECT_TRUE(done);
+    EXPECT_EQ("", failure);
 }
