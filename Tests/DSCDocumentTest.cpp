@@ -236,6 +236,30 @@ TEST_F(DSCDocumentTest, DataWithoutEndAndWithoutUsableCountAreNone)
     EXPECT_EQ(2U, pages(kHead + "%%Page: 1 1\n%%BeginBinary: 2\n%%Page: 2 2\n").size());
 }
 
+TEST_F(DSCDocumentTest, CommentDirectlyBehindDataThatAreNoneCounts)
+{
+    EXPECT_EQ(2U, pages(kHead + "%%Page: 1 1\n%%BeginBinary: 2\n%%Page: 2 2\nshowpage\n").size());
+}
+
+TEST_F(DSCDocumentTest, WhereOneSectionHasNoEndNoCountIsBelieved)
+{
+    EXPECT_EQ(3U, pages(kHead + "%%Page: 1 1\n%%BeginBinary: 2\n%%Page: 2 2\n"
+                                "%%BeginBinary: 999\n%%Page: 3 3\n")
+                      .size());
+}
+
+TEST_F(DSCDocumentTest, SaysWhatShouldEndTheDataThatAreCutOff)
+{
+    EXPECT_EQ("%%EndBinary",
+              read(kHead + "%%Page: 1 1\n%%BeginBinary: 999\nxx\n").missingEndOfData());
+    EXPECT_EQ("%%EndData",
+              read(kHead + "%%Page: 1 1\n%%BeginData: 9 Hex Lines\nxx\n").missingEndOfData());
+    EXPECT_EQ("", read(kHead + "%%Page: 1 1\n%%BeginBinary: 2\nxx\n").missingEndOfData());
+    EXPECT_EQ(
+        "",
+        read(kHead + "%%Page: 1 1\n%%BeginBinary: 9\nxx\n%%EndBinary\nshowp").missingEndOfData());
+}
+
 // --- Media ---------------------------------------------------------------------------------------
 
 namespace {

@@ -706,3 +706,13 @@ INSTANTIATE_TEST_SUITE_P(Ends, PostScriptBookletTruncatedTest,
                                          "currentfile 99 string readstring\nabc",
                                          "\n%%BeginBinary: 999\ncurrentfile 999 string readstring\n"
                                          "\n%%Page: 6 6\n"));
+
+/// The next command counts the booklet's sides by their comments.
+TEST(PostScriptBookletTest, CutOffDataDoNotHideTheSidesBehindThem)
+{
+    std::string text = colouredPages(1).text();
+    text.erase(text.find("%%Trailer"));
+    text += "%%BeginBinary: 99999\ncurrentfile 999 string readstring\n";
+    const std::string sides = processed(text, booklet());
+    EXPECT_THAT(processed(sides, CoverPages{}), HasSubstr("\n%%Pages: 2\n"));
+}

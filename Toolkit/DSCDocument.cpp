@@ -170,6 +170,7 @@ void DSCReader::finish()
     if (!_inTrailer)
         _document._trailer = _document._file.size();
     _document._complete = _inTrailer;
+    _document._missingEndOfData = _scanner.missingEndOfData();
     _document._pages.back().end = _document._trailer;
     FileWindow window(_document._file, _document._file.size());
     _document._namesOperatorDictionary =

@@ -63,6 +63,8 @@ public:
 
     /// Whether the end of the document is there: a %%Trailer or an %%EOF comment.
     bool isComplete() const { return _complete; }
+    /// The comment that should end the data that the document ends inside; empty when it does not.
+    std::string_view missingEndOfData() const { return _missingEndOfData; }
     /// Whether anything behind the header names the dictionary of the operators, where it may look
     /// for operators that have been given another meaning.
     bool namesOperatorDictionary() const { return _namesOperatorDictionary; }
@@ -82,6 +84,7 @@ private:
     std::vector<DSCPage> _pages;
     std::uint64_t _trailer = 0;
     bool _complete = false;
+    std::string_view _missingEndOfData;
     bool _namesOperatorDictionary = false;
     unsigned _countOfOurProcSets = 0;
     DSCMedia _media;

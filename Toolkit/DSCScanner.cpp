@@ -159,8 +159,13 @@ void DSCScanner::passOver(const DSCComment &begin, DataSection &section)
     }
     // The count is wrong, or the document ends too early.
     ++_wrongCounts;
-    if (!findEndComment(section))
-        _position = behind && *behind >= _end ? _end : begin.end;
+    const bool othersEnd = !section.hasNoEnd;
+    if (findEndComment(section))
+        return;
+    const bool reachesEnd = othersEnd && behind && *behind >= _end;
+    _position = reachesEnd ? _end : begin.end;
+    _before = '\n';
+    _missingEndOfData = reachesEnd ? section.end : std::string_view();
 }
 
 /// Where the data end by their count; nullopt when there is none.

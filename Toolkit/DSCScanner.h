@@ -44,6 +44,10 @@ public:
     /// Once next() has come to the end: whether that lies inside an embedded document.
     bool endedInsideDocument() const { return _depth > 0; }
 
+    /// Once next() has come to the end: the comment that should end the data that this lies inside;
+    /// empty when it lies in none.
+    std::string_view missingEndOfData() const { return _missingEndOfData; }
+
 private:
     struct DataSection {
         std::string_view begin;
@@ -67,5 +71,6 @@ private:
     std::uint64_t _depth = 0;     ///< of embedded documents
     DataSection _binary{"%%BeginBinary", "%%EndBinary"};
     DataSection _data{"%%BeginData", "%%EndData"};
+    std::string_view _missingEndOfData;
     unsigned _wrongCounts = 0;
 };

@@ -47,7 +47,7 @@ std::string InputFile::text(std::uint64_t begin, std::uint64_t end) const
 }
 
 FileWindow::FileWindow(const InputFile &file, std::uint64_t end)
-    : _file(file), _end(std::min(end, file.size())), _buffer(kSize)
+    : _file(file), _end(std::min(end, file.size())), _buffer(std::min<std::uint64_t>(kSize, _end))
 {
 }
 

@@ -178,7 +178,7 @@ void BookletWriter::writeContent(const DSCPage &page)
         _writer.lines(unfinishedPageBegin(_run));
     _writer.copyWithout({page.content, page.end}, kPageComments);
     if (isCutOff)
-        _writer.lines(unfinishedPageEnd(_run));
+        _writer.lines(unfinishedPageEnd(_run, _document.missingEndOfData()));
 }
 
 } // namespace

@@ -256,7 +256,7 @@ void CoverPagesWriter::writeContent(const DSCPage &page)
         _writer.lines(unfinishedPageBegin(_run));
     _writer.copy({page.content, page.end});
     if (isCutOff)
-        _writer.lines(unfinishedPageEnd(_run));
+        _writer.lines(unfinishedPageEnd(_run, _document.missingEndOfData()));
 }
 
 } // namespace

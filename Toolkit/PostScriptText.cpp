@@ -57,7 +57,11 @@ std::string unfinishedPageBegin(unsigned run)
                          run);
 }
 
-std::string unfinishedPageEnd(unsigned run)
+std::string unfinishedPageEnd(unsigned run, std::string_view missingEndOfData)
 {
-    return withRunNumber(kEndOfUnfinishedPage, run) + "\n";
+    std::string text = withRunNumber(kEndOfUnfinishedPage, run) + "\n";
+    // For whoever reads the comments: what follows is no data any more.
+    if (!missingEndOfData.empty())
+        text.append(missingEndOfData) += '\n';
+    return text;
 }

@@ -21,4 +21,5 @@ std::string withRunNumber(std::string_view text, unsigned run);
 
 /// What frames a page that the end of the document cuts off (Unfinished.ps).
 std::string unfinishedPageBegin(unsigned run);
-std::string unfinishedPageEnd(unsigned run);
+/// @param missingEndOfData  @see DSCDocument::missingEndOfData
+std::string unfinishedPageEnd(unsigned run, std::string_view missingEndOfData);

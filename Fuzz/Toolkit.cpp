@@ -1,0 +1,70 @@
+#include "Toolkit.h"
+
+#include "Fuzzing.h"
+#include "Job.h"
+#include "Queue.h"
+#include "Streams.h"
+#include "ToolkitError.h"
+
+namespace Fuzz {
+namespace {
+
+CoverStyle styleOf(std::string_view letters, std::string_view names)
+{
+    for (const char letter : letters) {
+        if (letter == names[0])
+            return CoverStyle::NoPrint;
+        if (letter == names[1])
+            return CoverStyle::Print1;
+        if (letter == names[2])
+            return CoverStyle::Print;
+    }
+    return CoverStyle::None;
+}
+
+} // namespace
+
+ToolkitCommands::ToolkitCommands(std::string_view letters)
+{
+    const auto has = [&](char letter) { return letters.find(letter) != std::string_view::npos; };
+    watermark = {.above = !has('b'),
+                 .font = "Helvetica",
+                 .angle = 30,
+                 .colour = {0.5},
+                 .position = {100, 200},
+                 .size = 50,
+                 .text = "A i"};
+    booklet = {.pageSize = "A4",
+               .centreMargin = 20,
+               .outerMargin = 10,
+               .ordering = has('r') ? Ordering::RightToLeft : Ordering::LeftToRight};
+    covers = {.back = {styleOf(letters, "NOP"), "Thick", "Tray2"},
+              .front = {styleOf(letters, "nop"), "None", "Tray1"},
+              .source = "AutoSelect",
+              .media = "Plain",
+              .duplex = has('1') ? "none" : "notumble"};
+}
+
+std::optional<std::string> outputOf(std::string_view document,
+                                    const std::function<void(const Job &)> &command)
+{
+    static MemoryFile ppd;
+    [[maybe_unused]] static const bool ready = [] {
+        ppd.assign(queuePPD());
+        return true;
+    }();
+    MemoryFile input;
+    MemoryFile output;
+    input.assign(document);
+    const Platform::Stream inputStream = Platform::openForReading(input.path());
+    Platform::Stream outputStream = Platform::openForWriting(output.path());
+    try {
+        command({.input = inputStream.get(), .output = outputStream.get(), .ppdPath = ppd.path()});
+    } catch (const ToolkitError &) {
+        return std::nullopt;
+    }
+    require(Platform::closeStream(std::move(outputStream)), "all of the output is written");
+    return output.bytes();
+}
+
+} // namespace Fuzz

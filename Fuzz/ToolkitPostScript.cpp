@@ -1,0 +1,136 @@
+// A PostScript document, through the toolkit's three commands. The first line chooses how (see
+// Toolkit.h), the document follows.
+
+#include "DSCDocument.h"
+#include "Fuzzing.h"
+#include "Job.h"
+#include "PostScriptCommands.h"
+#include "Streams.h"
+#include "Toolkit.h"
+#include "ToolkitError.h"
+
+#include <vector>
+
+namespace {
+
+/// Most that a command adds: its procedures, and a few lines for each page.
+constexpr std::size_t kMostAdded = 60'000;
+constexpr std::size_t kMostAddedToPage = 2'000;
+
+using Command = std::function<void(const Job &)>;
+
+/// A document and where its pages lie.
+struct Document {
+    std::string bytes;
+    std::vector<std::string> contents; ///< of each page
+    std::string countInHeader;         ///< what %%Pages says; empty when it does not
+};
+
+/// The bytes, as the toolkit itself reads them.
+Document readDocument(const std::string &bytes)
+{
+    Fuzz::MemoryFile file;
+    file.assign(bytes);
+    const Platform::Stream stream = Platform::openForReading(file.path());
+    const DSCDocument document(stream.get());
+    Document result = {bytes, {}, {}};
+    for (const DSCPage &page : document.pages()) {
+        Fuzz::require(page.begin <= page.content && page.content <= page.end &&
+                          page.end <= bytes.size(),
+                      "a page's parts follow each other inside the file");
+        result.contents.push_back(bytes.substr(page.content, page.end - page.content));
+    }
+    DSCScanner scanner(document.file(), 0, document.header().end);
+    while (const auto comment = scanner.next()) {
+        if (result.countInHeader.empty() && comment->is("%%Pages"))
+            result.countInHeader = comment->value();
+    }
+    return result;
+}
+
+/// The same for bytes from outside; nullopt for what the toolkit refuses whatever is asked for.
+std::optional<Document> documentFrom(const std::string &bytes)
+{
+    try {
+        return readDocument(bytes);
+    } catch (const ToolkitError &) {
+        return std::nullopt;
+    }
+}
+
+/// Whether all bytes of the one stand in the other, in order.
+bool isWithin(std::string_view part, std::string_view whole)
+{
+    std::size_t at = 0;
+    for (std::size_t i = 0; i < whole.size() && at < part.size(); ++i)
+        at += part[at] == whole[i] ? 1 : 0;
+    return at == part.size();
+}
+
+/// What the command makes of the document; nullopt when it refuses it. Whatever it is, it is a
+/// document again, and not much longer.
+std::optional<Document> tryCommand(const Document &document, const Command &command)
+{
+    const auto output = Fuzz::outputOf(document.bytes, command);
+    if (!output)
+        return std::nullopt;
+    Fuzz::require(output->size() <= document.bytes.size() + kMostAdded +
+                                        kMostAddedToPage * (document.contents.size() + 8),
+                  "the output is not much longer than the input");
+    return readDocument(*output);
+}
+
+void tryWatermark(const Document &document, const Watermark &watermark)
+{
+    const Command command = [&](const Job &job) { applyWatermarkToPostScript(watermark, job); };
+    const auto once = tryCommand(document, command);
+    if (!once)
+        return;
+    Fuzz::require(isWithin(document.bytes, once->bytes), "a watermark takes nothing away");
+    Fuzz::require(once->contents.size() == document.contents.size(),
+                  "a watermark leaves the pages as they are");
+    const auto twice = tryCommand(*once, command);
+    Fuzz::require(twice && twice->contents.size() == once->contents.size(),
+                  "what has one watermark takes another");
+}
+
+void tryBooklet(const Document &document, const Booklet &booklet)
+{
+    const auto output =
+        tryCommand(document, [&](const Job &job) { applyBookletToPostScript(booklet, job); });
+    if (!output)
+        return;
+    Fuzz::require(output->contents.size() == (document.contents.size() + 3) / 4 * 2,
+                  "a booklet has two sides for four pages");
+    Fuzz::requireEqual(std::to_string(output->contents.size()), output->countInHeader,
+                       "the booklet says how many sides it has");
+}
+
+void tryCovers(const Document &document, const CoverPages &covers)
+{
+    const auto output =
+        tryCommand(document, [&](const Job &job) { applyCoverPagesToPostScript(covers, job); });
+    if (!output)
+        return;
+    Fuzz::requireEqual(std::to_string(output->contents.size()), output->countInHeader,
+                       "the document with covers says how many pages it has");
+    Fuzz::require(output->contents.size() <= document.contents.size() + 4,
+                  "covers add two sheets at most");
+    std::size_t at = 0;
+    for (const std::string &content : output->contents)
+        at += at < document.contents.size() && isWithin(document.contents[at], content) ? 1 : 0;
+    Fuzz::require(at == document.contents.size(), "all pages are there, in order");
+}
+
+} // namespace
+
+void Fuzz::tryInput(std::string_view input)
+{
+    const ToolkitCommands commands(takeLine(input));
+    const auto document = documentFrom("%!PS-Adobe-3.0" + std::string(input));
+    if (!document)
+        return;
+    tryWatermark(*document, commands.watermark);
+    tryBooklet(*document, commands.booklet);
+    tryCovers(*document, commands.covers);
+}
