@@ -9,6 +9,7 @@
 #include "domainLookup.h"
 #include "handlePJL.h"
 #include "headerText.h"
+#include "runFilter.h"
 #include "spoolToFile.h"
 #include "toolkitPath.h"
 
@@ -221,10 +222,11 @@ void printJob(const Arguments &arguments)
     removeIfSpooled(jobFile);
 }
 
-[[noreturn]] void die(const char *reason)
+/// @return the exit status
+int fail(const char *reason)
 {
     std::fprintf(stderr, "%s\n", onOneLine(std::string("CRIT: ") + reason).c_str());
-    std::exit(EXIT_FAILURE);
+    return EXIT_FAILURE;
 }
 
 } // namespace
@@ -236,19 +238,24 @@ int main(int argc, char *argv[])
     Platform::cleanUpWhenCancelled();
     giveBuffer(stdout, outputBuffer);
 
+    std::exit(runFilter(argc, argv));
+}
+
+int runFilter(int argc, char *argv[])
+{
     if (argc != 6 && argc != 7) {
         std::fprintf(stderr,
                      "Unexpected number of arguments. Usage:\n\n"
                      "%s job-id username job-title num-copies options [ file ]\n",
                      argv[0]);
-        std::exit(EXIT_FAILURE);
+        return EXIT_FAILURE;
     }
     try {
         printJob({argv[1], argv[2], argv[3], argv[4], argv[5], argc == 7 ? argv[6] : nullptr});
     } catch (const std::bad_alloc &) {
-        die("Out of memory");
+        return fail("Out of memory");
     } catch (const std::exception &error) {
-        die(error.what());
+        return fail(error.what());
     }
-    std::exit(EXIT_SUCCESS);
+    return EXIT_SUCCESS;
 }

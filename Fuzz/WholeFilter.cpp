@@ -1,0 +1,161 @@
+// The whole filter, from its arguments to the printer's bytes.
+//
+// Job id, user, title, number of copies and options are a line each; the pages follow. The toolkit
+// that the queue has hands on what it is given.
+
+#include "runFilter.h"
+
+#include "Fuzzing.h"
+#include "PJLChecker.h"
+#include "Queue.h"
+#include "TemporaryFolder.h"
+#include "Text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr std::string_view kExit = "\033%-12345X";
+constexpr char kToolkit[] = R"(#!/bin/sh
+while [ $# -gt 2 ]; do shift; done
+exec cat <"$1" >"$2"
+)";
+
+/// A queue, and the folders that a job of its may use.
+class Queue {
+public:
+    Queue()
+    {
+        const std::string bundle = _folder.file("Toolkit.bundle");
+        for (const char *part : {"", "/Contents", "/Contents/Linux"})
+            mkdir((bundle + part).c_str(), 0700);
+        Support::writeFile(bundle + "/Contents/Linux/toolkit", kToolkit);
+        chmod((bundle + "/Contents/Linux/toolkit").c_str(), 0700);
+        setenv(
+            "PPD",
+            _folder.write("queue.ppd", Fuzz::queuePPD("*APDialogExtension: \"" + bundle + "\"\n"))
+                .c_str(),
+            1);
+        setenv("TMPDIR", _temporary.path().c_str(), 1);
+    }
+
+    /// A file of the scheduler's for the job.
+    std::string jobFile(std::string_view pages) const { return _folder.write("job", pages); }
+    /// Removes what the job left behind. @return how many files that were
+    std::size_t tidy() const
+    {
+        const auto names = _temporary.names();
+        for (const std::string &name : names)
+            std::remove(_temporary.file(name).c_str());
+        return names.size();
+    }
+
+private:
+    Support::TemporaryFolder _folder;
+    Support::TemporaryFolder _temporary;
+};
+
+/// Lets a standard descriptor lead to the file.
+void redirect(int descriptor, const std::string &path, int flags)
+{
+    const Platform::Descriptor file(open(path.c_str(), flags | O_CLOEXEC));
+    Fuzz::require(dup2(file.number(), descriptor) == descriptor, "a descriptor can be redirected");
+}
+
+/// What the filter writes for the job.
+/// @param file  null for the pages on standard input
+std::string jobOf(std::array<std::string, 5> arguments, std::string_view pages,
+                  const std::string *file)
+{
+    Fuzz::MemoryFile input;
+    Fuzz::MemoryFile output;
+    input.assign(pages);
+    redirect(STDIN_FILENO, input.path(), O_RDONLY);
+    redirect(STDOUT_FILENO, output.path(), O_WRONLY);
+    std::rewind(stdin);
+
+    std::string program = "jobfilter";
+    std::vector<char *> words = {program.data()};
+    for (std::string &argument : arguments)
+        words.push_back(argument.data());
+    std::string path = file != nullptr ? *file : "";
+    if (file != nullptr)
+        words.push_back(path.data());
+    const int status = runFilter(static_cast<int>(words.size()), words.data());
+    std::fflush(stdout);
+    Fuzz::require(status == 0, "no argument and no page stops a job");
+    return output.bytes();
+}
+
+/// Header, pages and end of a job stand behind each other, and the pages are as they were.
+void requirePages(const std::string &job, std::string_view pages)
+{
+    const auto parts = Support::splitPJLJob(job);
+    Fuzz::require(parts.has_value(), "a job has a header and an end");
+    Fuzz::requireEqual(
+        pages,
+        job.substr(parts->header.size(), std::min(pages.size(), job.size() - parts->header.size())),
+        "the pages pass as they are");
+    const std::string end = job.substr(parts->header.size() + pages.size());
+    Fuzz::require(end.starts_with(kExit) && end.ends_with("\r\n@PJL EOJ\n") &&
+                      std::ranges::count(end, '\n') == 3 && std::ranges::count(end, '\033') == 1,
+                  "the job's end follows the pages, three lines long");
+}
+
+/// Job id, user, title, copies and options, as the scheduler lets them through: no control
+/// characters in user and title, which libcups writes as they are, and no user but of ASCII, where
+/// libcups would cut within a character.
+std::array<std::string, 5> takeArguments(std::string_view &input)
+{
+    std::array<std::string, 5> arguments;
+    for (std::string &argument : arguments) {
+        argument = Fuzz::takeLine(input);
+        argument.resize(std::min(argument.find('\0'), argument.size()));
+    }
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
+    const auto isNoASCII = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
+    for (std::string *text : {&arguments[1], &arguments[2]})
+        std::ranges::replace_if(*text, isControl, '.');
+    std::ranges::replace_if(arguments[1], isNoASCII, '.');
+    if (!Platform::isValidUTF8(arguments[2]))
+        std::ranges::replace_if(arguments[2], isNoASCII, '.');
+    return arguments;
+}
+
+/// Values of options that are words of PJL: what else a user puts there is his printer's to refuse.
+bool isAboutWords(const std::string &problem)
+{
+    return problem.find("@PJL SET COPIES") != std::string::npos ||
+           problem.find("JOBENDINFO") != std::string::npos;
+}
+
+void requireJob(const std::string &job, std::string_view pages)
+{
+    requirePages(job, pages);
+    if (pages.find(kExit) != std::string_view::npos || pages.find("@PJL") != std::string_view::npos)
+        return; // the pages' own
+    for (const std::string &problem : Support::problemsOfPJLJob(job))
+        Fuzz::require(isAboutWords(problem), problem);
+}
+
+} // namespace
+
+void Fuzz::tryInput(std::string_view input)
+{
+    static const Queue queue;
+    const auto arguments = takeArguments(input);
+    const std::string spooled = jobOf(arguments, input, nullptr);
+    requireJob(spooled, input);
+    require(queue.tidy() == 0, "a job leaves nothing lying about");
+
+    const std::string file = queue.jobFile(input);
+    requireEqual(spooled, jobOf(arguments, "", &file), "a job in a file is printed as any other");
+    // What the toolkit made of a file that is not the filter's own is not removed by the filter.
+    require(queue.tidy() <= 1, "a job in a file leaves the toolkit's last file at most");
+}
