@@ -499,6 +499,18 @@ TEST_F(ToolkitPDFWatermarkTest, APageTreeThatLeadsIntoItselfOrTooDeepIsRefused)
     EXPECT_THAT(problem(deep.document("/Kids [3 0 R] /Count 1")), HasSubstr("nested too deeply"));
 }
 
+TEST_F(ToolkitPDFWatermarkTest, ContentsThatLeadIntoThemselvesAreNone)
+{
+    PDFBuilder builder;
+    ASSERT_EQ("3 0 R", builder.add("[3 0 R [3 0 R]]"));
+    builder.addPage(std::string(kSmall) + " /Contents 3 0 R");
+    for (const Watermark &watermark : {redText(), redTextBelow()}) {
+        const auto pages = rendered(marked(builder.document(), watermark));
+        ASSERT_EQ(1U, pages.size());
+        expectInPlace(watermark, pages[0]);
+    }
+}
+
 TEST_F(ToolkitPDFWatermarkTest, ATruncatedDocumentIsRefusedOrKeepsAllItsPages)
 {
     PDFBuilder builder;

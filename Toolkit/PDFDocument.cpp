@@ -56,8 +56,6 @@ void refuseDeepPageTree(QPDFObjectHandle root)
 /// Whether something is referred to that is not there.
 bool isLost(QPDFObjectHandle object)
 {
-    if (object.isArray())
-        return std::ranges::any_of(object.getArrayAsVector(), &isLost);
     return object.isIndirect() && object.isNull();
 }
 
@@ -68,7 +66,11 @@ bool lacksContents(QPDFObjectHandle page)
         return true;
     const auto entries = page.getDictAsMap();
     const auto contents = entries.find("/Contents");
-    return contents != entries.end() && isLost(contents->second);
+    if (contents == entries.end())
+        return false;
+    // Not deeper: parts are streams, and an array may lead into itself.
+    QPDFObjectHandle value = contents->second;
+    return value.isArray() ? std::ranges::any_of(value.getArrayAsVector(), isLost) : isLost(value);
 }
 
 /// A damaged document would lose in silence what is not found. In a sound one a contents reference
