@@ -2,10 +2,26 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace Platform {
+namespace {
+
+/// The stream takes the descriptor over; when there is no memory for it, the descriptor is closed.
+Stream streamOf(int descriptor, const char *mode)
+{
+    Stream stream(fdopen(descriptor, mode));
+    if (!stream) {
+        const int problem = errno;
+        close(descriptor);
+        errno = problem;
+    }
+    return stream;
+}
+
+} // namespace
 
 bool closeStream(Stream stream)
 {
@@ -28,13 +44,11 @@ Stream openForReading(const std::string &path)
         problem = EISDIR;
     else if (S_ISFIFO(status.st_mode))
         problem = ESPIPE;
-    FILE *stream = problem == 0 ? fdopen(descriptor, "rb") : nullptr;
-    if (stream == nullptr) {
-        problem = problem == 0 ? errno : problem;
-        close(descriptor);
-        errno = problem;
-    }
-    return Stream(stream);
+    if (problem == 0)
+        return streamOf(descriptor, "rb");
+    close(descriptor);
+    errno = problem;
+    return nullptr;
 }
 
 Stream openForWriting(const std::string &path)
@@ -44,10 +58,8 @@ Stream openForWriting(const std::string &path)
 
 Stream openTemporary()
 {
-    Stream stream(std::tmpfile());
-    if (stream)
-        fcntl(fileno(stream.get()), F_SETFD, FD_CLOEXEC);
-    return stream;
+    const int descriptor = memfd_create("temporary", MFD_CLOEXEC);
+    return descriptor < 0 ? nullptr : streamOf(descriptor, "w+b");
 }
 
 void occupyStandardDescriptors()

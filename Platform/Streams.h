@@ -30,7 +30,9 @@ Stream openForReading(const std::string &path);
 /// @return null on failure, with errno set.
 Stream openForWriting(const std::string &path);
 
-/// An anonymous temporary stream for writing and reading (tmpfile(3)), not inherited by children.
+/// An anonymous temporary stream for writing and reading, as tmpfile(3) gives it, but in memory
+/// (memfd_create(2)): what is written, passwords included, never reaches a disk. Not inherited by
+/// children.
 /// @return null on failure, with errno set.
 Stream openTemporary();
 

@@ -2,10 +2,13 @@
 
 #include "TemporaryFolder.h"
 
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 using namespace Platform;
@@ -26,6 +29,19 @@ TEST(StreamsTest, NoStreamIsInheritedByChildren)
     EXPECT_TRUE(isClosedOnExec(openForReading(path)));
     EXPECT_TRUE(isClosedOnExec(openForWriting(path)));
     EXPECT_TRUE(isClosedOnExec(openTemporary()));
+}
+
+TEST(StreamsTest, ATemporaryStreamIsReadBackAndLiesOnNoDisk)
+{
+    const Stream stream = openTemporary();
+    ASSERT_TRUE(stream);
+    std::fputs("password", stream.get());
+    std::rewind(stream.get());
+    std::array<char, 9> text = {};
+    EXPECT_STREQ("password", std::fgets(text.data(), text.size(), stream.get()));
+    struct statfs status = {};
+    ASSERT_EQ(0, fstatfs(fileno(stream.get()), &status));
+    EXPECT_EQ(TMPFS_MAGIC, status.f_type);
 }
 
 TEST(StreamsTest, RefusesToReadAFolder)
