@@ -138,7 +138,7 @@ bool KLPrintOptions::valueForKeyIsEqualToNumber(std::string_view key, std::int64
 void KLPrintOptions::setValueForKey(std::optional<KLValue> value, std::string_view key)
 {
     if (value)
-        _options.insert_or_assign(std::string(key), std::move(*value));
+        _options.insert_or_assign(std::string(key), *std::move(value));
     else if (const auto entry = _options.find(key); entry != _options.end())
         _options.erase(entry);
 }

@@ -145,7 +145,7 @@ std::string paperSource(const KLPrintOptions &options, std::string_view key)
 
 std::string duplexWord(const KLPrintOptions &options)
 {
-    const std::string duplex = textOption(options, "Duplex", "None");
+    std::string duplex = textOption(options, "Duplex", "None");
     if (duplex == "None")
         return "none";
     if (duplex == "DuplexTumble")

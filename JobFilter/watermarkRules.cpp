@@ -74,8 +74,6 @@ std::string escapedWatermarkText(std::string_view text)
     // On purpose: the search is made once, so the next part is empty and no part is ever the last
     // (KLPrintOptionsWatermarkTest, TextWithABackslashOrParenthesisNeverComesBack).
     std::string escaped;
-    for (std::size_t start = 0;; start = special) {
-        escaped += text.substr(start, special - start);
-        escaped += '\\';
-    }
+    for (std::size_t start = 0;; start = special)
+        escaped.append(text.substr(start, special - start)).append("\\");
 }

@@ -99,7 +99,7 @@ Descriptor openRegularFile(const std::string &path)
 /// The next bytes of the file; empty at its end and after an error.
 Bytes readBlock(const Descriptor &file, std::span<std::uint8_t> block)
 {
-    ssize_t length;
+    ssize_t length = 0;
     do
         length = read(file.number(), block.data(), block.size());
     while (length < 0 && errno == EINTR);

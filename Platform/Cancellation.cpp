@@ -75,7 +75,7 @@ void cleanUpWhenCancelled()
 bool removeWhenCancelled(const std::string &path)
 {
     const CancellationDelay delay;
-    const auto slot = std::ranges::find_if(filesToRemove, [](auto &s) { return *s == '\0'; });
+    const auto slot = std::ranges::find_if(filesToRemove, [](const auto &s) { return *s == '\0'; });
     if (path.size() >= kPathSize || slot == std::end(filesToRemove))
         return false;
     std::memcpy(*slot, path.c_str(), path.size() + 1);

@@ -65,6 +65,7 @@ void limitMemory(std::size_t more)
     const std::unique_ptr<FILE, int (*)(FILE *)> sizes(std::fopen("/proc/self/statm", "re"),
                                                        &std::fclose);
     unsigned long pages = 0; // the sixth number: data and stack
+    // NOLINTNEXTLINE(cert-err34-c): the kernel's numbers fit
     if (!sizes || std::fscanf(sizes.get(), "%*u %*u %*u %*u %*u %lu", &pages) != 1)
         return;
     const rlim_t most = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + more;

@@ -116,7 +116,8 @@ std::optional<Font> Font::open(FT_Library library, const FcPattern *pattern)
         FT_New_Face(library, reinterpret_cast<const char *>(file), index, &face) != 0)
         return std::nullopt;
     Font font(face);
-    if (!FT_IS_SCALABLE(face) || FT_Set_Char_Size(face, 0, 64 * face->units_per_EM, 72, 72) != 0)
+    if (!FT_IS_SCALABLE(face) ||
+        FT_Set_Char_Size(face, 0, FT_F26Dot6{64} * face->units_per_EM, 72, 72) != 0)
         return std::nullopt;
     font._shaper.reset(hb_ft_font_create_referenced(face));
     hb_ft_font_set_load_flags(font._shaper.get(), FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP);
@@ -144,16 +145,18 @@ bool Fonts::open(const FcPattern *pattern)
 
 void Fonts::openNamedFont(const std::string &postScriptName)
 {
-    const auto opens = [this](const FcPattern *pattern) { return open(pattern); };
+    const auto openFirst = [this](const FcFontSet &set) {
+        return std::any_of(set.fonts, set.fonts + set.nfont,
+                           [this](const FcPattern *pattern) { return open(pattern); });
+    };
     const FontSet exact = fontsNamed(postScriptName);
-    if (exact && std::any_of(exact->fonts, exact->fonts + exact->nfont, opens))
+    if (exact && openFirst(*exact))
         return;
     FcResult result = FcResultMatch;
     const Pattern nearest(FcFontMatch(nullptr, _wanted.get(), &result));
     if (nearest && open(nearest.get()))
         return;
-    const FcFontSet &others = substitutes();
-    std::any_of(others.fonts, others.fonts + others.nfont, opens);
+    openFirst(substitutes());
 }
 
 std::size_t Fonts::fontWithCharacter(char32_t character)

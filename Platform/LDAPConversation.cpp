@@ -87,8 +87,10 @@ std::string serverURL(const std::string &uri, char *dn)
 std::vector<std::string> valuesOf(LDAP *ldap, LDAPMessage *entry, const std::string &attribute)
 {
     const Values values(ldap_get_values_len(ldap, entry, attribute.c_str()));
+    const int count = ldap_count_values_len(values.get());
     std::vector<std::string> texts;
-    for (int at = 0; at < ldap_count_values_len(values.get()); ++at)
+    texts.reserve(static_cast<std::size_t>(count));
+    for (int at = 0; at < count; ++at)
         texts.emplace_back(values.get()[at]->bv_val, values.get()[at]->bv_len);
     return texts;
 }

@@ -24,7 +24,9 @@ void *symbolFromModule(const std::string &fileName, const std::string &symbol)
         throw ModuleError("Unable to load module: " + lastReason());
     void *address = dlsym(module, symbol.c_str());
     if (address == nullptr)
+        // cppcheck-suppress resourceLeak ; the module stays loaded, as said above
         throw ModuleError("Unable to use module: " + lastReason());
+    // cppcheck-suppress resourceLeak ; likewise
     return address;
 }
 

@@ -68,8 +68,10 @@ void occupyStandardDescriptors()
     // open() takes the lowest free descriptor, so going upwards fills exactly the gaps.
     static constexpr int kFlags[] = {O_WRONLY, O_RDONLY, O_WRONLY};
     for (int descriptor = 0; descriptor <= 2; ++descriptor) {
-        if (fcntl(descriptor, F_GETFD) < 0 && errno == EBADF)
-            open("/dev/null", kFlags[descriptor]);
+        if (fcntl(descriptor, F_GETFD) < 0 && errno == EBADF &&
+            // cppcheck-suppress leakReturnValNotUsed ; it is to stay open
+            open("/dev/null", kFlags[descriptor]) < 0)
+            return; // nothing to be done here, and the next gap would fare no better
     }
 }
 

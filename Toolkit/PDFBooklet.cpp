@@ -54,8 +54,9 @@ public:
 private:
     void drawPage(SideInProgress &side, const PDFPage &page, const Rectangle &area);
     void drawContents(SideInProgress &side, const PDFPage &page);
-    void drawAnnotations(SideInProgress &side, const PDFPage &page);
-    void drawAnnotation(SideInProgress &side, const PDFPage &page, QPDFObjectHandle annotation);
+    static void drawAnnotations(SideInProgress &side, const PDFPage &page);
+    static void drawAnnotation(SideInProgress &side, const PDFPage &page,
+                               QPDFObjectHandle annotation);
 
     static std::string onItsLayer(SideInProgress &side, QPDFObjectHandle annotation,
                                   const std::string &drawing);
