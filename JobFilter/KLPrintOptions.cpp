@@ -138,11 +138,12 @@ bool KLPrintOptions::valueForKeyIsEqualToNumber(std::string_view key, std::int64
 void KLPrintOptions::setValueForKey(std::optional<KLValue> value, std::string_view key)
 {
     if (value)
-        _options.insert_or_assign(std::string(key), *std::move(value));
+        _options.insert_or_assign(std::string(key), std::move(*value));
     else if (const auto entry = _options.find(key); entry != _options.end())
         _options.erase(entry);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): it is moved from, through try_emplace()
 void KLPrintOptions::setDefaultValueForKey(KLValue value, std::string_view key)
 {
     _options.try_emplace(std::string(key), std::move(value));
