@@ -165,11 +165,12 @@ Platform::Stream makeHeader(const Arguments &arguments, const KLPrintOptions &op
     Platform::Stream header = Platform::openTemporary();
     if (!header)
         return nullptr;
+    // NOLINTNEXTLINE(cert-err34-c): an id that is no number counts as 0
     ppdEmitJCL(options.ppd(), header.get(), std::atoi(arguments.jobId), arguments.userName,
                arguments.jobTitle);
-    if (std::fflush(header.get()) != 0 || std::ferror(header.get()) != 0)
+    if (std::fflush(header.get()) != 0 || std::ferror(header.get()) != 0 ||
+        std::fseek(header.get(), 0, SEEK_SET) != 0)
         throw FatalError(kUnableToProcess);
-    std::fseek(header.get(), 0, SEEK_SET);
     return header;
 }
 
@@ -199,8 +200,8 @@ void writeJobEnd(const KLPrintOptions &options)
     end += KLPJLHandler::formatDSSCLine("JOBENDINFO PAGES=%lu", 1UL);
     end += KLPJLHandler::formatDSSCLine("JOBENDINFO PAGESIZE=%@", pageSize);
     end += "@PJL EOJ\n"; // a bare line feed, and no exit language behind it
-    std::fwrite(end.data(), 1, end.size(), stdout);
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+    const std::size_t written = std::fwrite(end.data(), 1, end.size(), stdout);
+    if (written != end.size() || std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         throw FatalError(kUnableToProcess);
 }
 
