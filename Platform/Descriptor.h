@@ -11,8 +11,6 @@ public:
     /// @param number  an open descriptor, or -1 for none.
     explicit Descriptor(int number = -1) : _number(number) {}
     ~Descriptor() { close(); }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
     Descriptor(Descriptor &&other) noexcept : _number(std::exchange(other._number, -1)) {}
     Descriptor &operator=(Descriptor &&other) noexcept
     {

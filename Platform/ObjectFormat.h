@@ -17,7 +17,6 @@ namespace Platform {
 /// A text is referred to, not copied: the argument lives no longer than the call it is made for.
 class FormatArgument {
 public:
-    // NOLINTBEGIN(google-explicit-constructor): a call reads like printf's
     FormatArgument(const char *text) : _value(std::string_view(text)) {}
     FormatArgument(std::string_view text) : _value(text) {}
     FormatArgument(const std::string &text) : _value(std::string_view(text)) {}
@@ -36,7 +35,6 @@ public:
         : FormatArgument(object ? FormatArgument(*object) : FormatArgument(std::nullopt))
     {
     }
-    // NOLINTEND(google-explicit-constructor)
 
     /// An owned text is a number's description.
     using Value =

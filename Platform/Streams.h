@@ -7,7 +7,7 @@
 namespace Platform {
 
 struct StreamCloser {
-    void operator()(FILE *stream) const { static_cast<void>(std::fclose(stream)); }
+    void operator()(FILE *stream) const { std::fclose(stream); }
 };
 
 /// A stdio stream with an owner. Destruction ignores what closing reports: where a failed close

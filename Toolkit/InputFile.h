@@ -49,7 +49,7 @@ public:
     /// @param text  not empty, at most kSize bytes
     std::optional<std::uint64_t> find(std::string_view text, std::uint64_t position);
 
-    static constexpr std::size_t kSize = std::size_t{256} * 1024;
+    static constexpr std::size_t kSize = 256 * 1024;
 
 private:
     const InputFile &_file;
