@@ -137,17 +137,65 @@ std::string withoutWatermark(std::string output)
 
 // --- Where it stands -----------------------------------------------------------------------------
 
-class PostScriptWatermarkScriptTest : public testing::TestWithParam<const char *> {};
+struct Case {
+    const char *name;
+    const char *text;
+    bool above;
+};
 
-TEST_P(PostScriptWatermarkScriptTest, StandsWhereItBelongs)
+void PrintTo(const Case &example, std::ostream *stream)
 {
-    Watermark watermark = draft();
-    watermark.text = GetParam();
-    expectOnEveryPage({.pages = {"showpage\n", "showpage\n"}}, watermark);
+    *stream << example.name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Scripts, PostScriptWatermarkScriptTest,
-                         testing::Values("Draft (1) \\ 100%", "Σχέδιο", "مسودة", "草稿"));
+class PostScriptWatermarkScriptTest : public testing::TestWithParam<Case> {};
+
+namespace {
+
+constexpr double kBarLeft = 68; ///< of a blue bar across the middle of the text
+constexpr double kBarRight = 78;
+
+void expectBarIs(bool above, const RenderedPage &page)
+{
+    bool isCrossed = false;
+    for (double x = kBarLeft + 1; x < kBarRight - 1; x += 0.5) {
+        for (double y = 0.25; y < page.height(); y += 0.5) {
+            const auto colour = page.colourAt({x, y});
+            isCrossed = isCrossed || colour == kRed;
+            ASSERT_TRUE(colour == kRed || colour == kBlue) << "at " << x << ", " << y;
+        }
+    }
+    EXPECT_EQ(above, isCrossed);
+}
+
+} // namespace
+
+/// On a portrait page, on a landscape page and on one that its setup turns.
+TEST_P(PostScriptWatermarkScriptTest, StandsWhereItBelongs)
+{
+    Watermark watermark = draft(GetParam().above);
+    watermark.text = GetParam().text;
+    const std::string bar = "0 0 1 setrgbcolor 68 0 10 300 rectfill showpage\n";
+    const PostScriptSample sample{
+        .setup = "",
+        .pages = {
+            "%%BeginPageSetup\n<< /PageSize [200 300] >> setpagedevice\n%%EndPageSetup\n" + bar,
+            "%%BeginPageSetup\n<< /PageSize [300 200] >> setpagedevice\n%%EndPageSetup\n" + bar,
+            "%%BeginPageSetup\n<< /PageSize [200 300] >> setpagedevice\n"
+            "90 rotate 0 -200 translate 0.5 0.5 scale\n%%EndPageSetup\n"
+            "0 0 1 setrgbcolor 0 244 600 20 rectfill showpage\n"}};
+    expectOnEveryPage(sample, watermark);
+    for (const RenderedPage &page : rendered(processed(sample.text(), watermark)).pages)
+        expectBarIs(watermark.above, page);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Scripts, PostScriptWatermarkScriptTest,
+    testing::Values(Case{"LatinAbove", "Draft (1)", true}, Case{"LatinBelow", "Draft (1)", false},
+                    Case{"GreekAbove", "Σχέδιο", true}, Case{"GreekBelow", "Σχέδιο", false},
+                    Case{"ArabicAbove", "مسودة", true}, Case{"ArabicBelow", "مسودة", false},
+                    Case{"ChineseAbove", "草稿", true}, Case{"ChineseBelow", "草稿", false}),
+    [](const auto &example) { return std::string(example.param.name); });
 
 class PostScriptWatermarkAngleTest : public testing::TestWithParam<double> {};
 
@@ -194,21 +242,6 @@ TEST(PostScriptWatermarkTest, LongTextIsDrawnWhole)
     for (int word = 0; word < 60; ++word)
         watermark.text += " Draft";
     expectOnEveryPage({.pages = {"showpage\n"}}, watermark);
-}
-
-TEST(PostScriptWatermarkTest, LandscapePagesCountFromTheirOwnCorner)
-{
-    expectOnEveryPage(
-        {.setup = "<< /PageSize [300 200] >> setpagedevice\n", .pages = {kBlueBox + "showpage\n"}},
-        draft());
-}
-
-TEST(PostScriptWatermarkTest, PagesTurnedByTheirSetupCountFromTheSheetsCorner)
-{
-    expectOnEveryPage(
-        {.pages = {"%%BeginPageSetup\n90 rotate 0 -200 translate 0.5 0.5 scale\n%%EndPageSetup\n" +
-                   kBlueBox + "showpage\n"}},
-        draft());
 }
 
 // --- Above and below -----------------------------------------------------------------------------
