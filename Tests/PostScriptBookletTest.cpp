@@ -384,6 +384,9 @@ INSTANTIATE_TEST_SUITE_P(
         Page{"MediaInASavedStateShownAfterRestore", "", "",
              "save save << /MediaColor (red) >> setpagedevice gsave gsave " FILL "restore\n"
              "save 9 9 scale restore restore initgraphics showpage\n"},
+        Page{"MediaBelowAStateThatIsNeverBroughtBack", "", "",
+             "/outer save def << /MediaColor (red) >> setpagedevice save pop\n" FILL
+             "showpage outer restore\n"},
         Page{"MediaInAStateSavedInTheSetup", "", "/level save def\n",
              "colour currentrgbcolor level restore /level save def\n"
              "<< /MediaColor (red) >> setpagedevice setrgbcolor\n"
@@ -435,7 +438,8 @@ TEST(PostScriptBookletTest, RequestsForSizeAndDuplexGiveWayWhereverTheyStand)
     sample.prolog = "/ask { << /PageSize [9 9] /Duplex false /Tumble false >> setpagedevice } bind "
                     "def\n/askAgain /setpagedevice load def\nask\n";
     sample.setup = "[{\n%%BeginFeature: *Duplex None\n<< /Duplex false >> setpagedevice\n"
-                   "%%EndFeature\n} stopped cleartomark\nask << /PageSize [200 300] >> askAgain\n";
+                   "%%EndFeature\n} stopped cleartomark\nask << /PageSize [200 300] >> askAgain\n"
+                   "statusdict begin false setduplexmode false settumble end\n";
     sample.pages[1] = "ask << /PageSize [200 300] >> setpagedevice\n" + sample.pages[1];
     sample.trailer = "ask\n";
     EXPECT_EQ("SET PageSize 595.276 841.89 ImagingBBox null \n"
