@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DeviceLog.h"
 #include "PostScriptCommands.h"
 #include "Rendering.h"
 #include "Streams.h"
@@ -61,23 +62,10 @@ inline std::size_t countOf(std::string_view part, std::string_view text)
     return count;
 }
 
-/// Runs a document with operators that tell what they are called for: a line "SET Duplex true " for
-/// each setpagedevice, with the keys that it names, in a fixed order; "SHOW" for each side.
+/// Runs a document with operators that tell what they are called for, each in a line.
 inline std::string deviceLog(const std::string &document)
 {
-    const std::string instruments =
-        "userdict begin\n"
-        "/realsetpagedevice /setpagedevice load def\n"
-        "/realshowpage /showpage load def\n"
-        "/say { dup type /stringtype eq { print } { 99 string cvs print } ifelse ( ) print } def\n"
-        "/sayvalue { dup type /nulltype eq { pop (null) say } { dup type dup /arraytype eq exch\n"
-        "/packedarraytype eq or { { say } forall } { say } ifelse } ifelse } def\n"
-        "/setpagedevice { (SET ) print\n"
-        "[/PageSize /ImagingBBox /Duplex /Tumble /MediaColor /MediaPosition /MediaType]\n"
-        "{ 2 copy known { dup say 1 index exch get sayvalue } { pop } ifelse } forall\n"
-        "(\n) print realsetpagedevice } bind def\n"
-        "/showpage { (SHOW\n) print realshowpage } bind def\n"
-        "/KMRsetpagedevice { /KMRPrivate get (SET PRIVATE ) print print (\n) print } def end\n";
-    return Support::renderText(document, {.resolution = 10, .arguments = {"-c", instruments, "-f"}})
+    return Support::renderText(document,
+                               {.resolution = 10, .arguments = Support::deviceLogArguments()})
         .log;
 }
