@@ -24,15 +24,19 @@ namespace {
 
 constexpr char kSamplePPD[] = KL_SAMPLE_PPD;
 
+std::string replaced(std::string text, const std::string &part, const std::string &replacement)
+{
+    const auto position = text.find(part);
+    if (position == std::string::npos)
+        throw std::runtime_error("the sample PPD has no " + part);
+    return text.replace(position, part.size(), replacement);
+}
+
 /// The sample queue's PPD with one line replaced, and without questions to the printer's SNMP
 /// agent, of which ours has none.
 std::string ppdWith(const std::string &line, const std::string &replacement)
 {
-    std::string text = readFile(kSamplePPD);
-    const auto position = text.find(line);
-    if (position == std::string::npos)
-        throw std::runtime_error("the sample PPD has no line " + line);
-    return text.replace(position, line.size(), replacement) + "*cupsSNMPSupplies: False\n";
+    return replaced(readFile(kSamplePPD), line, replacement) + "*cupsSNMPSupplies: False\n";
 }
 
 std::string bundleLine(const std::string &bundle)
@@ -67,6 +71,7 @@ public:
                                                             "sleep 0.5; exit 3\n")));
         addQueue("slow", bundleLine(makeBundle("slow", "exec sleep 600\n")));
         addQueueWith("recorded", "0 jobfilter\"\n", "0 jobfilter-recorder\"\n");
+        addPDFQueue();
         addQueueWith("headless",
                      "*JCLToPSInterpreter: \"@PJL ENTER LANGUAGE = POSTSCRIPT<0D><0A>\"\n", "");
     }
@@ -103,6 +108,16 @@ private:
     {
         _scheduler.addQueue(name, _folder.write(name + ".ppd", ppdWith(line, replacement)),
                             printer.deviceURI());
+    }
+
+    /// The printer's own language is PDF: with that the scheduler's chain ends.
+    void addPDFQueue() const
+    {
+        std::string ppd = ppdWith("ENTER LANGUAGE = POSTSCRIPT", "ENTER LANGUAGE = PDF");
+        for (const std::string filter : {"0 jobfilter\"", "0 jobfilter-nojcl\""})
+            ppd = replaced(ppd, "application/vnd.cups-postscript " + filter,
+                           "application/vnd.cups-pdf " + filter);
+        _scheduler.addQueue("pdf", _folder.write("pdf.ppd", ppd), printer.deviceURI());
     }
 
     void makeDocuments() const

@@ -31,6 +31,8 @@ protected:
 
     /// The sample queue, but nothing in its PPD enters PostScript.
     static constexpr char kHeadlessQueue[] = "headless";
+    /// The sample queue of a printer that takes PDF.
+    static constexpr char kPDFQueue[] = "pdf";
 
     /// The pages of the documents but for the picture, which has one.
     static constexpr std::size_t kPages = 5;

@@ -1,17 +1,15 @@
 #include "EndToEndTest.h"
+#include "PageFinder.h"
 
 #include "Support/DeviceLog.h"
 #include "Support/Rendering.h"
 #include "Support/Watermarks.h"
 
 #include <algorithm>
-#include <bitset>
-#include <map>
 #include <tuple>
 #include <utility>
 
 using Support::DeviceState;
-using Support::lpOption;
 using Support::PJLJob;
 using Support::RenderedPage;
 using Support::Rendering;
@@ -19,87 +17,6 @@ using Support::TemporaryFolder;
 using testing::Contains;
 
 namespace {
-
-/// A page is told by its looks: it has its number on it, large.
-constexpr double kPixel = 6; ///< points
-constexpr int kColumns = 98;
-constexpr int kRows = 139;
-using Look = std::bitset<std::size_t{kColumns} * kRows>;
-
-/// What is dark of an A4 page; a red mark is not.
-/// @param colourAt  the colour at a place of the page, from its lower left corner
-template <class ColourAt>
-Look lookOf(const ColourAt &colourAt)
-{
-    Look look;
-    for (int row = 0; row < kRows; ++row) {
-        for (int column = 0; column < kColumns; ++column) {
-            const auto colour = colourAt((column + 0.5) * kPixel, (row + 0.5) * kPixel);
-            look[static_cast<std::size_t>(row * kColumns + column)] = colour.red < 128;
-        }
-    }
-    return look;
-}
-
-Rendering rendered(const std::string &document)
-{
-    return Support::renderText(
-        document,
-        {.resolution = 72 / kPixel, .smooth = true, .arguments = Support::deviceLogArguments()});
-}
-
-/// An upright A3 side of a booklet: its halves are turned by a quarter to the left.
-class Side {
-public:
-    explicit Side(const RenderedPage &page) : _page(page) {}
-
-    Look look(bool right) const
-    {
-        return lookOf([&](double x, double y) {
-            return _page.colourAt({_page.width() - y, (right ? kHalf : 0) + x});
-        });
-    }
-
-    /// Whether red marks are where the watermark belongs: in the middle, in the lower half.
-    bool isMarked(bool right) const
-    {
-        int marks = 0;
-        for (double y = 30; y < 420; y += kPixel) {
-            const auto colour =
-                _page.colourAt({_page.width() - y, (right ? kHalf : 0) + kHalf / 2});
-            marks += colour.red > 200 && colour.green < 100 ? 1 : 0;
-        }
-        return marks > 0;
-    }
-
-private:
-    static constexpr double kHalf = 595.5;
-
-    const RenderedPage &_page;
-};
-
-/// The pages of a document as somebody sees who looks from afar.
-class PageFinder {
-public:
-    explicit PageFinder(const std::vector<RenderedPage> &pages)
-    {
-        for (const RenderedPage &page : pages)
-            _looks.push_back(lookOf([&](double x, double y) { return page.colourAt({x, y}); }));
-    }
-
-    /// The number of the page that looks most like it; 0 for a blank.
-    std::size_t numberOf(const Look &look) const
-    {
-        if (look.none())
-            return 0;
-        const auto distance = [&](const Look &page) { return (page ^ look).count(); };
-        const auto best = std::ranges::min_element(_looks, {}, distance);
-        return static_cast<std::size_t>(best - _looks.begin()) + 1;
-    }
-
-private:
-    std::vector<Look> _looks;
-};
 
 /// A program that makes documents. They look like a kept one, which is what it has made or what it
 /// is given.
@@ -143,22 +60,12 @@ std::string keptDocument(const Producer &producer, int pages)
            producer.format;
 }
 
-/// The pages of a kept document, by their looks.
-const PageFinder &finderFor(const std::string &path)
-{
-    static std::map<std::string, PageFinder> finders;
-    const auto known = finders.find(path);
-    return known != finders.end()
-               ? known->second
-               : finders.emplace(path, rendered(Support::readFile(path)).pages).first->second;
-}
-
 class RealDocumentsTest : public EndToEndTest,
                           public testing::WithParamInterface<std::tuple<Producer, int>> {
 protected:
     static const Producer &producer() { return std::get<0>(GetParam()); }
     static std::size_t pages() { return static_cast<std::size_t>(std::get<1>(GetParam())); }
-    static const PageFinder &finder() { return finderFor(keptPath()); }
+    static const PageFinder &finder() { return PageFinder::of(keptPath()); }
 
     PJLJob printWith(std::vector<std::string> options) const
     {
@@ -184,16 +91,6 @@ private:
 
     const TemporaryFolder _folder;
 };
-
-/// Red, in the middle of the page's lower half, where the documents have nothing.
-std::vector<std::string> watermark()
-{
-    return {lpOption("com.kalmira.pde.watermark.text", "DRAFT"),
-            lpOption("com.kalmira.pde.watermark.font", "Helvetica-Bold"),
-            lpOption("com.kalmira.pde.watermark.color", "1,0,0"),
-            lpOption("com.kalmira.pde.watermark.size", "96"),
-            lpOption("com.kalmira.pde.watermark.y", "25")};
-}
 
 /// Trays and media of the two covers and of the job.
 std::vector<std::string> covers(const std::string &style)
@@ -244,9 +141,9 @@ void expectFed(const std::string &log, std::size_t sides, const DeviceState &dup
 TEST_P(RealDocumentsTest, IsABookletUnderAWatermarkBetweenBlankCovers)
 {
     const PJLJob job =
-        printWith(joined(joined(watermark(), covers("NoPrint")), {"BookletPaperSize=A3"}));
+        printWith(joined(joined(redWatermark(), covers("NoPrint")), {"BookletPaperSize=A3"}));
     EXPECT_THAT(headerLines(job), Contains(dssc("DUPLEX=SHORTEDGE")));
-    const Rendering sides = rendered(job.body);
+    const Rendering sides = renderedFromAfar(job.body);
     const std::size_t padded = (pages() + 3) / 4 * 4;
     ASSERT_EQ(padded / 2 + 2, sides.pages.size());
     EXPECT_EQ(0, sides.pages.front().coverage());
@@ -254,16 +151,9 @@ TEST_P(RealDocumentsTest, IsABookletUnderAWatermarkBetweenBlankCovers)
     expectFed(sides.log, sides.pages.size(),
               {{"DUPLEX", "SHORTEDGE"}, {"Duplex", "true"}, {"Tumble", "true"}});
 
-    // The book's early pages are on the right of the fronts and on the left of the backs.
     for (std::size_t at = 0; at < padded / 2; ++at) {
-        const Side side(sides.pages[at + 1]);
-        const bool isFront = at % 2 == 0;
-        for (const bool right : {false, true}) {
-            const std::size_t place = right == isFront ? at + 1 : padded - at;
-            const std::size_t expected = place <= pages() ? place : 0;
-            EXPECT_EQ(expected, finder().numberOf(side.look(right)));
-            EXPECT_EQ(expected != 0, side.isMarked(right)) << place;
-        }
+        SCOPED_TRACE(at);
+        finder().expectSideOfBooklet(at, BookletSide(sides.pages[at + 1], BookletSide::Turned));
     }
 }
 
@@ -314,7 +204,7 @@ TEST_P(RealDocumentsUnfoldedTest, IsUnderAWatermarkWithItsOuterPagesAsCovers)
     const auto plain = Support::renderText(printWith({}).body).pages;
     ASSERT_EQ(7U, plain.size());
     const PJLJob job =
-        printWith(joined(joined(watermark(), covers("Print1")), {"Duplex=DuplexNoTumble"}));
+        printWith(joined(joined(redWatermark(), covers("Print1")), {"Duplex=DuplexNoTumble"}));
     const Rendering sides =
         Support::renderText(job.body, {.arguments = Support::deviceLogArguments()});
     expectFed(sides.log, order.size(),

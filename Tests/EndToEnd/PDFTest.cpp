@@ -1,0 +1,102 @@
+#include "EndToEndTest.h"
+#include "PageFinder.h"
+
+#include <qpdf/QPDF.hh>
+
+using Support::PJLJob;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+/// Our own toolkit on the queue of a printer that takes PDF.
+class PDFTest : public EndToEndTest {
+protected:
+    static PJLJob printWith(const std::vector<std::string> &options,
+                            const std::string &path = document("sample.pdf"))
+    {
+        const PJLJob job = print(kPDFQueue, path, options);
+        EXPECT_THAT(job.body, StartsWith("%PDF-"));
+        EXPECT_THAT(headerLines(job), Contains("@PJL ENTER LANGUAGE = PDF"));
+        return job;
+    }
+
+    static std::vector<Support::RenderedPage> pagesOf(const PJLJob &job)
+    {
+        return Support::renderText(job.body, {.resolution = 36}).pages;
+    }
+
+    /// What the catalogue asks for.
+    static std::string duplexOf(const std::string &document)
+    {
+        QPDF pdf;
+        pdf.processMemoryFile("document", document.data(), document.size());
+        return pdf.getRoot().getKey("/ViewerPreferences").getKey("/Duplex").getName();
+    }
+
+    static std::string keptDocument(const std::string &name)
+    {
+        return std::string(KL_DOCUMENTS) + "/" + name;
+    }
+};
+
+TEST_F(PDFTest, TheDocumentStandsBetweenHeaderAndEndAndNothingElse)
+{
+    const PJLJob job = printWith({"copies=2"});
+    EXPECT_THAT(headerLines(job), Contains("@PJL SET COPIES = 2"));
+    const auto pages = pagesOf(job);
+    EXPECT_EQ(Support::renderFile(document("sample.pdf"), {.resolution = 36}).pages, pages);
+    EXPECT_EQ(kPages, pages.size());
+    EXPECT_THAT(job.body, testing::EndsWith("%%EOF\n"));
+}
+
+TEST_F(PDFTest, WatermarkIsOnEveryPageAndChangesNothingElse)
+{
+    const auto plain = pagesOf(printWith({}));
+    const auto marked = pagesOf(printWith(redWatermark()));
+    ASSERT_EQ(kPages, marked.size());
+    for (std::size_t page = 0; page < kPages; ++page) {
+        EXPECT_EQ(marked[0].boxOf(Support::kRed)->left, marked[page].boxOf(Support::kRed)->left);
+        for (double y = 1; y < 842; y += 2) {
+            for (double x = 1; x < 595; x += 2) {
+                const auto is = marked[page].colourAt({x, y});
+                ASSERT_TRUE(is == Support::kRed || is == plain[page].colourAt({x, y}));
+            }
+        }
+    }
+}
+
+TEST_F(PDFTest, BookletUnderAWatermarkReadsInOrder)
+{
+    for (const char *name : {"office-1.pdf", "office-7.pdf", "tex-7.pdf", "tex-200.pdf"}) {
+        SCOPED_TRACE(name);
+        auto options = redWatermark();
+        options.push_back("BookletPaperSize=A3");
+        const PJLJob job = printWith(options, keptDocument(name));
+        EXPECT_THAT(headerLines(job), Contains(dssc("DUPLEX=SHORTEDGE")));
+        EXPECT_EQ("/DuplexFlipShortEdge", duplexOf(job.body));
+
+        const PageFinder &finder = PageFinder::of(keptDocument(name));
+        const auto sides = renderedFromAfar(job.body).pages;
+        ASSERT_EQ((finder.pages() + 3) / 4 * 2, sides.size());
+        for (std::size_t at = 0; at < sides.size(); ++at)
+            finder.expectSideOfBooklet(at, BookletSide(sides[at], BookletSide::Landscape));
+    }
+}
+
+// PDF cannot choose trays: the rest of what was asked for is there all the same.
+TEST_F(PDFTest, CoversAreRefusedAndTheOthersPrinted)
+{
+    auto options = redWatermark();
+    options.insert(options.end(), {"UseFrontCover=True", "FrontCoverPrintStyle=NoPrint",
+                                   "FrontCoverSource=Tray3"});
+    const auto pages = pagesOf(printWith(options));
+    ASSERT_EQ(kPages, pages.size());
+    for (const auto &page : pages)
+        EXPECT_TRUE(page.boxOf(Support::kRed));
+    EXPECT_THAT(scheduler().log(), HasSubstr("Unable to apply cover pages: Cover pages need a "
+                                             "PostScript document: PDF cannot choose trays."));
+}
+
+} // namespace
