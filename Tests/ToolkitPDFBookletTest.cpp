@@ -339,6 +339,18 @@ TEST_F(ToolkitPDFBookletTest, AnnotationsThatPrintStayWithTheirPage)
     EXPECT_NEAR(320, box->top, 1);
 }
 
+TEST_F(ToolkitPDFBookletTest, ADamagedDocumentThatLostAnAnnotationsLookIsRefused)
+{
+    PDFBuilder builder;
+    const std::string note = annotation(builder, "200 300 220 320", "/F 4");
+    builder.addPage(std::string(kHalf) + " /Annots [" + note + "]", "0 0 9 9 re f");
+    std::string document = builder.document();
+    EXPECT_EQ("none", problem(document, plainBooklet()));
+    document.replace(document.find("\n3 0 obj"), 8, "\n3 0 ob_");
+    EXPECT_EQ("The PDF document is damaged: not all parts of its pages are there.",
+              problem(document, plainBooklet()));
+}
+
 TEST_F(ToolkitPDFBookletTest, AnnotationsEndAtTheirPagesEdge)
 {
     PDFBuilder builder;

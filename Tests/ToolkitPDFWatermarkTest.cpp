@@ -530,7 +530,8 @@ TEST_F(ToolkitPDFWatermarkTest, ATruncatedDocumentIsRefusedOrKeepsAllItsPages)
                 EXPECT_EQ(5U, pdf.getAllPages().size()) << size;
                 for (QPDFObjectHandle page : pdf.getAllPages()) {
                     QPDFObjectHandle objects = page.getKey("/Resources").getKey("/XObject");
-                    EXPECT_TRUE(objects.getKey("/Page").isStream()) << size;
+                    ASSERT_TRUE(objects.getKey("/Page").isStream()) << size;
+                    EXPECT_GT(objects.getKey("/Page").getRawStreamData()->getSize(), 0U) << size;
                 }
             } catch (const ToolkitError &) {
                 ++refused;
@@ -557,6 +558,73 @@ TEST_F(ToolkitPDFWatermarkTest, ADamagedDocumentThatLostPagesIsRefused)
     document = whole;
     document.replace(document.find("/Kids [ 4 0 R"), 13, "/Kids [      "); // no list of all three
     document.replace(document.find("startxref\n"), 11, "startxref\n9");
+    EXPECT_EQ("The PDF document is damaged: not all of its pages are there.", problem(document));
+}
+
+constexpr char kLostParts[] = "The PDF document is damaged: not all parts of its pages are there.";
+
+/// A page that draws with a font, an image and an annotation's look.
+struct RichPage {
+    PDFBuilder builder;
+    std::string image = builder.addStream(std::string(30, 'x'), "/Type /XObject /Subtype /Image "
+                                                                "/Width 10 /Height 1 /ColorSpace "
+                                                                "/DeviceRGB /BitsPerComponent 8");
+    std::string font = builder.add("<< /Type /Font /Subtype /Type1 /BaseFont /Times-Roman >>");
+    std::string look =
+        builder.addStream("0 0 5 5 re f", "/Type /XObject /Subtype /Form /BBox [0 0 9 9]");
+    std::string note = builder.add("<< /Type /Annot /Subtype /Stamp /F 4 /Rect [9 9 18 18] /AP << "
+                                   "/N " +
+                                   look + " >> /Popup 99 0 R >>");
+
+    RichPage()
+    {
+        builder.addPage(std::string(kSmall) + " /Annots [" + note + "]",
+                        "BT /F 20 Tf (text) Tj ET /I Do");
+    }
+    std::string document() const
+    {
+        return builder.document("/Resources << /Font << /F " + font + " >> /XObject << /I " +
+                                image + " >> >>");
+    }
+    /// Without the object: its number is not where the table says, nor anywhere else.
+    std::string documentWithout(const std::string &reference) const
+    {
+        std::string text = document();
+        const std::string begin = "\n" + reference.substr(0, reference.size() - 1) + "obj";
+        return text.replace(text.find(begin) + 1, begin.size() - 1, begin.size() - 1, 'x');
+    }
+};
+
+TEST_F(ToolkitPDFWatermarkTest, ADamagedDocumentThatLostPartsOfAPageIsRefused)
+{
+    const RichPage page;
+    EXPECT_EQ("none", problem(page.document()));
+    for (const std::string &part : {page.image, page.font, page.look})
+        EXPECT_EQ(kLostParts, problem(page.documentWithout(part))) << part;
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ADocumentThatWasMendedWithoutALossIsServed)
+{
+    std::string document = RichPage().document(); // its annotation's popup was never there
+    document.replace(document.find("startxref\n"), 11, "startxref\n9");
+    EXPECT_EQ("none", problem(document));
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ASoundDocumentMayReferToWhatIsNotThere)
+{
+    EXPECT_EQ("none", problem(onePage(kPicture, std::string(kSmall) +
+                                                    " /Resources << /Font << /F 99 0 R >> >>")));
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ContentsWithoutAnEndAreRefused)
+{
+    PDFBuilder builder;
+    builder.addPage(std::string(kSmall) + " /Contents 4 0 R");
+    builder.addStream(kPicture);
+    std::string document = builder.document();
+    EXPECT_EQ("none", problem(document));
+    const std::string end = "endstream\nendobj";
+    document.replace(document.find(end), end.size(), end.size(), 'x');
     EXPECT_EQ("The PDF document is damaged: not all of its pages are there.", problem(document));
 }
 
@@ -592,6 +660,109 @@ TEST_F(ToolkitPDFWatermarkTest, BrokenObjectsAreMendedOrRefused)
             expectInPlace(redText(), pages[0]);
         }
     }
+}
+
+/// Two pages with the same contents, of which an element each tells what the one mark is.
+std::string taggedDocument()
+{
+    PDFBuilder builder;
+    const std::string contents =
+        builder.addStream("/P << /MCID 0 >> BDC " + std::string(kPicture) + " EMC");
+    for (const char *number : {"0", "1"}) // objects 4 and 5
+        builder.addPage(std::string(kSmall) + " /Resources 11 0 R /Contents " + contents +
+                        " /StructParents " + number);
+    builder.add("<< /Type /StructTreeRoot /K 7 0 R /ParentTree 10 0 R >>");
+    builder.add("<< /S /Document /P 6 0 R /K [8 0 R 9 0 R] >>");
+    builder.add("<< /S /P /P 7 0 R /Pg 4 0 R /K 0 >>");
+    builder.add(
+        "<< /S /P /P 7 0 R /K [<< /Type /MCR /Pg 5 0 R /MCID 0 >> << /Type /OBJR /Obj 4 0 R "
+        ">>] >>");
+    builder.add("<< /Nums [0 [8 0 R] 1 [9 0 R]] >>");
+    builder.add("<< >>");
+    return builder.document("", "/MarkInfo << /Marked true >> /StructTreeRoot 6 0 R");
+}
+
+/// What the first kid of an element refers to.
+QPDFObjectHandle markOf(QPDF &pdf, int element)
+{
+    QPDFObjectHandle kids = pdf.getRoot().getKey("/StructTreeRoot").getKey("/K");
+    kids = kids.isArray() ? kids.getArrayItem(0).getKey("/K") : kids.getKey("/K");
+    QPDFObjectHandle kid = kids.getArrayItem(element).getKey("/K");
+    return kid.isArray() ? kid.getArrayItem(0) : kid;
+}
+
+QPDFObjectHandle formOf(QPDFObjectHandle of)
+{
+    return of.getKey("/Resources").getKey("/XObject").getKey("/Page");
+}
+
+TEST_F(ToolkitPDFWatermarkTest, TheStructureOfATaggedDocumentFollowsThePagesContents)
+{
+    const std::string result = marked(taggedDocument(), redText());
+    QPDF pdf;
+    pdf.processMemoryFile("marked", result.data(), result.size());
+    for (const int number : {0, 1}) {
+        QPDFObjectHandle page = pdf.getAllPages().at(static_cast<std::size_t>(number));
+        QPDFObjectHandle mark = markOf(pdf, number);
+        ASSERT_TRUE(mark.isDictionaryOfType("/MCR"));
+        EXPECT_EQ(page.getObjGen(), mark.getKey("/Pg").getObjGen());
+        EXPECT_EQ(formOf(page).getObjGen(), mark.getKey("/Stm").getObjGen());
+        EXPECT_EQ(0, mark.getKey("/MCID").getIntValue());
+        EXPECT_EQ(number, formOf(page).getDict().getKey("/StructParents").getIntValue());
+        EXPECT_FALSE(page.hasKey("/StructParents"));
+    }
+}
+
+TEST_F(ToolkitPDFWatermarkTest, TheStructureStaysWithTheContentsWhenTheyAreMovedAgain)
+{
+    const std::string result = marked(marked(taggedDocument(), redText()), redText());
+    QPDF pdf;
+    pdf.processMemoryFile("marked", result.data(), result.size());
+    QPDFObjectHandle inner = formOf(formOf(pdf.getAllPages().at(1)).getDict());
+    EXPECT_EQ(inner.getObjGen(), markOf(pdf, 1).getKey("/Stm").getObjGen());
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ATextBelowLeavesTheStructureAlone)
+{
+    const std::string result = marked(taggedDocument(), redTextBelow());
+    QPDF pdf;
+    pdf.processMemoryFile("marked", result.data(), result.size());
+    EXPECT_TRUE(markOf(pdf, 0).isInteger());
+    EXPECT_EQ(0, QPDFObjectHandle(pdf.getAllPages().at(0)).getKey("/StructParents").getIntValue());
+}
+
+// Neither read aloud nor taken for a part of what is left open before it.
+TEST_F(ToolkitPDFWatermarkTest, TheTextIsAnArtifactOfItsOwn)
+{
+    const std::string artifact = "/Artifact << /Type /Pagination /Subtype /Watermark >> BDC\nq ";
+    for (const Watermark &watermark : {redText(), redTextBelow()}) {
+        const std::string result = marked(taggedDocument(), watermark);
+        QPDF pdf;
+        pdf.processMemoryFile("marked", result.data(), result.size());
+        const auto parts = PDFPage(pdf.getAllPages().at(0)).contents();
+        const auto data = QPDFObjectHandle(parts.at(0)).getStreamData();
+        const std::string contents(reinterpret_cast<const char *>(data->getBuffer()),
+                                   data->getSize());
+        EXPECT_EQ((watermark.above ? "q /Page Do Q\n" : "") + artifact,
+                  contents.substr(0, contents.find("q ", contents.find("BDC")) + 2));
+        EXPECT_THAT(contents, testing::EndsWith(" Do Q\nEMC\n"));
+    }
+}
+
+// Poppler reads the text by the structure: element by element, mark by mark.
+TEST_F(ToolkitPDFWatermarkTest, ARealTaggedDocumentReadsTheSame)
+{
+    const auto read = [&](const std::string &document) {
+        const auto result = Support::runProgram(
+            {.arguments = {"pdfinfo", "-struct-text", _folder.write("read", document)}});
+        return result.errors + result.output;
+    };
+    const std::string document = Support::readFile(KL_DOCUMENTS "/office-7.pdf");
+    const std::string before = read(document);
+    EXPECT_THAT(before, HasSubstr("Whoever reads the sheets"));
+    EXPECT_EQ(before, read(marked(document, redText())));
+    EXPECT_EQ(before, read(marked(marked(document, redText()), redText())));
+    EXPECT_EQ(before, read(marked(document, redTextBelow())));
 }
 
 TEST_F(ToolkitPDFWatermarkTest, RealDocumentsKeepEveryOtherPixel)

@@ -87,6 +87,52 @@ void refuseLosses(QPDF &document, const std::vector<QPDFObjectHandle> &pages)
         throw ToolkitError("The PDF document is damaged: not all of its pages are there.");
 }
 
+/// What a page draws with: its contents, its resources wherever they are inherited from, and the
+/// looks of its annotations.
+std::vector<QPDFObjectHandle> partsOf(QPDFObjectHandle page)
+{
+    std::vector<QPDFObjectHandle> parts;
+    const auto add = [&](QPDFObjectHandle object, const char *key) {
+        const auto entries = object.getDictAsMap();
+        if (const auto entry = entries.find(key); entry != entries.end())
+            parts.push_back(entry->second);
+    };
+    add(page, "/Contents");
+    QPDFObjectHandle annotations = page.getKey("/Annots");
+    for (int i = 0; annotations.isArray() && i < annotations.getArrayNItems(); ++i) {
+        if (QPDFObjectHandle annotation = annotations.getArrayItem(i); annotation.isDictionary())
+            add(annotation, "/AP");
+    }
+    for (int level = 0; page.isDictionary() && level <= kMostLevels; ++level) {
+        add(page, "/Resources");
+        page = page.getKey("/Parent");
+    }
+    return parts;
+}
+
+/// Whether something is not there that the parts refer to, or has lost all its data.
+bool lacksObjects(std::vector<QPDFObjectHandle> pending, std::set<QPDFObjGen> &seen)
+{
+    while (!pending.empty()) {
+        QPDFObjectHandle object = pending.back();
+        pending.pop_back();
+        if (object.isIndirect() && !seen.insert(object.getObjGen()).second)
+            continue;
+        if (isLost(object) || (object.isStream() && object.getRawStreamData()->getSize() == 0))
+            return true;
+        if (object.isStream())
+            object = object.getDict();
+        if (object.isArray()) {
+            const auto items = object.getArrayAsVector();
+            pending.insert(pending.end(), items.begin(), items.end());
+        } else if (object.isDictionary()) {
+            for (const auto &[key, value] : object.getDictAsMap())
+                pending.push_back(value);
+        }
+    }
+    return false;
+}
+
 std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
 {
     refuseDeepPageTree(document.getRoot().getKey("/Pages"));
@@ -108,7 +154,7 @@ PDFDocument::PDFDocument(std::FILE *input)
     _qpdf.setSuppressWarnings(true);
     try {
         _qpdf.processFile("input", input, false);
-        _pages = pagesOf(_qpdf);
+        _pages = _pagesAsRead = pagesOf(_qpdf);
     } catch (const QPDFExc &problem) {
         refuse(problem);
     }
@@ -150,5 +196,19 @@ void PDFDocument::write(std::FILE *output)
     } catch (const std::runtime_error &) {
         // Contents were asked for that cannot be had (PDFPage.cpp); the library words it anew.
         throw ToolkitError("The PDF document has a page that is damaged or too large.");
+    }
+    refuseLostParts();
+}
+
+/// Only now has all been looked for, and the library knows whether it is damaged.
+void PDFDocument::refuseLostParts()
+{
+    if (!_qpdf.anyWarnings())
+        return;
+    std::set<QPDFObjGen> seen;
+    for (const QPDFObjectHandle &page : _pagesAsRead) {
+        if (lacksObjects(partsOf(page), seen))
+            throw ToolkitError(
+                "The PDF document is damaged: not all parts of its pages are there.");
     }
 }

@@ -26,11 +26,14 @@ public:
 
     /// Writes all that can be reached from the catalogue. What was encrypted stays encrypted, with
     /// the same passwords and permissions.
-    /// @throws ToolkitError when the output cannot be written or a part of the document cannot be
-    ///         read
+    /// @throws ToolkitError when the output cannot be written, when a part of the document cannot
+    ///         be read, and when a damaged document has lost something that its pages draw with
     void write(std::FILE *output);
 
 private:
+    void refuseLostParts();
+
     QPDF _qpdf;
     std::vector<QPDFObjectHandle> _pages;
+    std::vector<QPDFObjectHandle> _pagesAsRead; ///< the same before they were replaced
 };

@@ -189,7 +189,8 @@ std::optional<QPDFObjectHandle> PDFPageForms::formOf(const PDFPage &page, const 
 
     QPDFObjectHandle resources = page.resources();
     QPDFObjectHandle box = QPDFObjectHandle::newArray(bounds);
-    std::string key = resources.unparse() + " " + box.unparse();
+    std::string key = resources.unparse() + " " + box.unparse() + " " +
+                      page.object().getKey("/StructParents").unparse();
     for (QPDFObjectHandle &part : parts)
         key += " " + part.unparse();
     if (const auto known = _forms.find(key); known != _forms.end())

@@ -48,7 +48,8 @@ private:
 
 /// Page contents as form XObjects: whatever state such contents leave behind, ends with them.
 ///
-/// The contents' bytes are not touched. Pages with the same contents share a form.
+/// The contents' bytes are not touched. Pages with the same contents share a form, unless a tagged
+/// document's structure tells them apart.
 class PDFPageForms {
 public:
     /// @param document  stays the caller's and outlives this object

@@ -2,6 +2,7 @@
 
 #include "PDFDocument.h"
 #include "PDFPage.h"
+#include "PDFStructure.h"
 #include "TextMeasuring.h"
 #include "ToolkitError.h"
 
@@ -101,6 +102,9 @@ public:
 
     void drawOn(const PDFPage &page);
 
+    /// To be called behind the last page.
+    void finish() { _structure.followContents(); }
+
 private:
     void drawAbove(const PDFPage &page);
     void drawBelow(const PDFPage &page);
@@ -113,6 +117,7 @@ private:
     QPDFObjectHandle _text;
     double _descent;
     PDFPageForms _pageForms;
+    PDFStructure _structure;
     std::map<std::string, QPDFObjectHandle> _streams;
 };
 
@@ -122,7 +127,8 @@ Stamp::Stamp(PDFDocument &document, const Watermark &watermark, const ShapedText
       _text(QPDFObjectHandle::newStream(&_document,
                                         colourOperator(watermark.colour) + pathOperators(text))),
       _descent(text.descent),
-      _pageForms(_document)
+      _pageForms(_document),
+      _structure(_document)
 {
     QPDFObjectHandle description = _text.getDict();
     description.replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
@@ -147,6 +153,7 @@ void Stamp::drawAbove(const PDFPage &page)
     std::string contents;
     if (const auto form = _pageForms.formOf(page, generousBounds(page))) {
         objects.replaceKey("/Page", *form);
+        _structure.contentsMoved(page.object(), *form);
         contents = "q /Page Do Q\n";
     }
     objects.replaceKey("/Text", _text);
@@ -173,7 +180,8 @@ void Stamp::drawBelow(const PDFPage &page)
     page.object().replaceKey("/Contents", QPDFObjectHandle::newArray(contents));
 }
 
-/// The operators that put the text in its place, in the page's user space.
+/// The operators that put the text in its place, in the page's user space. Who has a tagged page
+/// read aloud is not told of it.
 std::string Stamp::drawing(const PDFPage &page, const std::string &name) const
 {
     const double angle = std::fmod(_watermark.angle, 360) * std::numbers::pi / 180;
@@ -181,7 +189,8 @@ std::string Stamp::drawing(const PDFPage &page, const std::string &name) const
     matrix.translate(_watermark.position.x, _watermark.position.y);
     matrix.concat({std::cos(angle), std::sin(angle), -std::sin(angle), std::cos(angle), 0, 0});
     matrix.translate(0, _descent);
-    return "q " + matrix.unparse() + " cm " + name + " Do Q\n";
+    return "/Artifact << /Type /Pagination /Subtype /Watermark >> BDC\nq " + matrix.unparse() +
+           " cm " + name + " Do Q\nEMC\n";
 }
 
 /// The text's name among a page's XObjects: the same wherever it is free or already the text's.
@@ -214,6 +223,7 @@ void applyWatermarkToPDF(const Watermark &watermark, const Job &job)
         Stamp stamp(document, watermark, text);
         for (const QPDFObjectHandle &page : document.pages())
             stamp.drawOn(PDFPage(page));
+        stamp.finish();
     }
     document.write(job.output);
 }

@@ -10,6 +10,7 @@
 #include <exception>
 #include <new>
 #include <string>
+#include <sys/resource.h>
 #include <vector>
 
 namespace {
@@ -22,6 +23,20 @@ void complain(std::string message)
             c = ' ';
     }
     std::fprintf(stderr, "%s\n", message.c_str());
+}
+
+/// A small document can unpack to any size. Past this bound the program finds no more memory,
+/// before the machine does.
+void limitMemory()
+{
+#ifndef KL_SANITIZED // the sanitizers take address space as they please
+    constexpr rlim_t kMost = rlim_t{1} << 30;
+    rlimit limit = {};
+    if (getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur <= kMost)
+        return;
+    limit.rlim_cur = kMost;
+    setrlimit(RLIMIT_AS, &limit);
+#endif
 }
 
 int printHelp(const std::string &text)
@@ -38,6 +53,7 @@ int main(int argc, char *argv[])
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN); // a file size limit is a failed write
     Platform::cleanUpWhenCancelled();
+    limitMemory();
 
     const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
     try {
