@@ -384,9 +384,6 @@ INSTANTIATE_TEST_SUITE_P(
         Page{"MediaInASavedStateShownAfterRestore", "", "",
              "save save << /MediaColor (red) >> setpagedevice gsave gsave " FILL "restore\n"
              "save 9 9 scale restore restore initgraphics showpage\n"},
-        Page{"MediaBelowAStateThatIsNeverBroughtBack", "", "",
-             "/outer save def << /MediaColor (red) >> setpagedevice save pop\n" FILL
-             "showpage outer restore\n"},
         Page{"MediaInAStateSavedInTheSetup", "", "/level save def\n",
              "colour currentrgbcolor level restore /level save def\n"
              "<< /MediaColor (red) >> setpagedevice setrgbcolor\n"
@@ -518,29 +515,46 @@ TEST(PostScriptBookletTest, PageBehindTheMiddleDoesNotChangeTheSheets)
                              colourRequest("y") + colourRequest("last")}));
 }
 
+namespace {
+
+/// Prints what the device has been asked for, and how many saved states are open.
+const std::string kTell = "currentpagedevice /MediaColor 2 copy known { get } { pop pop null } "
+                          "ifelse (is ) print ==\n"
+                          "vmstatus pop pop (level ) print ==\n";
+
+const std::string kBefore = "is null\nlevel 1\n"; // Ghostscript runs a file in a saved state
+
+} // namespace
+
 TEST(PostScriptBookletTest, RequestInASavedStateIsOverWithItsSheet)
 {
-    const std::string tell = "currentpagedevice /MediaColor 2 copy known { get } { pop pop null } "
-                             "ifelse (is ) print ==\n"
-                             "vmstatus pop pop (level ) print ==\n";
     const std::string asked = "save " + colourRequest("red");
     PostScriptSample sample = colouredPages(12);
     for (const std::size_t page : {0U, 1U, 4U, 11U})
-        sample.pages[page] = tell + asked + sample.pages[page] + "restore\n";
+        sample.pages[page] = kTell + asked + sample.pages[page] + "restore\n";
     for (const std::size_t page : {2U, 6U})
-        sample.pages[page] = tell + sample.pages[page];
+        sample.pages[page] = kTell + sample.pages[page];
     const std::string output = processed(sample.text(), booklet());
-    const std::string before = "is null\nlevel 1\n";  // Ghostscript runs a file in a saved state
     const std::string within = "is (red)\nlevel 2\n"; // until the sheet is out
     const std::string red = "SET MediaColor red \n";
-    EXPECT_EQ(kSheetsOwn + before + red + within + "SHOW\n" + within + "SHOW\n" + before +
-                  kBothSides + before + red + "SHOW\n" + within + "SHOW\n",
+    EXPECT_EQ(kSheetsOwn + kBefore + red + within + "SHOW\n" + within + "SHOW\n" + kBefore +
+                  kBothSides + kBefore + red + "SHOW\n" + within + "SHOW\n",
               deviceLog(output));
 
     const auto sheets = rendered(output);
     const auto book = folded(sheets.pages, Ordering::LeftToRight);
     for (std::size_t page = 1; page <= 12; ++page)
         EXPECT_EQ(colourOf(page), book.at(page - 1)) << page;
+}
+
+TEST(PostScriptBookletTest, RestoreBeyondAStateThatIsLeftOpenWaitsForTheEndOfTheSheet)
+{
+    PostScriptSample sample = colouredPages(8);
+    sample.pages[0] = "/outer save def " + colourRequest("red") + "save pop\n" + sample.pages[0] +
+                      "outer restore\n" + kTell;
+    sample.pages[2] = kTell + sample.pages[2];
+    EXPECT_EQ(kSheetsOwn + kSet + "red \nis (red)\nlevel 3\n" + kBothSides + kBefore + kBothSides,
+              deviceLog(processed(sample.text(), booklet())));
 }
 
 TEST(PostScriptBookletTest, RequestsInSavedStatesOfEveryPageAreMadeInTime)
