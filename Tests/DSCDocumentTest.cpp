@@ -318,6 +318,31 @@ TEST_F(DSCDocumentTest, EmbeddedDocumentWithoutEndIsRefused)
     EXPECT_THROW(read(kHead + "%%Page: 1 1\n%%BeginDocument: a\n%%Page: 2 2\n"), ToolkitError);
 }
 
+// --- The dictionary of the operators -------------------------------------------------------------
+
+TEST_F(DSCDocumentTest, DictionaryOfTheOperatorsIsFoundWhereverItIsNamed)
+{
+    const std::string page = "%%Page: 1 1\n";
+    EXPECT_FALSE(read(kHead + page + "system dict systemdic").namesOperatorDictionary());
+    EXPECT_TRUE(read(kHead + "systemdict pop\n" + page).namesOperatorDictionary());
+    EXPECT_TRUE(read(kHead + page + "{systemdict}\n").namesOperatorDictionary());
+    EXPECT_TRUE(read(kHead + page + "%%Trailer\nsystemdict").namesOperatorDictionary());
+    for (std::size_t filling = FileWindow::kSize - 70; filling < FileWindow::kSize; ++filling) {
+        ASSERT_TRUE(read(kHead + page + std::string(filling, 'x') + "systemdict" +
+                         std::string(FileWindow::kSize, 'x'))
+                        .namesOperatorDictionary())
+            << filling;
+    }
+}
+
+TEST_F(DSCDocumentTest, DictionaryOfTheOperatorsIsFoundAtTheBeginOfData)
+{
+    const std::string data = "systemdict begin\n" + std::string(2 * FileWindow::kSize, 'x') + "\n";
+    EXPECT_TRUE(read(kHead + "%%Page: 1 1\n%%BeginData: " + std::to_string(data.size()) + "\n" +
+                     data + "%%EndData\n")
+                    .namesOperatorDictionary());
+}
+
 // --- Large ---------------------------------------------------------------------------------------
 
 TEST_F(DSCDocumentTest, CommentsAreFoundAcrossTheBuffersEdges)

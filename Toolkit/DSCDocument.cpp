@@ -5,6 +5,8 @@
 
 namespace {
 
+constexpr std::string_view kOperatorDictionary = "systemdict";
+
 /// Whether nothing but white space lies between the two positions.
 bool isBlank(const InputFile &file, std::uint64_t begin, std::uint64_t end)
 {
@@ -34,7 +36,8 @@ bool tellsAboutPage(const DSCComment &comment)
 class DSCReader {
 public:
     explicit DSCReader(DSCDocument &document)
-        : _document(document), _scanner(document._file, 0, document._file.size())
+        : _document(document),
+          _scanner(document._file, 0, document._file.size(), kOperatorDictionary)
     {
     }
 
@@ -172,9 +175,7 @@ void DSCReader::finish()
     _document._complete = _inTrailer;
     _document._missingEndOfData = _scanner.missingEndOfData();
     _document._pages.back().end = _document._trailer;
-    FileWindow window(_document._file, _document._file.size());
-    _document._namesOperatorDictionary =
-        window.find("systemdict", _document._headerEnd).has_value();
+    _document._namesOperatorDictionary = _scanner.hasSeenWatched();
 }
 
 DSCDocument::DSCDocument(std::FILE *stream) : _file(stream)

@@ -65,8 +65,9 @@ public:
     bool isComplete() const { return _complete; }
     /// The comment that should end the data that the document ends inside; empty when it does not.
     std::string_view missingEndOfData() const { return _missingEndOfData; }
-    /// Whether anything behind the header names the dictionary of the operators, where it may look
-    /// for operators that have been given another meaning.
+    /// Whether anything in it names the dictionary of the operators, where it may look for
+    /// operators that have been given another meaning. What lies far inside counted data does not
+    /// count.
     bool namesOperatorDictionary() const { return _namesOperatorDictionary; }
     /// How many procedure sets with a name that begins with kOurProcSets the document carries.
     unsigned countOfOurProcSets() const { return _countOfOurProcSets; }

@@ -61,8 +61,9 @@ std::string_view DSCComment::value() const
     return withoutBlanks(whole.substr(separator + 1));
 }
 
-DSCScanner::DSCScanner(const InputFile &file, std::uint64_t begin, std::uint64_t end)
-    : _window(file, end), _position(begin), _end(std::min(end, file.size()))
+DSCScanner::DSCScanner(const InputFile &file, std::uint64_t begin, std::uint64_t end,
+                       std::string_view watched)
+    : _window(file, end, watched), _position(begin), _end(std::min(end, file.size()))
 {
     const std::string start = file.text(0, kLongestText);
     const auto lineEnd = start.find_first_of(kLineEnds);

@@ -30,10 +30,12 @@ public:
     /// Longer comments are cut.
     static constexpr std::size_t kLongestText = 1024;
 
-    /// @param file   stays the caller's, who keeps it at least as long
-    /// @param begin  a line begins here
-    /// @param end    the scan ends here
-    DSCScanner(const InputFile &file, std::uint64_t begin, std::uint64_t end);
+    /// @param file     stays the caller's, who keeps it at least as long
+    /// @param begin    a line begins here
+    /// @param end      the scan ends here
+    /// @param watched  a word to look out for; empty for none. Its bytes stay the caller's.
+    DSCScanner(const InputFile &file, std::uint64_t begin, std::uint64_t end,
+               std::string_view watched = {});
 
     /// @return nullopt at the end
     std::optional<DSCComment> next();
@@ -47,6 +49,10 @@ public:
     /// Once next() has come to the end: the comment that should end the data that this lies inside;
     /// empty when it lies in none.
     std::string_view missingEndOfData() const { return _missingEndOfData; }
+
+    /// Once next() has come to the end: whether the watched word stands anywhere but far inside
+    /// counted data.
+    bool hasSeenWatched() const { return _window.hasSeenWatched(); }
 
 private:
     struct DataSection {

@@ -46,8 +46,11 @@ std::string InputFile::text(std::uint64_t begin, std::uint64_t end) const
     return bytes;
 }
 
-FileWindow::FileWindow(const InputFile &file, std::uint64_t end)
-    : _file(file), _end(std::min(end, file.size())), _buffer(std::min<std::uint64_t>(kSize, _end))
+FileWindow::FileWindow(const InputFile &file, std::uint64_t end, std::string_view watched)
+    : _file(file),
+      _end(std::min(end, file.size())),
+      _watched(watched),
+      _buffer(kSize + watched.size())
 {
 }
 
@@ -57,26 +60,20 @@ std::string_view FileWindow::from(std::uint64_t position, std::size_t atLeast)
         return {};
     const std::uint64_t wanted = std::min<std::uint64_t>(atLeast, _end - position);
     const bool held = position >= _begin && position + wanted <= _begin + _filled;
-    if (!held) {
-        const std::uint64_t size = std::min<std::uint64_t>(_buffer.size(), _end - position);
-        _filled = _file.read(position, std::span(_buffer).first(size));
-        _begin = position;
-    }
+    if (!held)
+        moveTo(position);
     const std::size_t offset = position - _begin;
     return std::string_view(_buffer.data(), _filled).substr(offset);
 }
 
-std::optional<std::uint64_t> FileWindow::find(std::string_view text, std::uint64_t position)
+void FileWindow::moveTo(std::uint64_t position)
 {
-    while (true) {
-        const std::string_view bytes = from(position, text.size());
-        if (bytes.size() < text.size())
-            return std::nullopt;
-        // Several times as fast as the string's own search.
-        const void *found = memmem(bytes.data(), bytes.size(), text.data(), text.size());
-        if (found != nullptr)
-            return position +
-                   static_cast<std::uint64_t>(static_cast<const char *>(found) - bytes.data());
-        position += bytes.size() - text.size() + 1;
-    }
+    // The bytes ahead may hold the begin of the watched word.
+    _begin = position - std::min<std::uint64_t>(position, _watched.size());
+    const std::uint64_t size = std::min<std::uint64_t>(_buffer.size(), _end - _begin);
+    _filled = _file.read(_begin, std::span(_buffer).first(size));
+    // Several times as fast as the string's own search.
+    if (!_watched.empty() && !_hasSeenWatched)
+        _hasSeenWatched =
+            memmem(_buffer.data(), _filled, _watched.data(), _watched.size()) != nullptr;
 }

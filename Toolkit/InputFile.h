@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -36,24 +35,28 @@ private:
 /// A stretch of a file, held in memory to be looked at. It moves where it is asked to.
 class FileWindow {
 public:
-    /// @param file  stays the caller's, who keeps it at least as long
-    /// @param end   nothing from here on is seen
-    FileWindow(const InputFile &file, std::uint64_t end);
+    /// @param file     stays the caller's, who keeps it at least as long
+    /// @param end      nothing from here on is seen
+    /// @param watched  a word to look out for; empty for none. Its bytes stay the caller's.
+    FileWindow(const InputFile &file, std::uint64_t end, std::string_view watched = {});
 
     /// The bytes from a position on: as many as are held, at least so many if there are.
     /// @param atLeast  at most kSize
     /// @return valid until the next call
     std::string_view from(std::uint64_t position, std::size_t atLeast);
 
-    /// The first place, from a position on, where the text stands.
-    /// @param text  not empty, at most kSize bytes
-    std::optional<std::uint64_t> find(std::string_view text, std::uint64_t position);
+    /// Whether the watched word stands in anything that the window has moved over.
+    bool hasSeenWatched() const { return _hasSeenWatched; }
 
     static constexpr std::size_t kSize = 256 * 1024;
 
 private:
+    void moveTo(std::uint64_t position);
+
     const InputFile &_file;
     std::uint64_t _end;
+    std::string_view _watched;
+    bool _hasSeenWatched = false;
     std::vector<char> _buffer;
     std::uint64_t _begin = 0;
     std::size_t _filled = 0;
