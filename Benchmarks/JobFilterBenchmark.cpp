@@ -1,5 +1,5 @@
 // What a job costs from end to end, beside the least that it could cost (floor.cpp), beside cat(1)
-// and beside filters that do related work. The README's page on performance says how to read it.
+// and beside filters that do related work. Documentation/performance.md says how to read it.
 
 #include "Measuring.h"
 

@@ -1,5 +1,6 @@
 #include "handlePJL.h"
 
+#include "BoundedMemory.h"
 #include "FileURL.h"
 #include "KLICCProfile.h"
 #include "KLPrintOptions.h"
@@ -30,6 +31,10 @@ void writeAccessCode(KLPJLHandler &handler, const KLPrintOptions &options)
 // Device colour: "COLLATE=" lines
 //
 
+/// Bytes that a profile may take, whose file the job names: enough for one of 8 MiB, more than two
+/// thousand times the standard one.
+constexpr std::size_t kMostProfileMemory = std::size_t{24} << 20;
+
 /// Whether the URL, a text, names a profile file of the standard sRGB colour space.
 bool namesStandardSRGBProfile(const KLValue &urlText)
 {
@@ -37,8 +42,9 @@ bool namesStandardSRGBProfile(const KLValue &urlText)
     const auto url = text != nullptr ? Platform::FileURL::withString(*text) : std::nullopt;
     if (!url)
         return false;
+    Platform::BoundedMemory memory(kMostProfileMemory);
     const std::unique_ptr<KLICCProfile, decltype(&KLICCProfileRelease)> profile(
-        KLICCProfileCreateWithContentsOfURL(nullptr, *url), KLICCProfileRelease);
+        KLICCProfileCreateWithContentsOfURL(&memory, *url), KLICCProfileRelease);
     return profile && KLICCProfileCopyModel(profile.get()) == "sRGB" &&
            KLICCProfileCopyDescription(profile.get()) == "sRGB IEC61966-2.1";
 }

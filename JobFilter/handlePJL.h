@@ -12,11 +12,11 @@ class KLPrintJob;
 /// Called for a line, it decides by that line and the job's options alone, and edits it through
 /// the handler. Markers are lines that begin like this, letter case included:
 /// - DSSC "ACCESSCODE=": carries the department code; removed when the job has none.
-/// - DSSC "COLLATE=": gets "FORCE_DEVICECOLOR=" before it. That is 1 exactly when the colour
-/// profile
-///   that the job names by a file URL is the standard sRGB one, the colour matching is not the
-///   vendor's and the print settings' colour matching mode is not the number 0; 0 otherwise, also
-///   when the URL or the profile is not usable. The file is opened only when it decides.
+/// - DSSC "COLLATE=": gets "FORCE_DEVICECOLOR=" before it. That is 1 exactly when the job names by
+///   a file URL the standard sRGB profile, the colour matching is not the vendor's and the print
+///   settings' colour matching mode is not the number 0; 0 otherwise, also when the URL or the
+///   profile is not usable. The file is opened only when it decides, and one of more than 8 MiB is
+///   not the standard profile.
 /// - DSSC "DOCUMENTTYPE=ADVANCED": gets the advanced colour settings behind it.
 /// - DSSC "PRINTMODE=": gets the user's login and domain, then the private print code or the
 ///   document box.

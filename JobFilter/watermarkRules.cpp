@@ -8,7 +8,7 @@ constexpr std::size_t kRoom = 4096;
 
 } // namespace
 
-std::string watermarkPostScript(const Watermark &watermark)
+std::string watermarkPostScript(const WatermarkSettings &watermark)
 {
     using Platform::objectFormat;
 

@@ -7,7 +7,7 @@
 // How a watermark is said in PostScript, without the store that the settings come from.
 
 /// A line of text across every page. All values stand in the PostScript as they are here.
-struct Watermark {
+struct WatermarkSettings {
     std::string text;
     std::string font;         ///< a PostScript font's name
     std::string size;         ///< points
@@ -26,7 +26,7 @@ struct Watermark {
 /// on being called.
 /// @throws std::bad_alloc after a long time, for a text with a backslash or parenthesis: see
 ///         escapedWatermarkText()
-std::string watermarkPostScript(const Watermark &watermark);
+std::string watermarkPostScript(const WatermarkSettings &watermark);
 
 /// The PostScript that turns the coordinate system for IPP's orientation-requested values 4
 /// (landscape), 5 (reverse landscape) and 6 (reverse portrait); any other is portrait.

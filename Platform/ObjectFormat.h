@@ -17,6 +17,7 @@ namespace Platform {
 /// A text is referred to, not copied: the argument lives no longer than the call it is made for.
 class FormatArgument {
 public:
+    /// @param text  not null: an absent text is std::nullopt
     FormatArgument(const char *text) : _value(std::string_view(text)) {}
     FormatArgument(std::string_view text) : _value(text) {}
     FormatArgument(const std::string &text) : _value(std::string_view(text)) {}

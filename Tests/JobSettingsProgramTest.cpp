@@ -147,6 +147,20 @@ TEST_F(JobSettingsProgramTest, EndlessOrSilentProfileNeitherHangsNorFillsTheMemo
     }
 }
 
+TEST_F(JobSettingsProgramTest, HugeProfileThatSaysSoDoesNotFillTheMemory)
+{
+    std::string profile = Support::standardSRGBProfile();
+    profile.replace(0, 4, "\x40\0\0\0"s); // a gigabyte, most of it a hole
+    const std::string huge = _folder.write("huge.icc", profile);
+    ASSERT_EQ(0, truncate(huge.c_str(), off_t{1} << 30));
+
+    const long usual = run(_sRGB).peakMemory;
+    const auto result = run(profileOption("file://" + huge));
+    EXPECT_EQ(0, result.exitStatus);
+    EXPECT_THAT(result.output, HasSubstr(kNotForced));
+    EXPECT_LT(result.peakMemory, usual + 24 * 1024);
+}
+
 TEST_F(JobSettingsProgramTest, PasswordsAndCodesAreNotLogged)
 {
     const auto result = run(_sRGB + "PrintMode=Private StoreToDocStore=true "

@@ -648,6 +648,18 @@ TEST(PostScriptBookletTest, CommentsTellTheTruth)
     EXPECT_THAT(output, HasSubstr("\n%%Page: 4 4\n"));
 }
 
+TEST(PostScriptBookletTest, SizeWhoseNameIsNotAWordDoesNotGetIntoTheComments)
+{
+    Booklet request = booklet();
+    for (const char *name : {"zzz text_x_210x297mm", "zzz\nshowpage_x_210x297mm"}) {
+        request.pageSize = name;
+        const std::string output = processed(colouredPages(1).text(), request);
+        EXPECT_THAT(output, HasSubstr("\n%%DocumentMedia: Booklet 595.2756 841.8898 0 () ()\n"));
+        EXPECT_THAT(output, Not(HasSubstr("zzz")));
+    }
+    EXPECT_THAT(processed(colouredPages(1).text(), booklet()), HasSubstr("\n%%DocumentMedia: A4 "));
+}
+
 TEST(PostScriptBookletTest, DocumentWithoutSetupGetsOne)
 {
     const std::string page = "0 0 1 setrgbcolor 0 0 200 300 rectfill showpage\n";

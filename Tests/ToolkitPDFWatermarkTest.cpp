@@ -497,6 +497,13 @@ TEST_F(ToolkitPDFWatermarkTest, APageTreeThatLeadsIntoItselfOrTooDeepIsRefused)
         deep.add("<< /Type /Pages /Kids [" + std::to_string(level) + " 0 R] /Count 1 >>");
     deep.add("<< /Type /Page /MediaBox [0 0 10 10] >>");
     EXPECT_THAT(problem(deep.document("/Kids [3 0 R] /Count 1")), HasSubstr("nested too deeply"));
+
+    // The same depth, but every level can be seen from the root.
+    std::string levels;
+    for (int level = 3; level < 20000; ++level)
+        levels += std::to_string(level) + " 0 R ";
+    EXPECT_THAT(problem(deep.document("/Kids [" + levels + "] /Count 1")),
+                HasSubstr("lead into themselves"));
 }
 
 TEST_F(ToolkitPDFWatermarkTest, ContentsThatLeadIntoThemselvesAreNone)

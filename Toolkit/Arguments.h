@@ -30,7 +30,7 @@ Arguments splitArguments(const std::vector<std::string> &words);
 /// @throws ToolkitError for an option that is missing or repeated and for a value that is refused
 Command commandFromArguments(const Arguments &arguments);
 
-/// The text that the command line asks for instead of work: "--help", "--version", or "--help"
-/// behind a command word. Ends in a line feed.
+/// The text that the command line asks for instead of work: "--help" or "--version", alone
+/// or behind a command word. Ends in a line feed.
 /// @return nullopt when it asks for none
 std::optional<std::string> requestedHelp(const std::vector<std::string> &words);

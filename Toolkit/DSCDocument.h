@@ -19,9 +19,8 @@ struct DSCRange {
 
 /// Where a page lies in the document.
 struct DSCPage {
-    std::uint64_t begin = 0; ///< of its %%Page comment
-    std::uint64_t content =
-        0; ///< behind that comment and those that directly follow about the page
+    std::uint64_t begin = 0;   ///< of its %%Page comment
+    std::uint64_t content = 0; ///< behind it and the comments on the page that follow it
     std::uint64_t end = 0;
     std::uint32_t media = DSCMedia::kDefault; ///< a number of DSCMedia
 };

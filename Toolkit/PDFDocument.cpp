@@ -45,8 +45,11 @@ void refuseDeepPageTree(QPDFObjectHandle root)
         pending.pop_back();
         if (level > kMostLevels)
             throw ToolkitError("The PDF document is damaged: its pages are nested too deeply.");
-        if (!node.isDictionary() || !node.hasKey("/Kids") || !seen.insert(node.getObjGen()).second)
+        if (!node.isDictionary() || !node.hasKey("/Kids"))
             continue;
+        // The library refuses it as well, but only when it gets there.
+        if (node.isIndirect() && !seen.insert(node.getObjGen()).second)
+            throw ToolkitError("The PDF document is damaged: its pages lead into themselves.");
         QPDFObjectHandle kids = node.getKey("/Kids");
         for (int i = 0; i < kids.getArrayNItems(); ++i)
             pending.emplace_back(kids.getArrayItem(i), level + 1);

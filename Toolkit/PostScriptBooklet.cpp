@@ -80,6 +80,15 @@ void BookletWriter::write()
     _writer.copyWithout(_document.trailer(), kDocumentComments);
 }
 
+/// The name of the sheet's size where a comment has room for one word: a name that describes
+/// itself (libcups takes any text in front of the measures) would be read as several.
+std::string mediaName(const std::string &pageSize)
+{
+    const bool isWord = std::ranges::all_of(
+        pageSize, [](unsigned char c) { return c > ' ' && c < 0x7F && c != '(' && c != ')'; });
+    return isWord ? pageSize : "Booklet";
+}
+
 void BookletWriter::writeHeader()
 {
     const std::uint64_t firstLine = _document.endOfFirstLine();
@@ -90,7 +99,7 @@ void BookletWriter::writeHeader()
                               "%%BoundingBox: 0 0 {} {}\n"
                               "%%DocumentMedia: {} {} {} 0 () ()\n",
                               bookletSideCount(_document.pages().size()), std::ceil(_sheet.width),
-                              std::ceil(_sheet.height), _booklet.pageSize,
+                              std::ceil(_sheet.height), mediaName(_booklet.pageSize),
                               postScriptNumber(_sheet.width), postScriptNumber(_sheet.height)));
     _writer.copyWithout({firstLine, _document.header().end}, kDocumentComments);
 }

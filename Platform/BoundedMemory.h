@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <memory_resource>
+
+namespace Platform {
+
+/// An allocator for work whose size somebody else decides: it hands out memory of the default one,
+/// but no more than its limit at any time.
+///
+/// Not copied; outlives what was allocated from it. One thread.
+class BoundedMemory : public std::pmr::memory_resource {
+public:
+    /// @param limit  bytes
+    explicit BoundedMemory(std::size_t limit) : _left(limit) {}
+    BoundedMemory(const BoundedMemory &) = delete;
+    BoundedMemory &operator=(const BoundedMemory &) = delete;
+
+private:
+    /// @throws std::bad_alloc beyond the limit
+    void *do_allocate(std::size_t bytes, std::size_t alignment) override;
+    void do_deallocate(void *memory, std::size_t bytes, std::size_t alignment) override;
+    bool do_is_equal(const memory_resource &other) const noexcept override
+    {
+        return this == &other;
+    }
+
+    std::pmr::memory_resource *_source = std::pmr::get_default_resource();
+    std::size_t _left; ///< bytes
+};
+
+} // namespace Platform
