@@ -742,7 +742,10 @@ TEST(PostScriptBookletTest, CutOffDataDoNotHideTheSidesBehindThem)
 {
     std::string text = colouredPages(1).text();
     text.erase(text.find("%%Trailer"));
-    text += "%%BeginBinary: 99999\ncurrentfile 999 string readstring\n";
-    const std::string sides = processed(text, booklet());
-    EXPECT_THAT(processed(sides, CoverPages{}), HasSubstr("\n%%Pages: 2\n"));
+    for (const char *data :
+         {"%%BeginBinary: 99999\ncurrentfile 999 string readstring\n",
+          "%%BeginBinary: 42\ncurrentfile 9 string readstring\n%%Page: 9\n\n%%EndBin"}) {
+        const std::string sides = processed(text + data, booklet());
+        EXPECT_THAT(processed(sides, CoverPages{}), HasSubstr("\n%%Pages: 2\n")) << data;
+    }
 }
