@@ -50,7 +50,7 @@ Keys logLinesInCode()
         withLiteralsJoined(jobSources([](const auto &name) { return name != "nojcl.cpp"; }));
     Keys lines;
     collect(lines, sources, R"re(WriteLog\(\s*"([^"]+)")re");
-    collect(lines, sources, R"re((?:kUnable\w+\[\] = |FatalError\(|die\()"([^"]+)")re", "CRIT: ");
+    collect(lines, sources, R"re((?:kUnable\w+\[\] = |FatalError\(|fail\()"([^"]+)")re", "CRIT: ");
     return lines;
 }
 
