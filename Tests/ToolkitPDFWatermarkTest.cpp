@@ -192,22 +192,28 @@ TEST_F(ToolkitPDFWatermarkTest, TheAngleTurnsTheTextAboutItsCorner)
 TEST_F(ToolkitPDFWatermarkTest, ThePositionCountsFromThePageAsItIsRead)
 {
     PDFBuilder builder;
+    PDFBuilder blank;
     for (const char *rotate : {"0", "90", "180", "270", "-90", "-180", "450", "90.0", "45"}) {
         for (const char *boxes :
              {"/MediaBox [0 0 300 200]", "/MediaBox [-20 10 320 260]",
-              "/MediaBox [0 0 400 500] /CropBox [50 60 350 280]", "/MediaBox [300 200 0 0]"})
-            builder.addPage(std::string(boxes) + " /Rotate " + rotate, kPicture);
+              "/MediaBox [0 0 400 500] /CropBox [50 60 350 280]", "/MediaBox [300 200 0 0]"}) {
+            const std::string entries = std::string(boxes) + " /Rotate " + rotate;
+            builder.addPage(entries, kPicture);
+            blank.addPage(entries, "q 2 0 0 2 9 9 cm");
+        }
     }
     const std::string before = builder.document();
     const auto pagesBefore = rendered(before);
     for (const Watermark &watermark : {redText(), redTextBelow()}) {
         const auto pages = rendered(marked(before, watermark));
+        // Where nothing hides it.
+        const auto plain = watermark.above ? pages : rendered(marked(blank.document(), watermark));
         ASSERT_EQ(36U, pages.size());
+        ASSERT_EQ(36U, plain.size());
         for (std::size_t i = 0; i < pages.size(); ++i) {
             SCOPED_TRACE(i);
             expectOthersUnchanged(pagesBefore[i], pages[i], watermark.above);
-            if (watermark.above)
-                expectInPlace(watermark, pages[i]);
+            expectInPlace(watermark, plain[i]);
         }
     }
 }
