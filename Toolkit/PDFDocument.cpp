@@ -113,7 +113,7 @@ std::vector<QPDFObjectHandle> partsOf(QPDFObjectHandle page)
     return parts;
 }
 
-/// Whether something is not there that the parts refer to, or has lost all its data.
+/// Whether something is not there that the parts refer to.
 bool lacksObjects(std::vector<QPDFObjectHandle> pending, std::set<QPDFObjGen> &seen)
 {
     while (!pending.empty()) {
@@ -121,7 +121,7 @@ bool lacksObjects(std::vector<QPDFObjectHandle> pending, std::set<QPDFObjGen> &s
         pending.pop_back();
         if (object.isIndirect() && !seen.insert(object.getObjGen()).second)
             continue;
-        if (isLost(object) || (object.isStream() && object.getRawStreamData()->getSize() == 0))
+        if (isLost(object))
             return true;
         if (object.isStream())
             object = object.getDict();

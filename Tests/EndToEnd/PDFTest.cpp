@@ -57,6 +57,7 @@ TEST_F(PDFTest, WatermarkIsOnEveryPageAndChangesNothingElse)
     const auto marked = pagesOf(printWith(redWatermark()));
     ASSERT_EQ(kPages, marked.size());
     for (std::size_t page = 0; page < kPages; ++page) {
+        ASSERT_TRUE(marked[page].boxOf(Support::kRed)) << page;
         EXPECT_EQ(marked[0].boxOf(Support::kRed)->left, marked[page].boxOf(Support::kRed)->left);
         for (double y = 1; y < 842; y += 2) {
             for (double x = 1; x < 595; x += 2) {
