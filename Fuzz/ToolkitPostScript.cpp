@@ -67,6 +67,19 @@ bool isWithin(std::string_view part, std::string_view whole)
     return at == part.size();
 }
 
+/// Whether the document begins data that it never ends. Such a section is none, but once a booklet
+/// has moved it in front of others, it takes the end of theirs for its own.
+bool leavesDataOpen(std::string_view bytes)
+{
+    for (const std::string kind : {"Data", "Binary"}) {
+        const auto begin = bytes.rfind("%%Begin" + kind);
+        const auto end = bytes.rfind("%%End" + kind);
+        if (begin != std::string_view::npos && (end == std::string_view::npos || end < begin))
+            return true;
+    }
+    return false;
+}
+
 /// What the command makes of the document; nullopt when it refuses it. Whatever it is, it is a
 /// document again, and not much longer.
 std::optional<Document> tryCommand(const Document &document, const Command &command)
@@ -131,6 +144,7 @@ void Fuzz::tryInput(std::string_view input)
     if (!document)
         return;
     tryWatermark(*document, commands.watermark);
-    tryBooklet(*document, commands.booklet);
+    if (!leavesDataOpen(document->bytes))
+        tryBooklet(*document, commands.booklet);
     tryCovers(*document, commands.covers);
 }

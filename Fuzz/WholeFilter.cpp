@@ -108,9 +108,9 @@ void requirePages(const std::string &job, std::string_view pages)
                   "the job's end follows the pages, three lines long");
 }
 
-/// Job id, user, title, copies and options, as the scheduler lets them through: no control
-/// characters in user and title, which libcups writes as they are, and no user but of ASCII, where
-/// libcups would cut within a character.
+/// Job id, user, title, copies and options. The scheduler lets no control character into user and
+/// title, which libcups writes as they are; it leaves quotes in users too, and cuts those that are
+/// not ASCII within a character.
 std::array<std::string, 5> takeArguments(std::string_view &input)
 {
     std::array<std::string, 5> arguments;
@@ -120,6 +120,7 @@ std::array<std::string, 5> takeArguments(std::string_view &input)
     }
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
     const auto isNoASCII = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
+    std::ranges::replace(arguments[1], '"', '.');
     for (std::string *text : {&arguments[1], &arguments[2]})
         std::ranges::replace_if(*text, isControl, '.');
     std::ranges::replace_if(arguments[1], isNoASCII, '.');
