@@ -9,6 +9,7 @@
 #include "Toolkit.h"
 #include "ToolkitError.h"
 
+#include <map>
 #include <vector>
 
 namespace {
@@ -67,17 +68,22 @@ bool isWithin(std::string_view part, std::string_view whole)
     return at == part.size();
 }
 
-/// Whether the document begins data that it never ends. Such a section is none, but once a booklet
-/// has moved it in front of others, it takes the end of theirs for its own.
+/// Whether the document begins data that it never ends. Such a section is none, but once a command
+/// has moved it, it may take for its end what stands behind it then.
 bool leavesDataOpen(std::string_view bytes)
 {
-    for (const std::string kind : {"Data", "Binary"}) {
-        const auto begin = bytes.rfind("%%Begin" + kind);
-        const auto end = bytes.rfind("%%End" + kind);
-        if (begin != std::string_view::npos && (end == std::string_view::npos || end < begin))
-            return true;
+    std::map<std::string, bool> open;
+    while (!bytes.empty()) {
+        const auto line = bytes.substr(0, bytes.find_first_of("\r\n"));
+        bytes.remove_prefix(std::min(line.size() + 1, bytes.size()));
+        for (const std::string kind : {"Data", "Binary"}) {
+            if (line.starts_with("%%Begin" + kind))
+                open[kind] = true;
+            else if (line.substr(0, line.find_first_of(": \t")) == "%%End" + kind)
+                open[kind] = false;
+        }
     }
-    return false;
+    return open["Data"] || open["Binary"];
 }
 
 /// What the command makes of the document; nullopt when it refuses it. Whatever it is, it is a
@@ -144,7 +150,8 @@ void Fuzz::tryInput(std::string_view input)
     if (!document)
         return;
     tryWatermark(*document, commands.watermark);
-    if (!leavesDataOpen(document->bytes))
-        tryBooklet(*document, commands.booklet);
+    if (leavesDataOpen(document->bytes))
+        return;
+    tryBooklet(*document, commands.booklet);
     tryCovers(*document, commands.covers);
 }
