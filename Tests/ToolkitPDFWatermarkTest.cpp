@@ -524,6 +524,14 @@ TEST_F(ToolkitPDFWatermarkTest, ContentsThatLeadIntoThemselvesAreNone)
     }
 }
 
+TEST_F(ToolkitPDFWatermarkTest, AnObjectNumberBeyondAllNumbersIsDamage)
+{
+    // The library comes upon it while it looks for the objects that the table does not tell.
+    std::string document = onePage();
+    document.replace(document.find("xref"), 4, "99999999999999999999 99999999999999999999 obj");
+    EXPECT_EQ("The PDF document is damaged.", problem(document));
+}
+
 TEST_F(ToolkitPDFWatermarkTest, ATruncatedDocumentIsRefusedOrKeepsAllItsPages)
 {
     PDFBuilder builder;

@@ -160,6 +160,11 @@ PDFDocument::PDFDocument(std::FILE *input)
         _pages = _pagesAsRead = pagesOf(_qpdf);
     } catch (const QPDFExc &problem) {
         refuse(problem);
+    } catch (const ToolkitError &) {
+        throw;
+    } catch (const std::runtime_error &) {
+        // A number, say, that no computer takes.
+        throw ToolkitError("The PDF document is damaged.");
     }
 }
 
