@@ -14,17 +14,11 @@
 #include <cups/cups.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <span>
-#include <sys/stat.h>
 #include <utility>
 
 namespace {
-
-/// Far above any real PPD, and small enough for libcups to hold in memory.
-constexpr off_t kLargestPPD = off_t{16} << 20;
 
 /// On purpose: A4 turned on its side, and 596 points high where A4 has 595.
 constexpr KLPageSize kDefaultPageSize = {842.0, 596.0};
@@ -50,29 +44,6 @@ private:
     cups_option_t *_options = nullptr;
     int _count;
 };
-
-/// Why the file cannot be a PPD; empty when it may be one. libcups would read a device or a FIFO
-/// for ever, and calls a folder an empty file.
-std::string whyNotReadable(const char *path)
-{
-    struct stat status = {};
-    if (stat(path, &status) != 0)
-        return std::strerror(errno);
-    if (!S_ISREG(status.st_mode))
-        return "not a regular file";
-    if (status.st_size > kLargestPPD)
-        return "larger than 16 MiB";
-    return {};
-}
-
-std::string whyNotOpened(int openError)
-{
-    int line = 0;
-    const ppd_status_t status = ppdLastError(&line);
-    if (status == PPD_FILE_OPEN_ERROR)
-        return std::strerror(openError);
-    return std::string(ppdErrorString(status)) + " on line " + std::to_string(line);
-}
 
 std::optional<std::string> codeOfChoice(const ppd_choice_t *choice)
 {
@@ -154,15 +125,10 @@ void KLPrintOptions::loadPPD()
     const char *path = std::getenv("PPD");
     if (path == nullptr)
         throw KLNoPPDError("No PPD file: the environment variable PPD is not set");
-    std::string reason = whyNotReadable(path);
-    if (reason.empty()) {
-        errno = 0;
-        _ppd.reset(ppdOpenFile(path));
-        if (!_ppd)
-            reason = whyNotOpened(errno);
-    }
+    std::string whyNot;
+    _ppd = openPPD(path, &whyNot);
     if (!_ppd)
-        throw KLNoPPDError("Unable to open PPD file " + std::string(path) + ": " + reason);
+        throw KLNoPPDError("Unable to open PPD file " + std::string(path) + ": " + whyNot);
     ppdMarkDefaults(_ppd.get());
 }
 

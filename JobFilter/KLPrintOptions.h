@@ -1,12 +1,10 @@
 #pragma once
 
 #include "KLValue.h"
-
-#include <cups/ppd.h>
+#include "openPPD.h"
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -141,10 +139,6 @@ public:
     std::string generageWatermarkCode() const;
 
 private:
-    struct PPDCloser {
-        void operator()(ppd_file_t *ppd) const { ppdClose(ppd); }
-    };
-
     void loadPPD();
     void storeMarkedChoices();
     void storeOption(std::string key, std::string text);
@@ -166,5 +160,5 @@ private:
     static ppd_choice_t *findChoiceWithNameForOption(const std::string &name, ppd_option_t &option);
 
     std::map<std::string, KLValue, std::less<>> _options;
-    std::unique_ptr<ppd_file_t, PPDCloser> _ppd;
+    PPD _ppd;
 };

@@ -1,5 +1,6 @@
 #include "KLToolkitProcessor.h"
 
+#include "Cancellation.h"
 #include "ChildProcess.h"
 #include "KLFileUtilities.h"
 #include "Module.h"
@@ -24,7 +25,10 @@ constexpr int kCommandFailed = 127;
 /// A file that is removed unless it is released to the caller.
 class OutputFile {
 public:
-    explicit OutputFile(std::string path) : _path(std::move(path)) {}
+    explicit OutputFile(std::string path) : _path(std::move(path))
+    {
+        Platform::setUnfinished(_path, true);
+    }
     ~OutputFile()
     {
         if (!_path.empty())
@@ -34,7 +38,11 @@ public:
     OutputFile &operator=(const OutputFile &) = delete;
 
     const std::string &path() const { return _path; }
-    std::string release() { return std::exchange(_path, {}); }
+    std::string release()
+    {
+        Platform::setUnfinished(_path, false);
+        return std::exchange(_path, {});
+    }
 
 private:
     std::string _path;
@@ -219,13 +227,13 @@ KLToolkitProcessor::processWithArgumentsAndReturnError(const std::string &inputP
                                                        const std::vector<std::string> &arguments,
                                                        std::optional<KLError> *error)
 {
-    const auto outputPath = KLFileUtilities::generateTemporaryFilenameWithPrefix("toolkit");
+    auto outputPath = KLFileUtilities::generateTemporaryFilenameWithPrefix("toolkit");
     if (!outputPath) {
         store(error,
               {kGeneralErrorDomain, kNoSuchFile, "A temporary filename could not be generated."});
         return std::nullopt;
     }
-    OutputFile output(*outputPath);
+    OutputFile output(std::move(*outputPath));
     Platform::ChildProcess toolkit(_toolkitPath,
                                    childArguments(arguments, inputPath, output.path()));
     std::string errorText = toolkit.collectErrorText();

@@ -4,6 +4,7 @@
 #include "KLPrintJob.h"
 #include "KLPrintOptions.h"
 #include "KLToolkitProcessor.h"
+#include "MemoryShortage.h"
 #include "Streams.h"
 #include "WriteLog.h"
 #include "domainLookup.h"
@@ -159,12 +160,14 @@ std::string applyToolkit(const std::string &jobPath, KLPrintOptions &options)
 }
 
 /// The PJL header that the PPD gives for the job's marked choices, to be read from its start; null
-/// when there is no place to put it.
+/// when there is no place to put it. The job is printed all the same.
 Platform::Stream makeHeader(const Arguments &arguments, const KLPrintOptions &options)
 {
     Platform::Stream header = Platform::openTemporary();
-    if (!header)
+    if (!header) {
+        WriteLog("ERROR: Unable to create the job header, the job's settings may not be applied");
         return nullptr;
+    }
     // NOLINTNEXTLINE(cert-err34-c): an id that is no number counts as 0
     ppdEmitJCL(options.ppd(), header.get(), std::atoi(arguments.jobId), arguments.userName,
                arguments.jobTitle);
@@ -180,9 +183,13 @@ void writeHeader(const Arguments &arguments, const std::shared_ptr<KLPrintOption
     Platform::Stream header = makeHeader(arguments, *options);
     if (!header)
         return; // like a PPD that gives no header
+    FILE *const stream = header.get();
     const auto job = std::make_shared<KLPrintJob>(header.release(), true, stdout, false);
     job->setPrintOptions(options);
     KLPJLHandler::enumeratePJLFromPrintJobUsingBlock(job, handlePJL(job));
+    // The walk takes a read error for the end of the header.
+    if (std::ferror(stream) != 0)
+        throw FatalError(kUnableToProcess);
 }
 
 void writeBody(FILE *job)
@@ -237,6 +244,7 @@ int main(int argc, char *argv[])
     Platform::occupyStandardDescriptors();
     std::signal(SIGPIPE, SIG_IGN); // a printer that has gone is a failed write
     Platform::cleanUpWhenCancelled();
+    Platform::endWhenMemoryRunsOut("CRIT: Out of memory\n");
     giveBuffer(stdout, outputBuffer);
 
     std::exit(runFilter(argc, argv));

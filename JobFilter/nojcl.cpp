@@ -1,4 +1,5 @@
 #include "KLJobControlStripper.h"
+#include "MemoryShortage.h"
 #include "Streams.h"
 
 #include <csignal>
@@ -54,6 +55,7 @@ int main(int argc, char *argv[])
 {
     Platform::occupyStandardDescriptors();
     std::signal(SIGPIPE, SIG_IGN); // a reader that has gone is a failed write
+    Platform::endWhenMemoryRunsOut("CRIT: Out of memory\n");
 
     if (argc != 6 && argc != 7) {
         std::fprintf(stderr,

@@ -15,8 +15,14 @@ constexpr std::array kSignals = {SIGTERM, SIGINT, SIGHUP};
 constexpr std::size_t kMostFiles = 8;
 constexpr std::size_t kPathSize = 1024;
 
-/// An empty path is a free slot. Slots change only while the signals are held back.
-char filesToRemove[kMostFiles][kPathSize];
+/// A file that the run has made.
+struct MadeFile {
+    char path[kPathSize]; ///< empty in a free slot
+    bool unfinished;
+};
+
+/// Slots change only while the signals are held back.
+MadeFile madeFiles[kMostFiles];
 volatile pid_t childToEnd = 0;
 
 bool hasEnded(pid_t child)
@@ -37,14 +43,19 @@ void endChild(pid_t child)
     kill(-child, SIGKILL);
 }
 
-extern "C" void cleanUpAndDie(int signalNumber)
+void cleanUp(bool everything)
 {
     if (childToEnd != 0)
         endChild(childToEnd);
-    for (const char *path : filesToRemove) {
-        if (*path != '\0')
-            unlink(path);
+    for (const MadeFile &file : madeFiles) {
+        if (*file.path != '\0' && (everything || file.unfinished))
+            unlink(file.path);
     }
+}
+
+extern "C" void cleanUpAndDie(int signalNumber)
+{
+    cleanUp(true);
     signal(signalNumber, SIG_DFL);
     raise(signalNumber); // pending until the handler returns, deadly then
 }
@@ -75,25 +86,41 @@ void cleanUpWhenCancelled()
 bool removeWhenCancelled(const std::string &path)
 {
     const CancellationDelay delay;
-    const auto slot = std::ranges::find_if(filesToRemove, [](const auto &s) { return *s == '\0'; });
-    if (path.size() >= kPathSize || slot == std::end(filesToRemove))
+    const auto slot =
+        std::ranges::find_if(madeFiles, [](const auto &file) { return *file.path == '\0'; });
+    if (path.size() >= kPathSize || slot == std::end(madeFiles))
         return false;
-    std::memcpy(*slot, path.c_str(), path.size() + 1);
+    std::memcpy(slot->path, path.c_str(), path.size() + 1);
+    slot->unfinished = false;
     return true;
 }
 
 void keepWhenCancelled(const std::string &path)
 {
     const CancellationDelay delay;
-    for (char *slot : filesToRemove) {
-        if (path == slot)
-            *slot = '\0';
+    for (MadeFile &file : madeFiles) {
+        if (path == file.path)
+            *file.path = '\0';
+    }
+}
+
+void setUnfinished(const std::string &path, bool unfinished)
+{
+    for (MadeFile &file : madeFiles) {
+        if (path == file.path)
+            file.unfinished = unfinished;
     }
 }
 
 void endWhenCancelled(pid_t child)
 {
     childToEnd = child;
+}
+
+void abandonRun()
+{
+    const CancellationDelay delay;
+    cleanUp(false);
 }
 
 CancellationDelay::CancellationDelay()

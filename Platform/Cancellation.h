@@ -23,9 +23,17 @@ bool removeWhenCancelled(const std::string &path);
 /// Takes a file off the list; nothing happens when it is not on it.
 void keepWhenCancelled(const std::string &path);
 
+/// Says whether a file on the list is one that is of no use to anybody yet. Others are kept by
+/// abandonRun().
+void setUnfinished(const std::string &path, bool unfinished);
+
 /// Names the child, leader of its own process group, that a cancellation ends: with SIGTERM
 /// first, with SIGKILL to the whole group when it still lives after a second. 0 for none.
 void endWhenCancelled(pid_t child);
+
+/// Ends the child and removes the unfinished files, for a run that cannot go on to clean up in
+/// the usual way. Async-signal-safe.
+void abandonRun();
 
 /// Holds back the three signals as long as it lives, so that an effect and its registration
 /// happen together or not at all.

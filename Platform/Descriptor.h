@@ -22,6 +22,9 @@ public:
     /// -1 when there is none.
     int number() const { return _number; }
 
+    /// Gives it up without closing it. @return its number
+    int release() { return std::exchange(_number, -1); }
+
     /// Closes it now. What close() reports is ignored: nothing that is written is held like this.
     void close()
     {

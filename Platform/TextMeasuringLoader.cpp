@@ -8,6 +8,8 @@ TextSize measureTextWithModule(const std::string &text, const std::string &fontN
     TextSize measured = {};
     callModule<const std::string &, const std::string &, double, TextSize &>(
         "KLTextMeasuringModule.so", "KLMeasureText", text, fontName, size, measured);
+    if (measured.height == 0 && size != 0)
+        throw ModuleError("There is no font to measure the text with");
     return measured;
 }
 

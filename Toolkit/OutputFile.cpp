@@ -3,21 +3,23 @@
 #include "Cancellation.h"
 #include "ToolkitError.h"
 
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <fcntl.h>
-#include <memory>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
-std::string resolved(const std::string &path)
+/// @param place  where the path goes that this one leads to; allocates nothing when it has room
+void resolve(const std::string &path, std::string &place)
 {
-    const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr),
-                                                           &std::free);
-    return real ? real.get() : path;
+    std::array<char, PATH_MAX> real;
+    place = realpath(path.c_str(), real.data()) != nullptr ? real.data() : path.c_str();
 }
 
 std::string cannotWrite(int reason)
@@ -38,40 +40,57 @@ bool isSameFile(const struct stat &one, const struct stat &other)
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
-} // namespace
-
-OutputFile::OutputFile(const std::string &path, std::FILE *input)
+/// @throws ToolkitError when the file is no regular one, or is the input
+void requireFit(int file, std::FILE *input)
 {
-    const Platform::CancellationDelay delay;
-    // Without O_NONBLOCK the open itself would wait for a FIFO's reader.
-    const int descriptor =
-        open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666);
-    if (descriptor < 0)
-        throw ToolkitError(cannotWrite(errno));
-    _stream.reset(fdopen(descriptor, "wb"));
-    if (!_stream) {
-        const int problem = errno;
-        close(descriptor);
-        throw ToolkitError(cannotWrite(problem));
-    }
-    const struct stat status = statusOf(descriptor);
+    const struct stat status = statusOf(file);
     if (!S_ISREG(status.st_mode))
         throw ToolkitError("The output is no regular file.");
     if (input != nullptr && isSameFile(status, statusOf(fileno(input))))
         throw ToolkitError("The input and the output are the same file.");
-    _path = resolved(path);
-    if (ftruncate(descriptor, 0) != 0)
+}
+
+} // namespace
+
+OutputFile::OutputFile(const std::string &path, std::FILE *input)
+{
+    _path.reserve(PATH_MAX); // from the open on, memory that runs out must leave no file
+    const Platform::CancellationDelay delay;
+    // Without O_NONBLOCK the open itself would wait for a FIFO's reader.
+    Platform::Descriptor file(
+        open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666));
+    if (file.number() < 0)
         throw ToolkitError(cannotWrite(errno));
+    requireFit(file.number(), input);
+    resolve(path, _path);
     if (!Platform::removeWhenCancelled(_path)) {
         unlink(_path.c_str());
         throw ToolkitError("The name of the output file is too long.");
     }
+    Platform::setUnfinished(_path, true);
+    openStream(std::move(file));
+}
+
+void OutputFile::openStream(Platform::Descriptor file)
+{
+    if (ftruncate(file.number(), 0) == 0)
+        _stream.reset(fdopen(file.number(), "wb"));
+    const int problem = errno;
+    if (!_stream) {
+        remove();
+        throw ToolkitError(cannotWrite(problem));
+    }
+    file.release(); // the stream's from now on
 }
 
 OutputFile::~OutputFile()
 {
-    if (_committed)
-        return;
+    if (!_committed)
+        remove();
+}
+
+void OutputFile::remove()
+{
     const Platform::CancellationDelay delay;
     unlink(_path.c_str());
     Platform::keepWhenCancelled(_path);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Descriptor.h"
 #include "Streams.h"
 
 #include <cstdio>
@@ -14,7 +15,7 @@ public:
     /// Opens and empties the file, or makes it.
     /// @param input  the input's stream, null when it could not be opened
     /// @throws ToolkitError when it cannot be opened, is no regular file or is the input. The file
-    ///         is left as it was then.
+    ///         is left as it was then. Also when it cannot be emptied; it is removed then.
     OutputFile(const std::string &path, std::FILE *input);
     ~OutputFile();
     OutputFile(const OutputFile &) = delete;
@@ -28,6 +29,9 @@ public:
     void commit();
 
 private:
+    void openStream(Platform::Descriptor file);
+    void remove();
+
     std::string _path; ///< what the given path led to, links resolved
     Platform::Stream _stream;
     bool _committed = false;

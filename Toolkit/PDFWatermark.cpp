@@ -3,8 +3,7 @@
 #include "PDFDocument.h"
 #include "PDFPage.h"
 #include "PDFStructure.h"
-#include "TextMeasuring.h"
-#include "ToolkitError.h"
+#include "watermarkText.h"
 
 #include <qpdf/QUtil.hh>
 
@@ -216,9 +215,7 @@ QPDFObjectHandle Stamp::sharedStream(const std::string &bytes)
 void applyWatermarkToPDF(const Watermark &watermark, const Job &job)
 {
     PDFDocument document(job.input);
-    const ShapedText text = Platform::shapeText(watermark.text, watermark.font, watermark.size);
-    if (!(text.ascent + text.descent > 0))
-        throw ToolkitError("There is no font to draw the watermark with.");
+    const ShapedText text = watermarkText(watermark);
     if (!text.outline.empty()) {
         Stamp stamp(document, watermark, text);
         for (const QPDFObjectHandle &page : document.pages())

@@ -1,20 +1,12 @@
 #include "PageSizes.h"
 
-#include <cups/ppd.h>
-#include <cups/pwg.h>
+#include "queuePPD.h"
 
-#include <memory>
+#include <cups/pwg.h>
 
 namespace {
 
 constexpr double kPointsPerUnit = 72.0 / 2540; // CUPS counts hundredths of a millimetre
-
-using PPD = std::unique_ptr<ppd_file_t, decltype(&ppdClose)>;
-
-PPD openPPD(const std::string &path)
-{
-    return {path.empty() ? nullptr : ppdOpenFile(path.c_str()), &ppdClose};
-}
 
 /// @param name  null for the one that is marked
 std::optional<PageSize> pageSizeInPPD(ppd_file_t *ppd, const char *name)
@@ -39,14 +31,14 @@ std::optional<PageSize> standardPageSize(const std::string &name)
 
 std::optional<PageSize> pageSizeNamed(const std::string &name, const std::string &ppdPath)
 {
-    if (const auto size = pageSizeInPPD(openPPD(ppdPath).get(), name.c_str()))
+    if (const auto size = pageSizeInPPD(queuePPD(ppdPath).get(), name.c_str()))
         return size;
     return standardPageSize(name);
 }
 
 std::optional<PageSize> defaultPageSize(const std::string &ppdPath)
 {
-    const PPD ppd = openPPD(ppdPath);
+    const PPD ppd = queuePPD(ppdPath);
     if (ppd)
         ppdMarkDefaults(ppd.get());
     return pageSizeInPPD(ppd.get(), nullptr);

@@ -12,12 +12,13 @@ struct PageSize {
 /// The page size that a name stands for, upright or not as its owner has it.
 ///
 /// The PPD's own names come first, then the standard ones ("A4", "Letter", "iso_a4_210x297mm").
-/// @param ppdPath  the queue's PPD; empty when there is none. One that cannot be read counts as
-///                 none.
+/// @param ppdPath  the queue's PPD; empty when there is none
 /// @return nullopt for a name that neither knows
+/// @throws ToolkitError when there is a PPD and it cannot be read
 std::optional<PageSize> pageSizeNamed(const std::string &name, const std::string &ppdPath);
 
 /// The page size that the PPD gives a job that asks for none.
 /// @param ppdPath  as above
 /// @return nullopt when there is no PPD, or when it has no default
+/// @throws ToolkitError as above
 std::optional<PageSize> defaultPageSize(const std::string &ppdPath);

@@ -4,7 +4,7 @@
 #include "DocumentWriter.h"
 #include "PostScriptText.h"
 #include "ProcSets.h"
-#include "TextMeasuring.h"
+#include "watermarkText.h"
 
 #include <array>
 #include <string>
@@ -65,7 +65,7 @@ std::string outlineProcedures(const std::vector<TextPathSegment> &outline)
 
 std::string watermarkProcSet(const Watermark &watermark, const DSCDocument &document, unsigned run)
 {
-    const ShapedText text = Platform::shapeText(watermark.text, watermark.font, watermark.size);
+    const ShapedText text = watermarkText(watermark);
     std::string procedures = "/KLToolkitWatermark.N 32 dict def\n"
                              "KLToolkitWatermark.N begin\n";
     procedures += colourProcedure(watermark.colour);

@@ -2,10 +2,7 @@
 
 #include "postscriptRules.h"
 
-PrinterFeatures::PrinterFeatures(const std::string &ppdPath)
-    : _ppd(ppdPath.empty() ? nullptr : ppdOpenFile(ppdPath.c_str()), &ppdClose)
-{
-}
+PrinterFeatures::PrinterFeatures(const std::string &ppdPath) : _ppd(queuePPD(ppdPath)) {}
 
 std::string PrinterFeatures::code(const std::string &option, const std::string &choice) const
 {

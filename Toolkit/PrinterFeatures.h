@@ -1,15 +1,15 @@
 #pragma once
 
-#include <cups/ppd.h>
+#include "queuePPD.h"
 
-#include <memory>
 #include <string>
 #include <string_view>
 
 /// Printer features as a queue's PPD says them in PostScript.
 class PrinterFeatures {
 public:
-    /// @param ppdPath  empty when there is no PPD; one that cannot be read counts as none
+    /// @param ppdPath  empty when there is no PPD
+    /// @throws ToolkitError when there is one and it cannot be read
     explicit PrinterFeatures(const std::string &ppdPath);
 
     /// The code of a choice, protected so that an error in it does not end the job. A job-control
@@ -27,7 +27,7 @@ private:
     ppd_option_t *optionNamed(const std::string &option) const;
     ppd_choice_t *choiceNamed(const std::string &option, const std::string &choice) const;
 
-    std::unique_ptr<ppd_file_t, decltype(&ppdClose)> _ppd;
+    PPD _ppd;
 };
 
 /// Lines of PostScript as a feature of a document, protected so that an error in them does not end

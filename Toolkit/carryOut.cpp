@@ -21,6 +21,8 @@ Format formatOf(std::FILE *input)
 {
     char start[5] = {};
     const std::size_t size = std::fread(start, 1, sizeof start, input);
+    if (std::ferror(input) != 0)
+        throw ToolkitError("The input file cannot be read.");
     std::rewind(input);
     const std::string_view head(start, size);
     if (head.starts_with("%!")) // whether it keeps the conventions shows when it is read

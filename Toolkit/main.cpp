@@ -1,5 +1,6 @@
 #include "Arguments.h"
 #include "Cancellation.h"
+#include "MemoryShortage.h"
 #include "Streams.h"
 #include "ToolkitError.h"
 #include "carryOut.h"
@@ -53,6 +54,7 @@ int main(int argc, char *argv[])
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN); // a file size limit is a failed write
     Platform::cleanUpWhenCancelled();
+    Platform::endWhenMemoryRunsOut("There is not enough memory.\n");
     limitMemory();
 
     const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);

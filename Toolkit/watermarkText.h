@@ -1,0 +1,8 @@
+#pragma once
+
+#include "Commands.h"
+#include "TextMeasuring.h"
+
+/// The watermark's text, set in its font and size.
+/// @throws ToolkitError when there is no font at all to draw it with
+Platform::ShapedText watermarkText(const Watermark &watermark);
