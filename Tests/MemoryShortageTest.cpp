@@ -1,0 +1,107 @@
+#include "MemoryShortage.h"
+
+#include "Cancellation.h"
+#include "TemporaryFolder.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <new>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#ifndef KL_SANITIZED // the sanitizer's allocator is its own
+
+namespace {
+
+constexpr char kLine[] = "CRIT: no room\n";
+volatile std::size_t tooMuch = PTRDIFF_MAX; // more than there ever is
+
+/// Asks C++ and C in turn for memory that cannot be had.
+void askForTooMuch(int way)
+{
+    switch (way) {
+    case 0:
+        static_cast<void>(::operator new(tooMuch));
+        break;
+    case 1:
+        std::free(std::malloc(tooMuch));
+        break;
+    case 2:
+        std::free(std::calloc(tooMuch, 2));
+        break;
+    case 3:
+        std::free(std::realloc(std::malloc(1), tooMuch));
+        break;
+    default:
+        std::free(std::aligned_alloc(64, tooMuch));
+        break;
+    }
+}
+
+} // namespace
+
+TEST(MemoryShortageTest, EndsTheProcessWithTheLineWhoeverAsked)
+{
+    for (int way = 0; way < 5; ++way) {
+        EXPECT_EXIT(
+            {
+                Platform::endWhenMemoryRunsOut(kLine);
+                askForTooMuch(way);
+            },
+            testing::ExitedWithCode(EXIT_FAILURE), "^CRIT: no room\n$")
+            << way;
+    }
+}
+
+TEST(MemoryShortageTest, UntilThenTheCallerIsTold)
+{
+    EXPECT_THROW(askForTooMuch(0), std::bad_alloc);
+    EXPECT_EQ(nullptr, std::malloc(tooMuch));
+}
+
+TEST(MemoryShortageTest, NoMemoryAtAllIsNoShortage)
+{
+    EXPECT_EXIT(
+        {
+            Platform::endWhenMemoryRunsOut(kLine);
+            static_cast<void>(std::realloc(std::malloc(1), tooMuch - tooMuch));
+            std::exit(EXIT_SUCCESS);
+        },
+        testing::ExitedWithCode(EXIT_SUCCESS), "^$");
+}
+
+TEST(MemoryShortageTest, ChildrenAreNotConcerned)
+{
+    EXPECT_EXIT(
+        {
+            Platform::endWhenMemoryRunsOut(kLine);
+            const pid_t child = fork();
+            if (child == 0)
+                _exit(std::malloc(tooMuch) == nullptr ? 7 : 8);
+            int status = 0;
+            waitpid(child, &status, 0);
+            std::exit(WEXITSTATUS(status));
+        },
+        testing::ExitedWithCode(7), "^$");
+}
+
+TEST(MemoryShortageTest, UnfinishedFilesGoAndOthersStay)
+{
+    const Support::TemporaryFolder folder;
+    const std::string job = folder.write("job", "pages");
+    const std::string half = folder.write("half", "half a page");
+    EXPECT_EXIT(
+        {
+            Platform::endWhenMemoryRunsOut(kLine);
+            for (const std::string &path : {job, half})
+                Platform::removeWhenCancelled(path);
+            Platform::setUnfinished(half, true);
+            askForTooMuch(1);
+        },
+        testing::ExitedWithCode(EXIT_FAILURE), "^CRIT: no room\n$");
+    EXPECT_THAT(folder.names(), testing::ElementsAre("job"));
+}
+
+#endif
