@@ -88,13 +88,12 @@ void FaultTest::clearTemporaryFiles() const
         fs::remove(path);
 }
 
-std::uint64_t
-FaultTest::strikeEveryCall(const NamedFault &fault,
-                           const std::function<Support::ProgramCall()> &call,
-                           const std::function<void(const Support::FaultedRun &)> &check)
+std::uint64_t FaultTest::strikeEveryCall(
+    const NamedFault &fault, const std::function<Support::ProgramCall()> &call,
+    const std::function<void(const Support::FaultedRun &)> &check, std::uint64_t step)
 {
-    std::uint64_t k = 1;
-    for (;; ++k) {
+    std::uint64_t struck = 0;
+    for (std::uint64_t k = 1;; k += step, ++struck) {
         clearTemporaryFiles();
         const FaultedRun run = Support::runWithFault(call(), fault.fault, k);
         SCOPED_TRACE(fault.name + ", call " + std::to_string(k) + ": " + run.where +
@@ -106,8 +105,8 @@ FaultTest::strikeEveryCall(const NamedFault &fault,
             break;
     }
     clearTemporaryFiles();
-    std::cout << "[  STRUCK  ] " << k - 1 << " x " << fault.name << "\n";
-    return k - 1;
+    std::cout << "[  STRUCK  ] " << struck << " x " << fault.name << "\n";
+    return struck;
 }
 
 std::vector<std::string> linesOf(const std::string &text)

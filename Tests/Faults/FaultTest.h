@@ -35,10 +35,12 @@ protected:
     /// @param call   makes the call anew
     /// @param check  looks at the run; a run that crashes, hangs or leaves a child has failed
     ///               already
+    /// @param step   1 for every call; 5 for the first, the sixth, and so on
     /// @return how many calls were struck
     std::uint64_t strikeEveryCall(const NamedFault &fault,
                                   const std::function<Support::ProgramCall()> &call,
-                                  const std::function<void(const Support::FaultedRun &)> &check);
+                                  const std::function<void(const Support::FaultedRun &)> &check,
+                                  std::uint64_t step = 1);
 
     /// Full paths of what lies in the temporary directory.
     std::vector<std::string> temporaryFiles() const;

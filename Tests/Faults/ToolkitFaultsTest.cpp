@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <ostream>
@@ -202,8 +203,10 @@ TEST_P(ToolkitFaultsTest, AnyAllocationThatFails)
         expectAllOrALine(run);
         EXPECT_EQ(run.struck ? "There is not enough memory.\n" : "", run.result.errors);
     };
+    // A PDF document takes thousands; all of them on request.
+    const bool some = GetParam().document.starts_with("%PDF") && !std::getenv("KL_ALL_ALLOCATIONS");
     EXPECT_LT(100U, strikeEveryCall(
-                        kNoMemory, [this] { return call(); }, check));
+                        kNoMemory, [this] { return call(); }, check, some ? 7 : 1));
 }
 #endif
 
