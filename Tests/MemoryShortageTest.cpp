@@ -11,8 +11,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#ifndef KL_SANITIZED // the sanitizer's allocator is its own
-
 namespace {
 
 constexpr char kLine[] = "CRIT: no room\n";
@@ -105,5 +103,3 @@ TEST(MemoryShortageTest, UnfinishedFilesGoAndOthersStay)
         testing::ExitedWithCode(EXIT_FAILURE), "^CRIT: no room\n$");
     EXPECT_THAT(folder.names(), testing::ElementsAre("job"));
 }
-
-#endif

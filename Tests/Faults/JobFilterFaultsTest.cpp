@@ -319,7 +319,6 @@ TEST_F(JobFilterFaultsTest, JobFileWithAnySystemCallThatFails)
     }
 }
 
-#ifndef KL_SANITIZED
 TEST_F(JobFilterFaultsTest, PlainJobWithAnyAllocationThatFails)
 {
     useRealToolkit();
@@ -331,7 +330,6 @@ TEST_F(JobFilterFaultsTest, PlainJobWithAnyAllocationThatFails)
     EXPECT_LT(100U, strikeEveryCall(
                         kNoMemory, [this] { return callWithInput(); }, check));
 }
-#endif
 
 TEST_F(JobFilterFaultsTest, PlainJobCancelledAtAnyTime)
 {
@@ -430,7 +428,6 @@ TEST_F(JobForTheToolkitFaultsTest, AnySystemCallThatFailsBesideCommandsThatFail)
     }
 }
 
-#ifndef KL_SANITIZED
 TEST_F(JobForTheToolkitFaultsTest, AnyAllocationThatFails)
 {
     useQuickToolkit();
@@ -442,7 +439,6 @@ TEST_F(JobForTheToolkitFaultsTest, AnyAllocationThatFails)
     EXPECT_LT(200U, strikeEveryCall(
                         kNoMemory, [this] { return callForAllCommands(); }, check));
 }
-#endif
 
 TEST_F(JobForTheToolkitFaultsTest, CancelledAtAnyTime)
 {

@@ -77,14 +77,12 @@ TEST_F(NoJCLFaultsTest, AHalvedReadOrWriteChangesNothing)
     }
 }
 
-#ifndef KL_SANITIZED
 TEST_F(NoJCLFaultsTest, AnyAllocationThatFails)
 {
     const auto check = [&](const FaultedRun &run) { expectAllOrALine(kNoMemory, run); };
     EXPECT_LT(2U, strikeEveryCall(
                       kNoMemory, [this] { return callWithFile(); }, check));
 }
-#endif
 
 TEST_F(NoJCLFaultsTest, ASignalAtAnyTime)
 {

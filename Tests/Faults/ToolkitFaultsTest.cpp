@@ -196,7 +196,6 @@ TEST_P(ToolkitFaultsTest, WithoutAFontNoWatermarkIsLeftOut)
         [this] { return call(); }, check);
 }
 
-#ifndef KL_SANITIZED
 TEST_P(ToolkitFaultsTest, AnyAllocationThatFails)
 {
     const auto check = [&](const FaultedRun &run) {
@@ -208,7 +207,6 @@ TEST_P(ToolkitFaultsTest, AnyAllocationThatFails)
     EXPECT_LT(100U, strikeEveryCall(
                         kNoMemory, [this] { return call(); }, check, some ? 7 : 1));
 }
-#endif
 
 TEST_P(ToolkitFaultsTest, ASignalAtAnyTime)
 {

@@ -181,9 +181,7 @@ int mainWithFaults(int argc, char **argv, char **environment)
     pthread_atfork(nullptr, nullptr, [] { counting = false; });
     std::array<void *, 1> warmedUp = {};
     backtrace(warmedUp.data(), 1);
-#ifndef KL_SANITIZED
     watchForCrashes();
-#endif
     handOverSystemCalls();
     counting = true;
     return programsMain(argc, argv, environment);
@@ -236,8 +234,6 @@ int fclose(FILE *stream)
     return EOF;
 }
 
-#ifndef KL_SANITIZED // the sanitizer's allocator is its own
-
 // Programs of ours have allocation functions of their own, which call these.
 
 void *__libc_malloc(std::size_t size)
@@ -280,7 +276,5 @@ void *realloc(void *memory, std::size_t size) noexcept
 {
     return __libc_realloc(memory, size);
 }
-
-#endif
 
 } // extern "C"
