@@ -1,5 +1,7 @@
 #include "WriteLog.h"
 
+#include "Text.h"
+
 #include <algorithm>
 #include <unistd.h>
 
@@ -10,19 +12,11 @@ namespace {
 constexpr std::size_t kLongestLine = 2046;
 constexpr std::string_view kCutMark = "...";
 
-bool continuesCharacter(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
-
 void cutToOneLine(std::string &message)
 {
-    if (message.size() <= kLongestLine)
-        return;
-    std::size_t end = kLongestLine - kCutMark.size();
-    while (end > 0 && continuesCharacter(message[end]))
-        --end;
-    message.replace(end, std::string::npos, kCutMark);
+    if (message.size() > kLongestLine)
+        message.replace(Platform::lengthCutAtCharacter(message, kLongestLine - kCutMark.size()),
+                        std::string::npos, kCutMark);
 }
 
 } // namespace

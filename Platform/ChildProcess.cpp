@@ -1,6 +1,7 @@
 #include "ChildProcess.h"
 
 #include "Cancellation.h"
+#include "Text.h"
 
 #include <array>
 #include <cerrno>
@@ -146,11 +147,13 @@ std::string ChildProcess::readErrorsToEnd()
     std::array<char, 16384> block;
     for (;;) {
         const ssize_t count = read(_errors.number(), block.data(), block.size());
-        if (count > 0)
+        if (count > 0 && text.size() <= kMostErrorText)
             text.append(block.data(), static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR)
-            return text;
+        else if (count == 0 || (count < 0 && errno != EINTR))
+            break;
     }
+    text.resize(lengthCutAtCharacter(text, kMostErrorText));
+    return text;
 }
 
 int ChildProcess::terminationStatus()

@@ -25,6 +25,9 @@ public:
 /// waited for all the same. One child at a time, one thread.
 class ChildProcess {
 public:
+    /// Bytes of the error text that are kept; it is cut between two characters.
+    static constexpr std::size_t kMostErrorText = std::size_t{16} << 20;
+
     /// Starts the program.
     /// @param program    its path; PATH is not searched
     /// @param arguments  what follows the program's own name, each as it stands
@@ -40,7 +43,8 @@ public:
     bool isRunning() const;
 
     /// Reads the child's standard error to its end, that is until nobody holds it open any more:
-    /// a process that the child leaves behind counts too. The child itself may run on.
+    /// a process that the child leaves behind counts too. The child itself may run on. Of a longer
+    /// text than kMostErrorText the rest is read and lost.
     ///
     /// A child that has already ended when this is called keeps its text to itself. That is meant
     /// (ChildThatHasEndedAtTheFirstLookKeepsItsTextToItself).

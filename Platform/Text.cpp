@@ -145,4 +145,16 @@ std::string titlecaseText(std::string_view text)
     return encoded(*points);
 }
 
+std::size_t lengthCutAtCharacter(std::string_view text, std::size_t most)
+{
+    if (text.size() <= most)
+        return text.size();
+    const auto continues = [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+    };
+    while (most > 0 && continues(text[most]))
+        --most;
+    return most;
+}
+
 } // namespace Platform

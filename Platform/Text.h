@@ -25,6 +25,10 @@ bool isEqualText(std::string_view left, std::string_view right, unsigned options
 /// What is not UTF-8 comes back as it is.
 std::string trimmedText(std::string_view text);
 
+/// How long the text's beginning of at most so many bytes is when it is cut between two characters.
+/// Of what is not UTF-8, bytes that only go on with a character count as belonging to it.
+std::size_t lengthCutAtCharacter(std::string_view text, std::size_t most);
+
 /// The text in lower case, by Unicode's simple mapping. What is not UTF-8 comes back as it is.
 std::string lowercaseText(std::string_view text);
 

@@ -261,6 +261,18 @@ TEST_F(ChildProcessTest, TextFromBeforeTheFirstLookIsCollectedWhileTheChildRuns)
     EXPECT_EQ("early\n", child.collectErrorText());
 }
 
+TEST_F(ChildProcessTest, ErrorTextWithoutEndIsReadToItsEndButNotKept)
+{
+    // "é" twice over the limit: of the one that lies across it nothing is kept.
+    ChildProcess child(script("sleep 0.2; printf x >&2\n"
+                              "yes é | tr -d '\\n' | head -c 40000000 >&2; exit 9"),
+                       {});
+    const std::string text = child.collectErrorText();
+    EXPECT_EQ(ChildProcess::kMostErrorText - 1, text.size());
+    EXPECT_TRUE(text.ends_with("é"));
+    EXPECT_EQ(9, child.terminationStatus());
+}
+
 TEST_F(ChildProcessTest, TenMegabytesOfErrorTextBlockNobody)
 {
     ChildProcess child(script("sleep 0.2; head -c 10485760 /dev/zero >&2; exit 9"), {});

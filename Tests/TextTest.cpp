@@ -11,6 +11,19 @@ constexpr char kDecomposed[] = "cafe\xCC\x81";
 constexpr char kNotUTF8[] = "caf\xE9";
 } // namespace
 
+TEST(TextTest, TextIsCutBetweenCharacters)
+{
+    EXPECT_EQ(3U, lengthCutAtCharacter("abc", 3));
+    EXPECT_EQ(2U, lengthCutAtCharacter("abc", 2));
+    EXPECT_EQ(0U, lengthCutAtCharacter("", 2));
+    const std::string text = "a\xE2\x82\xAC"
+                             "b"; // a euro sign of three bytes
+    EXPECT_EQ(4U, lengthCutAtCharacter(text, 4));
+    EXPECT_EQ(1U, lengthCutAtCharacter(text, 3));
+    EXPECT_EQ(1U, lengthCutAtCharacter(text, 2));
+    EXPECT_EQ(0U, lengthCutAtCharacter("\x82\xAC\xAC", 2)); // no beginning of a character
+}
+
 TEST(TextTest, TellsUTF8FromOtherBytes)
 {
     EXPECT_TRUE(isValidUTF8(""));
