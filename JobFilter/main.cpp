@@ -230,7 +230,7 @@ void printJob(const Arguments &arguments)
     removeIfSpooled(jobFile);
 }
 
-/// @return the exit status
+/// Writes the "CRIT: " line. @return the exit status
 int fail(const char *reason)
 {
     std::fprintf(stderr, "%s\n", onOneLine(std::string("CRIT: ") + reason).c_str());
@@ -243,6 +243,7 @@ int main(int argc, char *argv[])
 {
     Platform::occupyStandardDescriptors();
     std::signal(SIGPIPE, SIG_IGN); // a printer that has gone is a failed write
+    std::signal(SIGXFSZ, SIG_IGN); // so is a limit on the size of files
     Platform::cleanUpWhenCancelled();
     Platform::endWhenMemoryRunsOut("CRIT: Out of memory\n");
     giveBuffer(stdout, outputBuffer);

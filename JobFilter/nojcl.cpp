@@ -55,6 +55,7 @@ int main(int argc, char *argv[])
 {
     Platform::occupyStandardDescriptors();
     std::signal(SIGPIPE, SIG_IGN); // a reader that has gone is a failed write
+    std::signal(SIGXFSZ, SIG_IGN); // so is a limit on the size of files
     Platform::endWhenMemoryRunsOut("CRIT: Out of memory\n");
 
     if (argc != 6 && argc != 7) {

@@ -14,7 +14,7 @@ namespace Platform {
 // module throws. So none leaves a module: an exported function has a last parameter that says why
 // it failed, and callModule() throws on this side.
 
-/// A module could not be opened or lacks what was asked of it; what() names it and the reason.
+/// A module could not be opened, lacks what was asked of it, or failed at it; what() says which.
 class ModuleError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -31,7 +31,7 @@ void *symbolFromModule(const std::string &fileName, const std::string &symbol);
 /// @param fileName  a plain file name such as "KLDirectoryModule.so": the program's own run path
 ///                  says where it lies.
 /// @param symbol    the function's name. `Parameters` must be its own: nothing can check that.
-/// @throws ModuleError; std::runtime_error with the function's own words when it has failed
+/// @throws ModuleError, with the function's own words when it has failed
 template <class... Parameters>
 void callModule(const std::string &fileName, const std::string &symbol, Parameters... arguments)
 {
@@ -39,7 +39,7 @@ void callModule(const std::string &fileName, const std::string &symbol, Paramete
     std::string failure;
     reinterpret_cast<Function *>(symbolFromModule(fileName, symbol))(arguments..., failure);
     if (!failure.empty())
-        throw std::runtime_error(failure);
+        throw ModuleError(failure);
 }
 
 /// What the exported functions of a module are made of: does the work, and lets no exception out.

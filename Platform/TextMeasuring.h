@@ -57,7 +57,7 @@ TextSize measureText(const std::string &text, const std::string &fontName, doubl
 
 /// The same through the module that carries the font libraries, which is loaded by the first
 /// call: for a program that seldom measures. (In KLPlatform; the others are in KLTextMeasuring.)
-/// @throws ModuleError when the module is not installed, or when there is no font at all
+/// @throws ModuleError when the module is not installed or fails, or when there is no font at all
 TextSize measureTextWithModule(const std::string &text, const std::string &fontName, double size);
 
 } // namespace Platform

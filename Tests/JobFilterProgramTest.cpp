@@ -319,7 +319,6 @@ TEST_F(JobFilterProgramTest, AFullDiskFailsTheSpoolingAndThePartlyWrittenFileSta
 {
     Support::ProgramCall full = call(std::string(100000, 'x'));
     full.inChild = [] {
-        std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit = {30000, 30000};
         setrlimit(RLIMIT_FSIZE, &limit);
     };
@@ -336,7 +335,6 @@ TEST_F(JobFilterProgramTest, AFullDiskAtTheLastBufferedBytesFailsTheSpooling)
     // Fewer bytes than one stdio buffer: only closing the file brings the failure to light.
     Support::ProgramCall full = call("short");
     full.inChild = [] {
-        std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit = {2, 2};
         setrlimit(RLIMIT_FSIZE, &limit);
     };
@@ -401,7 +399,6 @@ TEST_F(JobFilterProgramTest, AnOutputThatIsFullAtAnyByteFailsTheJob)
     for (rlim_t room = 0; room < whole.size(); room += room + 997 < whole.size() - 150 ? 997 : 7) {
         Support::ProgramCall full = callWithFile(path);
         full.inChild = [&] {
-            std::signal(SIGXFSZ, SIG_IGN);
             dup2(open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
             const rlimit limit = {room, room};
             setrlimit(RLIMIT_FSIZE, &limit);
