@@ -62,6 +62,8 @@ public:
 
     /// Whether the end of the document is there: a %%Trailer or an %%EOF comment.
     bool isComplete() const { return _complete; }
+    /// Whether the page is the one that such an end is missing behind: it may stop anywhere.
+    bool isCutOff(const DSCPage &page) const { return !_complete && page.end == _trailer; }
     /// The comment that should end the data that the document ends inside; empty when it does not.
     std::string_view missingEndOfData() const { return _missingEndOfData; }
     /// Whether anything in it names the dictionary of the operators, where it may look for

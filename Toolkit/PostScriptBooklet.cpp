@@ -182,7 +182,7 @@ void BookletWriter::writeHalf(std::uint64_t pageNumber, const Rectangle &area)
 
 void BookletWriter::writeContent(const DSCPage &page)
 {
-    const bool isCutOff = !_document.isComplete() && page.end == _document.trailer().begin;
+    const bool isCutOff = _document.isCutOff(page);
     if (isCutOff)
         _writer.lines(unfinishedPageBegin(_run));
     _writer.copyWithout({page.content, page.end}, kPageComments);

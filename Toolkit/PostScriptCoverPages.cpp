@@ -251,7 +251,7 @@ void CoverPagesWriter::writePage(const DSCPage &page)
 
 void CoverPagesWriter::writeContent(const DSCPage &page)
 {
-    const bool isCutOff = !_document.isComplete() && page.end == _document.trailer().begin;
+    const bool isCutOff = _document.isCutOff(page);
     if (isCutOff)
         _writer.lines(unfinishedPageBegin(_run));
     _writer.copy({page.content, page.end});

@@ -97,8 +97,7 @@ void applyWatermarkToPostScript(const Watermark &watermark, const Job &job)
         writer.copy({copied, page.content});
         writer.lines(beginOfPage);
         copied = page.content;
-        const bool isCutOff = !document.isComplete() && page.end == document.trailer().begin;
-        if (!watermark.above && !isCutOff) {
+        if (!watermark.above && !document.isCutOff(page)) {
             writer.copy({copied, page.end});
             writer.lines(endOfPage);
             copied = page.end;
