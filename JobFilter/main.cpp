@@ -22,7 +22,6 @@
 #include <memory>
 #include <new>
 #include <optional>
-#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -52,14 +51,14 @@ public:
 };
 
 // The streams that a whole job passes through have large buffers, for the sake of the number of
-// system calls: a pipe's are as large as the pipe.
-std::array<char, 64 << 10> inputBuffer;  // of standard input
-std::array<char, 64 << 10> outputBuffer; // of standard output
-std::array<char, 256 << 10>
-    fileBuffer; // of the job's file, while it is written and when it is read
+// system calls: as large as a pipe, so that whoever is at its other end has something to do.
+using JobBuffer = std::array<char, 64 << 10>;
+JobBuffer inputBuffer;  // of standard input
+JobBuffer outputBuffer; // of standard output
+JobBuffer fileBuffer;   // of the job's file, while it is written and when it is read
 
 /// To be called before anything is read or written.
-void giveBuffer(FILE *stream, std::span<char> buffer)
+void giveBuffer(FILE *stream, JobBuffer &buffer)
 {
     std::setvbuf(stream, buffer.data(), _IOFBF, buffer.size());
 }
