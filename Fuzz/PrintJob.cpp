@@ -10,6 +10,7 @@
 #include "Fuzzing.h"
 #include "MemoryStreams.h"
 #include "StreamModel.h"
+#include "StreamProcess.h"
 
 #include <algorithm>
 #include <map>
@@ -52,31 +53,10 @@ std::vector<LineRule> takeRules(std::string_view &input)
     return rules;
 }
 
-void apply(KLPrintJob &job, const LineEdit &edit)
-{
-    job.insertDataBefore(edit.before);
-    job.addDataAfter(edit.after);
-    job.writeData(edit.atOnce);
-    if (edit.replacement)
-        *job.currentLine() = *edit.replacement;
-}
-
 void tryProcess(const std::string &stream, const std::vector<LineRule> &rules)
 {
     const LineEdit end = {.before = "lost", .after = "lost", .atOnce = "."};
-    Support::ProcessedStream result;
-    const Support::MemoryOutput output;
-    KLPrintJob job(Support::openInput(stream), true, output.stream(), false);
-    for (const LineRule &rule : rules)
-        job.whenLineStartsWithStringDo(rule.prefix, [&job, &result, &rule] {
-            result.seen.push_back({rule.prefix, *job.currentLine()});
-            apply(job, rule.edit);
-        });
-    job.whenJobEndsDo([&] { apply(job, end); });
-    job.process();
-    result.output = output.bytes();
-    result.currentLine = *job.currentLine();
-
+    const Support::ProcessedStream result = Support::process(stream, rules, end);
     const auto expected = Support::modelOfProcess(stream, rules, end);
     Fuzz::requireEqual(expected.output, result.output, "process() writes what the model writes");
     Fuzz::require(expected == result, "process() shows its actions what the model shows them");

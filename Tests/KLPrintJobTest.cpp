@@ -6,6 +6,7 @@
 #include "MinimalPPD.h"
 #include "NSInternalInconsistencyException.h"
 #include "StreamModel.h"
+#include "StreamProcess.h"
 #include "Streams.h"
 #include "TemporaryFolder.h"
 
@@ -26,6 +27,7 @@ using Support::modelOfPassingLine;
 using Support::modelOfPassingMarker;
 using Support::modelOfProcess;
 using Support::PassedThrough;
+using Support::process;
 using Support::ProcessedStream;
 using Support::SeenLine;
 using testing::ElementsAre;
@@ -52,34 +54,6 @@ template <class Call>
 std::string inconsistencyOf(const Call &call)
 {
     return messageOf<NSInternalInconsistencyException>(call);
-}
-
-/// Does with the current line what the edit says.
-void apply(KLPrintJob &job, const LineEdit &edit)
-{
-    job.insertDataBefore(edit.before);
-    job.addDataAfter(edit.after);
-    job.writeData(edit.atOnce);
-    if (edit.replacement)
-        *job.currentLine() = *edit.replacement;
-}
-
-ProcessedStream process(const std::string &input, const std::vector<LineRule> &rules,
-                        const LineEdit &end = {})
-{
-    ProcessedStream result;
-    const Support::MemoryOutput output;
-    KLPrintJob job(Support::openInput(input), true, output.stream(), false);
-    for (const LineRule &rule : rules)
-        job.whenLineStartsWithStringDo(rule.prefix, [&job, &result, rule] {
-            result.seen.push_back({rule.prefix, *job.currentLine()});
-            apply(job, rule.edit);
-        });
-    job.whenJobEndsDo([&] { apply(job, end); });
-    job.process();
-    result.output = output.bytes();
-    result.currentLine = *job.currentLine();
-    return result;
 }
 
 /// The rest of the job's input.

@@ -1,6 +1,7 @@
 #include "FaultInjection.h"
 
 #include "Descriptor.h"
+#include "DescriptorMessage.h"
 #include "FaultReport.h"
 
 #include <array>
@@ -110,18 +111,11 @@ private:
 /// @return -1 when the other end was closed without sending one
 int receiveDescriptor(int socket)
 {
-    char byte = 0;
-    iovec data = {&byte, 1};
+    DescriptorMessage received;
     int descriptor = -1;
-    alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof descriptor)> control = {};
-    msghdr message = {};
-    message.msg_iov = &data;
-    message.msg_iovlen = 1;
-    message.msg_control = control.data();
-    message.msg_controllen = control.size();
-    if (recvmsg(socket, &message, MSG_CMSG_CLOEXEC) <= 0)
+    if (recvmsg(socket, &received.message, MSG_CMSG_CLOEXEC) <= 0)
         return -1;
-    if (const cmsghdr *header = CMSG_FIRSTHDR(&message))
+    if (const cmsghdr *header = CMSG_FIRSTHDR(&received.message))
         std::memcpy(&descriptor, CMSG_DATA(header), sizeof descriptor);
     return descriptor;
 }

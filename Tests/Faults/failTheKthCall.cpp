@@ -6,6 +6,7 @@
 // the kernel's stops them all, and a listener in the test (FaultInjection.cpp) says what becomes of
 // each.
 
+#include "DescriptorMessage.h"
 #include "FaultReport.h"
 
 #include <array>
@@ -101,20 +102,13 @@ void watchForCrashes()
 
 void sendDescriptor(int socket, int descriptor)
 {
-    char byte = 0;
-    iovec data = {&byte, 1};
-    alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof descriptor)> control = {};
-    msghdr message = {};
-    message.msg_iov = &data;
-    message.msg_iovlen = 1;
-    message.msg_control = control.data();
-    message.msg_controllen = control.size();
-    cmsghdr *header = CMSG_FIRSTHDR(&message);
+    DescriptorMessage sent;
+    cmsghdr *header = CMSG_FIRSTHDR(&sent.message);
     header->cmsg_level = SOL_SOCKET;
     header->cmsg_type = SCM_RIGHTS;
     header->cmsg_len = CMSG_LEN(sizeof descriptor);
     std::memcpy(CMSG_DATA(header), &descriptor, sizeof descriptor);
-    if (sendmsg(socket, &message, 0) < 0)
+    if (sendmsg(socket, &sent.message, 0) < 0)
         giveUp("sendmsg");
 }
 
