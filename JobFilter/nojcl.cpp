@@ -1,24 +1,16 @@
+#include "FilterProgram.h"
 #include "KLJobControlStripper.h"
-#include "MemoryShortage.h"
 #include "Streams.h"
 
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <stdexcept>
 #include <string_view>
 #include <vector>
 
 namespace {
 
 constexpr std::size_t kBlockSize = 65536;
-
-/// Ends the run with a "CRIT: " line that carries what() and with status 1.
-class FatalError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 void writeToStandardOutput(std::string_view bytes)
 {
@@ -53,20 +45,12 @@ void stripFile(const char *path)
 
 int main(int argc, char *argv[])
 {
-    Platform::occupyStandardDescriptors();
-    std::signal(SIGPIPE, SIG_IGN); // a reader that has gone is a failed write
-    std::signal(SIGXFSZ, SIG_IGN); // so is a limit on the size of files
-    Platform::endWhenMemoryRunsOut("CRIT: Out of memory\n");
-
-    if (argc != 6 && argc != 7) {
-        std::fprintf(stderr,
-                     "Unexpected number of arguments. Usage:\n\n"
-                     "%s job-id username job-title num-copies options [ file ]\n",
-                     argv[0]);
+    prepareFilterProcess();
+    const auto arguments = filterArguments(argc, argv);
+    if (!arguments)
         return EXIT_FAILURE;
-    }
     try {
-        argc == 7 ? stripFile(argv[6]) : stripJobControl(stdin);
+        arguments->file != nullptr ? stripFile(arguments->file) : stripJobControl(stdin);
     } catch (const std::exception &error) {
         std::fprintf(stderr, "CRIT: %s\n", error.what());
         // Not through exit(): a buffer that could not be written is not tried again.
