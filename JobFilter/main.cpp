@@ -1,10 +1,10 @@
 #include "Cancellation.h"
+#include "FilterProgram.h"
 #include "KLFileUtilities.h"
 #include "KLPJLHandler.h"
 #include "KLPrintJob.h"
 #include "KLPrintOptions.h"
 #include "KLToolkitProcessor.h"
-#include "MemoryShortage.h"
 #include "Streams.h"
 #include "WriteLog.h"
 #include "domainLookup.h"
@@ -14,29 +14,16 @@
 #include "spoolToFile.h"
 #include "toolkitPath.h"
 
-#include <array>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <memory>
 #include <new>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace {
-
-/// The filter's arguments, as filter(7) has them.
-struct Arguments {
-    const char *jobId;
-    const char *userName;
-    const char *jobTitle;
-    const char *copies;
-    const char *options;
-    const char *file; ///< null when the job comes on standard input
-};
 
 /// Where the job's pages lie.
 struct JobFile {
@@ -44,33 +31,18 @@ struct JobFile {
     bool spooled; ///< a file of our own, removed when the job is complete
 };
 
-/// Ends the run with a "CRIT: " line that carries what() and with status 1.
-class FatalError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
-// The streams that a whole job passes through have large buffers, for the sake of the number of
-// system calls: as large as a pipe, so that whoever is at its other end has something to do.
-using JobBuffer = std::array<char, 64 << 10>;
-JobBuffer inputBuffer;  // of standard input
-JobBuffer outputBuffer; // of standard output
-JobBuffer fileBuffer;   // of the job's file, while it is written and when it is read
-
-/// To be called before anything is read or written.
-void giveBuffer(FILE *stream, JobBuffer &buffer)
-{
-    std::setvbuf(stream, buffer.data(), _IOFBF, buffer.size());
-}
-
 constexpr char kUnableToSpool[] = "Unable to spool print job";
 constexpr char kUnableToRead[] = "Unable to read from input";
 constexpr char kUnableToProcess[] = "Unable to process input print data";
 
-/// True when all of the input was copied. The copy itself takes a read error for the end of the
-/// data; a job that lost its end must not pass for complete, so that is looked at here.
+/// True when all of the input, of which nothing was read before, was copied.
 bool copyWhole(FILE *input, FILE *output)
 {
+    if (std::fflush(output) != 0)
+        return false;
+    Platform::moveInKernel(input, output);
+    // The copy takes a read error for the end of the data; a job that lost its end must not pass
+    // for complete.
     return spoolToFile(input, output) && std::ferror(input) == 0;
 }
 
@@ -82,14 +54,12 @@ JobFile spoolStandardInput()
     Platform::Stream spoolFile = Platform::openForWriting(*path);
     if (!spoolFile)
         throw FatalError(kUnableToSpool);
-    giveBuffer(stdin, inputBuffer);
-    giveBuffer(spoolFile.get(), fileBuffer);
     if (!copyWhole(stdin, spoolFile.get()) || !Platform::closeStream(std::move(spoolFile)))
         throw FatalError(kUnableToSpool);
     return {*path, true};
 }
 
-JobFile secureJobData(const Arguments &arguments)
+JobFile secureJobData(const FilterArguments &arguments)
 {
     if (arguments.file != nullptr)
         return {arguments.file, false};
@@ -103,7 +73,7 @@ void removeIfSpooled(const JobFile &jobFile)
 }
 
 /// Builds the store with the arguments as defaults.
-std::shared_ptr<KLPrintOptions> makeOptions(const Arguments &arguments)
+std::shared_ptr<KLPrintOptions> makeOptions(const FilterArguments &arguments)
 {
     auto options = std::make_shared<KLPrintOptions>(arguments.options);
     options->setDefaultValueForKey(arguments.userName, "com.kalmira.username");
@@ -113,7 +83,7 @@ std::shared_ptr<KLPrintOptions> makeOptions(const Arguments &arguments)
 }
 
 /// The same; a queue without a usable PPD prints nothing, so the pages are not left lying about.
-std::shared_ptr<KLPrintOptions> makeOptionsOrClear(const Arguments &arguments,
+std::shared_ptr<KLPrintOptions> makeOptionsOrClear(const FilterArguments &arguments,
                                                    const JobFile &jobFile)
 {
     try {
@@ -160,7 +130,7 @@ std::string applyToolkit(const std::string &jobPath, KLPrintOptions &options)
 
 /// The PJL header that the PPD gives for the job's marked choices, to be read from its start; null
 /// when there is no place to put it. The job is printed all the same.
-Platform::Stream makeHeader(const Arguments &arguments, const KLPrintOptions &options)
+Platform::Stream makeHeader(const FilterArguments &arguments, const KLPrintOptions &options)
 {
     Platform::Stream header = Platform::openTemporary();
     if (!header) {
@@ -177,7 +147,7 @@ Platform::Stream makeHeader(const Arguments &arguments, const KLPrintOptions &op
 }
 
 /// Walks the PJL header onto standard output; on the way it gets the job's settings.
-void writeHeader(const Arguments &arguments, const std::shared_ptr<KLPrintOptions> &options)
+void writeHeader(const FilterArguments &arguments, const std::shared_ptr<KLPrintOptions> &options)
 {
     Platform::Stream header = makeHeader(arguments, *options);
     if (!header)
@@ -211,7 +181,7 @@ void writeJobEnd(const KLPrintOptions &options)
         throw FatalError(kUnableToProcess);
 }
 
-void printJob(const Arguments &arguments)
+void printJob(const FilterArguments &arguments)
 {
     JobFile jobFile = secureJobData(arguments);
     const auto options = makeOptionsOrClear(arguments, jobFile);
@@ -221,7 +191,6 @@ void printJob(const Arguments &arguments)
     const Platform::Stream job = Platform::openForReading(jobFile.path);
     if (!job)
         throw FatalError(kUnableToRead);
-    giveBuffer(job.get(), fileBuffer);
 
     writeHeader(arguments, options);
     writeBody(job.get());
@@ -240,27 +209,19 @@ int fail(const char *reason)
 
 int main(int argc, char *argv[])
 {
-    Platform::occupyStandardDescriptors();
-    std::signal(SIGPIPE, SIG_IGN); // a printer that has gone is a failed write
-    std::signal(SIGXFSZ, SIG_IGN); // so is a limit on the size of files
+    prepareFilterProcess();
     Platform::cleanUpWhenCancelled();
-    Platform::endWhenMemoryRunsOut("CRIT: Out of memory\n");
-    giveBuffer(stdout, outputBuffer);
 
     std::exit(runFilter(argc, argv));
 }
 
 int runFilter(int argc, char *argv[])
 {
-    if (argc != 6 && argc != 7) {
-        std::fprintf(stderr,
-                     "Unexpected number of arguments. Usage:\n\n"
-                     "%s job-id username job-title num-copies options [ file ]\n",
-                     argv[0]);
+    const auto arguments = filterArguments(argc, argv);
+    if (!arguments)
         return EXIT_FAILURE;
-    }
     try {
-        printJob({argv[1], argv[2], argv[3], argv[4], argv[5], argc == 7 ? argv[6] : nullptr});
+        printJob(*arguments);
     } catch (const std::bad_alloc &) {
         return fail("Out of memory");
     } catch (const std::exception &error) {

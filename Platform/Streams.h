@@ -36,6 +36,17 @@ Stream openForWriting(const std::string &path);
 /// @return null on failure, with errno set.
 Stream openTemporary();
 
+/// Has the kernel move the rest of one stream to the other by itself, without a copy in this
+/// program's memory (splice(2), sendfile(2)), which for a large file costs a fraction of reading
+/// and writing it.
+///
+/// It moves as much as it can: nothing where it does not serve these kinds of files, and no more
+/// from where something goes wrong. So nothing is reported, and an ordinary copy has to follow,
+/// which takes up what is left, if there is anything, and meets what went wrong.
+/// @param input   nothing has been read from it yet
+/// @param output  flushed
+void moveInKernel(FILE *input, FILE *output);
+
 /// Gives each of the descriptors 0, 1 and 2 that is closed a stand-in that can be neither read
 /// nor usefully written, so that no file opened later lands there and takes in bytes that were
 /// meant for the standard stream. Reading standard input and writing standard output then fail;

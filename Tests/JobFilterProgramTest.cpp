@@ -4,6 +4,7 @@
 
 #include <cups/ppd.h>
 
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
@@ -11,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -153,6 +155,27 @@ TEST_F(JobFilterProgramTest, AJobFromAFileIsTheSameAndTheFileStays)
     EXPECT_EQ(header() + binaryBody() + jobEnd(), result.output);
     EXPECT_EQ(0, result.exitStatus);
     EXPECT_EQ(binaryBody(), Support::readFile(path));
+    EXPECT_THAT(leftovers(), IsEmpty());
+}
+
+// Pipes and files are moved by the kernel, these are not.
+TEST_F(JobFilterProgramTest, AJobFromASocketOntoTheEndOfAFileIsTheSame)
+{
+    const std::string outputPath = folder.write("log", "before ");
+    Support::ProgramCall call = this->call("");
+    call.inChild = [&] {
+        std::array<int, 2> ends = {};
+        const std::string body = binaryBody(); // a socket takes that much without a reader
+        const bool isFed =
+            socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) == 0 &&
+            write(ends[1], body.data(), body.size()) == static_cast<ssize_t>(body.size());
+        close(ends[1]);
+        if (!isFed || dup2(ends[0], STDIN_FILENO) < 0 ||
+            dup2(open(outputPath.c_str(), O_WRONLY | O_APPEND), STDOUT_FILENO) < 0)
+            _exit(99);
+    };
+    EXPECT_EQ(0, runProgram(call).exitStatus);
+    EXPECT_EQ("before " + header() + binaryBody() + jobEnd(), Support::readFile(outputPath));
     EXPECT_THAT(leftovers(), IsEmpty());
 }
 

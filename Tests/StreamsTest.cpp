@@ -4,11 +4,14 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/magic.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace Platform;
@@ -96,6 +99,99 @@ TEST(StreamsTest, ClosingReportsAWriteThatFailedBefore)
     std::fflush(full.get());
     EXPECT_FALSE(closeStream(std::move(full)));
 }
+
+// What the kernel moves
+
+namespace {
+
+/// As long as several pipes hold.
+std::string longText()
+{
+    std::string text;
+    for (int line = 0; text.size() < 300000; ++line)
+        text += std::to_string(line) + " is a line\n";
+    return text;
+}
+
+std::string rest(FILE *stream)
+{
+    std::string bytes;
+    for (int c = std::fgetc(stream); c != EOF; c = std::fgetc(stream))
+        bytes.push_back(static_cast<char>(c));
+    return bytes;
+}
+
+class MoveInKernelTest : public testing::Test {
+protected:
+    std::string bytesOf(const std::string &name) const
+    {
+        return Support::readFile(folder.file(name));
+    }
+
+    const Support::TemporaryFolder folder;
+    const std::string text = longText();
+    const Stream input = openForReading(folder.write("in", text));
+};
+
+} // namespace
+
+TEST_F(MoveInKernelTest, AFileIntoAPipeAndFromThereIntoAFile)
+{
+    std::array<int, 2> ends = {};
+    ASSERT_EQ(0, pipe(ends.data()));
+    const Stream pipeInput(fdopen(ends[0], "r"));
+    Stream pipeOutput(fdopen(ends[1], "w"));
+    const Stream output = openForWriting(folder.file("out"));
+
+    std::thread sender([&] {
+        moveInKernel(input.get(), pipeOutput.get());
+        pipeOutput.reset();
+    });
+    moveInKernel(pipeInput.get(), output.get());
+    sender.join();
+    EXPECT_EQ(text, bytesOf("out"));
+    EXPECT_EQ("", rest(pipeInput.get()));
+    EXPECT_EQ("", rest(input.get()));
+}
+
+TEST_F(MoveInKernelTest, AFileIntoAFileBehindWhatWasWrittenThere)
+{
+    const Stream output = openForWriting(folder.file("out"));
+    std::fputs("before ", output.get());
+    std::fflush(output.get());
+    moveInKernel(input.get(), output.get());
+    std::fputs(" after", output.get());
+    std::fflush(output.get());
+    EXPECT_EQ("before " + text + " after", bytesOf("out"));
+}
+
+TEST_F(MoveInKernelTest, WhatItDoesNotServeIsLeftAsItIs)
+{
+    // The kernel moves nothing to where every write goes to the end.
+    const Stream appended(std::fopen(folder.write("log", "before ").c_str(), "ab"));
+    moveInKernel(input.get(), appended.get());
+    // And it knows nothing of streams without a descriptor.
+    std::array<char, 8> memory = {};
+    const Stream unknown(fmemopen(memory.data(), memory.size(), "w"));
+    moveInKernel(input.get(), unknown.get());
+    EXPECT_EQ("before ", bytesOf("log"));
+    EXPECT_EQ(text, rest(input.get()));
+}
+
+TEST_F(MoveInKernelTest, WhereTheOutputIsFullTheRestIsLeft)
+{
+    const auto isLeft = [this] {
+        constexpr rlimit kLimit = {100000, 100000}; // bytes
+        setrlimit(RLIMIT_FSIZE, &kLimit);
+        std::signal(SIGXFSZ, SIG_IGN);
+        const Stream output = openForWriting(folder.file("out"));
+        moveInKernel(input.get(), output.get());
+        return bytesOf("out") == text.substr(0, 100000) && rest(input.get()) == text.substr(100000);
+    };
+    EXPECT_EXIT(_exit(isLeft() ? 0 : 1), testing::ExitedWithCode(0), "");
+}
+
+// Standard descriptors
 
 TEST(StreamsTest, ClosedStandardDescriptorsGetStandInsThatNeitherReadNorWrite)
 {
