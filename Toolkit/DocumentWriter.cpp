@@ -1,17 +1,39 @@
 #include "DocumentWriter.h"
 
+#include "ProcSets.h"
 #include "ToolkitError.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 
 namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
+constexpr std::string_view kEndOfCutOffPage = "%KLToolkitEndOfCutOffPage";
+
+/// The text with the run's number in place of each ".N".
+std::string withRunNumber(std::string_view text, unsigned run)
+{
+    constexpr std::string_view kPlaceholder = ".N";
+    const std::string number = fmt::format(".{}", run);
+    std::string result;
+    while (true) {
+        const auto found = text.find(kPlaceholder);
+        result += text.substr(0, found);
+        if (found == std::string_view::npos)
+            return result;
+        result += number;
+        text.remove_prefix(found + kPlaceholder.size());
+    }
+}
 
 } // namespace
 
 DocumentWriter::DocumentWriter(const DSCDocument &document, std::FILE *output)
-    : _document(document), _output(output), _buffer(kBufferSize)
+    : _document(document),
+      _run(document.countOfOurProcSets() + 1),
+      _output(output),
+      _buffer(kBufferSize)
 {
 }
 
@@ -30,6 +52,8 @@ void DocumentWriter::copy(DSCRange range)
 
 void DocumentWriter::copyWithout(DSCRange range, std::span<const std::string_view> keywords)
 {
+    if (keywords.empty())
+        return copy(range); // without a look at all of it
     DSCScanner scanner(_document.file(), range.begin, range.end);
     bool dropped = false;
     while (const auto comment = scanner.next()) {
@@ -50,6 +74,57 @@ void DocumentWriter::lines(std::string_view text)
     if (_last != '\n' && _last != '\r')
         write("\n");
     write(text);
+}
+
+std::string DocumentWriter::callOf(std::string_view procedure, std::string_view operands) const
+{
+    return fmt::format("{}{}{}.{}\n", operands, operands.empty() ? "" : " ", procedure, _run);
+}
+
+void DocumentWriter::call(std::string_view procedure, std::string_view operands)
+{
+    lines(callOf(procedure, operands));
+}
+
+void DocumentWriter::procedures(std::string_view name, std::string_view request,
+                                std::string_view procedures)
+{
+    std::string text = fmt::format("/{0}.N 64 dict def\n{0}.N begin\n", name);
+    text += request;
+    text += kReplacingProcSet;
+    text += "end\n";
+    text += procedures;
+    if (_document.namesOperatorDictionary())
+        text += kSystemdictProcSet;
+    procSet(name, text);
+}
+
+void DocumentWriter::proceduresForCutOffPage()
+{
+    if (!_document.isComplete())
+        procSet("KLToolkitCutOffPage", kCutOffPageProcSet);
+}
+
+void DocumentWriter::procSet(std::string_view name, std::string_view text)
+{
+    lines(fmt::format("%%BeginResource: procset {} 1.0 {}\n{}%%EndResource\n", name, _run,
+                      withRunNumber(text, _run)));
+}
+
+void DocumentWriter::copyContent(const DSCPage &page, std::span<const std::string_view> keywords)
+{
+    const bool isCutOff = _document.isCutOff(page);
+    const std::string end = fmt::format("{}.{}", kEndOfCutOffPage, _run);
+    if (isCutOff)
+        call("KLToolkitRunCutOffPage",
+             fmt::format("currentfile 0 ({}) /SubFileDecode filter", end));
+    copyWithout({page.content, page.end}, keywords);
+    if (!isCutOff)
+        return;
+    lines(end + "\n");
+    // For whoever reads the comments: what follows is no data any more.
+    if (const auto comment = _document.missingEndOfData(); !comment.empty())
+        lines(std::string(comment) + "\n");
 }
 
 void DocumentWriter::write(std::string_view bytes)

@@ -8,7 +8,10 @@
 #include <string_view>
 #include <vector>
 
-/// Writes a document that is made of parts of another one and of lines of our own.
+/// Writes what a command makes of a document: its parts, and lines and procedures of our own.
+///
+/// The names of our procedures end with the number of the run, so that what one run of the toolkit
+/// wrote can be the input of the next.
 class DocumentWriter {
 public:
     /// @param document  the parts' source
@@ -29,10 +32,39 @@ public:
     /// @throws ToolkitError when writing fails
     void lines(std::string_view text);
 
+    /// A line that calls one of our procedures: "1 2 KLToolkitBookletHalf.1".
+    /// @param procedure  its name without the run's number
+    std::string callOf(std::string_view procedure, std::string_view operands = {}) const;
+    /// Writes such a line.
+    /// @throws ToolkitError when writing fails
+    void call(std::string_view procedure, std::string_view operands = {});
+
+    /// Writes a command's procedures as a resource of the document.
+    /// @param name        of the resource, and of the dictionary in it; begins with
+    ///                    DSCDocument::kOurProcSets
+    /// @param request     lines that define in the dictionary what is asked for
+    /// @param procedures  what the command adds to the dictionary and to the document (ProcSets.h)
+    /// In both texts ".N" stands for the run's number.
+    /// @throws ToolkitError when writing fails
+    void procedures(std::string_view name, std::string_view request, std::string_view procedures);
+
+    /// Writes the procedures that copyContent() needs for a page that the end of the document cuts
+    /// off; nothing when there is none.
+    /// @throws ToolkitError when writing fails
+    void proceduresForCutOffPage();
+
+    /// Copies what a page draws, without some comments, as copyWithout() does. A page that the end
+    /// of the document cuts off may leave a text or a procedure open; it is framed, so that it does
+    /// not swallow what is written behind it.
+    /// @throws ToolkitError when reading or writing fails
+    void copyContent(const DSCPage &page, std::span<const std::string_view> keywords = {});
+
 private:
+    void procSet(std::string_view name, std::string_view text);
     void write(std::string_view bytes);
 
     const DSCDocument &_document;
+    const unsigned _run; ///< of the toolkit on the document, from 1
     std::FILE *_output;
     std::vector<char> _buffer;
     char _last = '\n'; ///< the byte written last

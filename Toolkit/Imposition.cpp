@@ -30,6 +30,14 @@ SheetSide bookletSide(std::uint64_t side, std::uint64_t pages, Ordering ordering
     return {page(late), page(early)};
 }
 
+PageSize sheetSize(const Booklet &booklet, const std::string &ppdPath)
+{
+    const auto size = pageSizeNamed(booklet.pageSize, ppdPath);
+    if (!size)
+        throw ToolkitError("The booklet's page size is not known.");
+    return *size;
+}
+
 SheetLayout sheetLayout(PageSize sheet, const Booklet &booklet)
 {
     const double width = std::max(sheet.width, sheet.height);

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 // How the pages of a booklet stand on its sheets, whatever the document's format. A sheet lies on
 // its long edge here: its left and its right half carry a page each, on both sides.
@@ -46,6 +47,11 @@ std::uint64_t bookletSideCount(std::uint64_t pages);
 ///               its back
 /// @param pages  of the document, not counting those that fill the last sheet
 SheetSide bookletSide(std::uint64_t side, std::uint64_t pages, Ordering ordering);
+
+/// The size of the booklet's sheets, upright or not.
+/// @param ppdPath  @see pageSizeNamed()
+/// @throws ToolkitError for a name that nobody knows, and when the PPD cannot be read
+PageSize sheetSize(const Booklet &booklet, const std::string &ppdPath);
 
 /// @param sheet  upright or not, it is laid on its long edge
 /// @throws ToolkitError when the margins leave less than 36 points for a page in either direction

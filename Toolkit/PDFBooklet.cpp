@@ -3,7 +3,6 @@
 #include "Imposition.h"
 #include "PDFDocument.h"
 #include "PDFPage.h"
-#include "ToolkitError.h"
 
 #include <qpdf/QPDFAcroFormDocumentHelper.hh>
 #include <qpdf/QPDFAnnotationObjectHelper.hh>
@@ -21,14 +20,6 @@ const std::string kDuplexVersion = "1.7";
 QPDFObjectHandle name(const char *text)
 {
     return QPDFObjectHandle::newName(text);
-}
-
-PageSize sheetSize(const Booklet &booklet, const std::string &ppdPath)
-{
-    const auto size = pageSizeNamed(booklet.pageSize, ppdPath);
-    if (!size)
-        throw ToolkitError("The booklet's page size is not known.");
-    return *size;
 }
 
 /// A side of a sheet while it is being drawn.

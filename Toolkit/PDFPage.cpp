@@ -2,6 +2,7 @@
 
 #include <qpdf/Pipeline.hh>
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 #include <utility>

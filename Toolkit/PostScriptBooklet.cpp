@@ -5,7 +5,6 @@
 #include "Imposition.h"
 #include "PostScriptText.h"
 #include "ProcSets.h"
-#include "ToolkitError.h"
 
 #include <algorithm>
 #include <array>
@@ -37,35 +36,23 @@ private:
     void writeProlog();
     void writeSide(std::uint64_t side);
     void writeHalf(std::uint64_t pageNumber, const Rectangle &area);
-    void writeContent(const DSCPage &page);
     PageSize mediaOf(const DSCPage &page) const;
-    std::string procSet() const;
-    std::string named(std::string_view procedures) const { return withRunNumber(procedures, _run); }
+    std::string request() const;
 
     const Booklet &_booklet;
     const DSCDocument _document;
-    const PageSize _sheet; ///< upright
     const SheetLayout _layout;
+    const PageSize _sheet;       ///< upright
     const PageSize _defaultSize; ///< of a page about which no comment says more
-    const unsigned _run;
     DocumentWriter _writer;
 };
-
-PageSize uprightSheet(const Booklet &booklet, const Job &job)
-{
-    const auto size = pageSizeNamed(booklet.pageSize, job.ppdPath);
-    if (!size)
-        throw ToolkitError("The booklet's page size is not known.");
-    return {std::min(size->width, size->height), std::max(size->width, size->height)};
-}
 
 BookletWriter::BookletWriter(const Booklet &booklet, const Job &job)
     : _booklet(booklet),
       _document(job.input),
-      _sheet(uprightSheet(booklet, job)),
-      _layout(sheetLayout(_sheet, booklet)),
+      _layout(sheetLayout(sheetSize(booklet, job.ppdPath), booklet)),
+      _sheet{_layout.height, _layout.width},
       _defaultSize(defaultPageSize(job.ppdPath).value_or(_sheet)),
-      _run(_document.countOfOurProcSets() + 1),
       _writer(_document, job.output)
 {
 }
@@ -76,7 +63,7 @@ void BookletWriter::write()
     writeProlog();
     for (std::uint64_t side = 0; side < bookletSideCount(_document.pages().size()); ++side)
         writeSide(side);
-    _writer.lines(named("KLToolkitBookletEnd.N\n"));
+    _writer.call("KLToolkitBookletEnd");
     _writer.copyWithout(_document.trailer(), kDocumentComments);
 }
 
@@ -109,35 +96,28 @@ void BookletWriter::writeProlog()
 {
     const std::uint64_t procedures = _document.beginOfProcedures();
     const std::uint64_t firstPage = _document.pages().front().begin;
+    const bool hasSetup = _document.beginOfSetup().has_value();
+    const std::uint64_t setup = _document.beginOfSetup().value_or(firstPage);
     _writer.copyWithout({_document.header().end, procedures}, kPageComments);
-    _writer.lines(procSet());
-    if (!_document.isComplete())
-        _writer.lines(procSetResource("KLToolkitUnfinished", _run, kUnfinishedProcSet));
-    _writer.copy({procedures, _document.beginOfSetup().value_or(firstPage)});
-    if (_document.beginOfSetup()) {
-        _writer.lines(named("KLToolkitBookletSheet.N\n"));
-        _writer.copy({*_document.beginOfSetup(), firstPage});
-    } else {
-        _writer.lines(named("%%BeginSetup\nKLToolkitBookletSheet.N\n%%EndSetup\n"));
-    }
+    _writer.procedures("KLToolkitBooklet", request(), kBookletProcSet);
+    _writer.proceduresForCutOffPage();
+    _writer.copy({procedures, setup});
+    if (!hasSetup)
+        _writer.lines("%%BeginSetup\n");
+    _writer.call("KLToolkitBookletSheet");
+    if (!hasSetup)
+        _writer.lines("%%EndSetup\n");
+    _writer.copy({setup, firstPage});
 }
 
-std::string BookletWriter::procSet() const
+/// What the procedures have to know of the booklet (Booklet.ps).
+std::string BookletWriter::request() const
 {
     const DSCPage anyPage;
     const PageSize defaultSize = mediaOf(anyPage);
-    std::string procedures = "/KLToolkitBooklet.N 64 dict def\n";
-    procedures += "KLToolkitBooklet.N begin\n";
-    procedures +=
-        "/sheetSize [" + postScriptNumbers(std::array{_sheet.width, _sheet.height}) + "] def\n";
-    procedures += "/defaultSize [" +
-                  postScriptNumbers(std::array{defaultSize.width, defaultSize.height}) + "] def\n";
-    procedures += kReplacingProcSet;
-    procedures += "end\n";
-    procedures += kBookletProcSet;
-    if (_document.namesOperatorDictionary())
-        procedures += kSystemdictProcSet;
-    return procSetResource("KLToolkitBooklet", _run, procedures);
+    return "/sheetSize [" + postScriptNumbers(std::array{_sheet.width, _sheet.height}) +
+           "] def\n/defaultSize [" +
+           postScriptNumbers(std::array{defaultSize.width, defaultSize.height}) + "] def\n";
 }
 
 PageSize BookletWriter::mediaOf(const DSCPage &page) const
@@ -163,10 +143,10 @@ void BookletWriter::writeSide(std::uint64_t side)
         if (half.page)
             writeHalf(*half.page, half.area);
     }
-    _writer.lines(named("KLToolkitBookletShow.N\n"));
+    _writer.call("KLToolkitBookletShow");
     const bool isBack = side % 2 == 1;
     if (isBack)
-        _writer.lines(named("KLToolkitBookletEndSheet.N\n"));
+        _writer.call("KLToolkitBookletEndSheet");
 }
 
 void BookletWriter::writeHalf(std::uint64_t pageNumber, const Rectangle &area)
@@ -175,19 +155,9 @@ void BookletWriter::writeHalf(std::uint64_t pageNumber, const Rectangle &area)
     const PageSize media = mediaOf(page);
     const std::string geometry = postScriptNumbers(
         std::array{area.x, area.y, area.width, area.height, media.width, media.height});
-    _writer.lines(geometry + named(" KLToolkitBookletHalf.N\n"));
-    writeContent(page);
-    _writer.lines(named("KLToolkitBookletEndHalf.N\n"));
-}
-
-void BookletWriter::writeContent(const DSCPage &page)
-{
-    const bool isCutOff = _document.isCutOff(page);
-    if (isCutOff)
-        _writer.lines(unfinishedPageBegin(_run));
-    _writer.copyWithout({page.content, page.end}, kPageComments);
-    if (isCutOff)
-        _writer.lines(unfinishedPageEnd(_run, _document.missingEndOfData()));
+    _writer.call("KLToolkitBookletHalf", geometry);
+    _writer.copyContent(page, kPageComments);
+    _writer.call("KLToolkitBookletEndHalf");
 }
 
 } // namespace

@@ -73,19 +73,15 @@ private:
     void writeSettings();
     void writePages(const PageRange &pages);
     void writePage(const DSCPage &page);
-    void writeContent(const DSCPage &page);
     void writeBlankSide();
     void scheduleBlankSheetSize();
     std::int64_t sideCount() const;
-    std::string procSet() const;
     std::string codeOfDuplex(const std::string &choice) const;
-    std::string named(std::string_view procedures) const { return withRunNumber(procedures, _run); }
 
     const CoverPages &_request;
     const DSCDocument _document;
     const PrinterFeatures _features;
     const CoverPlan _plan;
-    const unsigned _run;
     DocumentWriter _writer;
     std::string _settings;   ///< to be made where the next side begins
     std::int64_t _sides = 0; ///< written so far
@@ -97,7 +93,6 @@ CoverPagesWriter::CoverPagesWriter(const CoverPages &request, const Job &job)
       _features(job.ppdPath),
       _plan(coverPlan(static_cast<std::int64_t>(_document.pages().size()), request.front.style,
                       request.back.style, request.duplex == "none")),
-      _run(_document.countOfOurProcSets() + 1),
       _writer(_document, job.output)
 {
 }
@@ -142,22 +137,9 @@ void CoverPagesWriter::writeProlog()
 {
     const std::uint64_t procedures = _document.beginOfProcedures();
     _writer.copy({_document.header().end, procedures});
-    _writer.lines(procSet());
-    if (!_document.isComplete())
-        _writer.lines(procSetResource("KLToolkitUnfinished", _run, kUnfinishedProcSet));
+    _writer.procedures("KLToolkitCoverPages", "", kCoverPagesProcSet);
+    _writer.proceduresForCutOffPage();
     _writer.copy({procedures, _document.pages().front().begin});
-}
-
-std::string CoverPagesWriter::procSet() const
-{
-    std::string procedures = "/KLToolkitCoverPages.N 48 dict def\n"
-                             "KLToolkitCoverPages.N begin\n";
-    procedures += kReplacingProcSet;
-    procedures += "end\n";
-    procedures += kCoverPagesProcSet;
-    if (_document.namesOperatorDictionary())
-        procedures += kSystemdictProcSet;
-    return procSetResource("KLToolkitCoverPages", _run, procedures);
 }
 
 void CoverPagesWriter::writeCover(const CoverSheet &sheet, const Cover &cover)
@@ -197,8 +179,8 @@ void CoverPagesWriter::scheduleSettings(Sheet sheet, const std::string &source,
     if (media != "None")
         add(_features.code("MediaType", media), kMediaKeys);
     add(codeOfDuplex(duplex), kDuplexKeys);
-    _settings = "{" + keys + named("} KLToolkitCoverPagesBegin.N\n") + code +
-                named("KLToolkitCoverPagesEnd.N\n");
+    _settings = _writer.callOf("KLToolkitCoverPagesBegin", "{" + keys + "}") + code +
+                _writer.callOf("KLToolkitCoverPagesEnd");
 }
 
 /// The PPD's code, and the request that every printer understands where the PPD has none for the
@@ -223,15 +205,15 @@ void CoverPagesWriter::scheduleBlankSheetSize()
 {
     const auto &pages = _document.pages();
     if (const auto size = _document.mediaOf(_sides == 0 ? pages.front() : pages.back()))
-        _settings += postScriptNumbers(std::array{size->width, size->height}) +
-                     named(" KLToolkitCoverPagesSize.N\n");
+        _settings += _writer.callOf("KLToolkitCoverPagesSize",
+                                    postScriptNumbers(std::array{size->width, size->height}));
 }
 
 void CoverPagesWriter::writeBlankSide()
 {
     _writer.lines(fmt::format("%%Page: (blank) {}\n", ++_sides));
     writeSettings();
-    _writer.lines(named("KLToolkitCoverPagesBlank.N\n"));
+    _writer.call("KLToolkitCoverPagesBlank");
 }
 
 void CoverPagesWriter::writePages(const PageRange &pages)
@@ -246,17 +228,7 @@ void CoverPagesWriter::writePage(const DSCPage &page)
     _writer.lines(fmt::format("%%Page: {} {}\n", labelOfPage(comment), ++_sides));
     _writer.copy({comment.end, page.content});
     writeSettings();
-    writeContent(page);
-}
-
-void CoverPagesWriter::writeContent(const DSCPage &page)
-{
-    const bool isCutOff = _document.isCutOff(page);
-    if (isCutOff)
-        _writer.lines(unfinishedPageBegin(_run));
-    _writer.copy({page.content, page.end});
-    if (isCutOff)
-        _writer.lines(unfinishedPageEnd(_run, _document.missingEndOfData()));
+    _writer.copyContent(page);
 }
 
 } // namespace

@@ -63,21 +63,13 @@ std::string outlineProcedures(const std::vector<TextPathSegment> &outline)
     return text + (outline.empty() ? "" : "} bind ") + "] def\n";
 }
 
-std::string watermarkProcSet(const Watermark &watermark, const DSCDocument &document, unsigned run)
+/// What the procedures have to know of the watermark (Watermark.ps).
+std::string requestOf(const Watermark &watermark)
 {
     const ShapedText text = watermarkText(watermark);
-    std::string procedures = "/KLToolkitWatermark.N 32 dict def\n"
-                             "KLToolkitWatermark.N begin\n";
-    procedures += colourProcedure(watermark.colour);
-    procedures += placeProcedure(watermark, text.descent);
-    procedures += outlineProcedures(text.outline);
-    procedures += watermark.above ? "/isAbove true def\n" : "/isAbove false def\n";
-    procedures += kReplacingProcSet;
-    procedures += "end\n";
-    procedures += kWatermarkProcSet;
-    if (document.namesOperatorDictionary())
-        procedures += kSystemdictProcSet;
-    return procSetResource("KLToolkitWatermark", run, procedures);
+    return colourProcedure(watermark.colour) + placeProcedure(watermark, text.descent) +
+           outlineProcedures(text.outline) +
+           (watermark.above ? "/isAbove true def\n" : "/isAbove false def\n");
 }
 
 } // namespace
@@ -85,21 +77,18 @@ std::string watermarkProcSet(const Watermark &watermark, const DSCDocument &docu
 void applyWatermarkToPostScript(const Watermark &watermark, const Job &job)
 {
     const DSCDocument document(job.input);
-    const unsigned run = document.countOfOurProcSets() + 1;
     DocumentWriter writer(document, job.output);
 
     writer.copy({0, document.beginOfProcedures()});
-    writer.lines(watermarkProcSet(watermark, document, run));
+    writer.procedures("KLToolkitWatermark", requestOf(watermark), kWatermarkProcSet);
     std::uint64_t copied = document.beginOfProcedures();
-    const std::string beginOfPage = withRunNumber("KLToolkitWatermarkPage.N\n", run);
-    const std::string endOfPage = withRunNumber("KLToolkitWatermarkPageEnd.N\n", run);
     for (const DSCPage &page : document.pages()) {
         writer.copy({copied, page.content});
-        writer.lines(beginOfPage);
+        writer.call("KLToolkitWatermarkPage");
         copied = page.content;
         if (!watermark.above && !document.isCutOff(page)) {
             writer.copy({copied, page.end});
-            writer.lines(endOfPage);
+            writer.call("KLToolkitWatermarkPageEnd");
             copied = page.end;
         }
     }

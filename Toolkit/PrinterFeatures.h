@@ -18,6 +18,7 @@ public:
     /// @return whole lines; empty when there is no such option or choice, or when it has no code
     std::string code(const std::string &option, const std::string &choice) const;
 
+    /// Whether the PPD has that choice.
     bool has(const std::string &option, const std::string &choice) const;
 
     /// Whether a choice of that option would go into the job's header.
