@@ -237,11 +237,16 @@ TEST_F(ToolkitCommandTest, AnOutputWithAnEndlessNameIsRefused)
 
 TEST_F(ToolkitCommandTest, AFullDiskIsAFailure)
 {
-    writeLongInput();
     const auto limitFiles = [] {
         const rlimit limit = {100000, 100000};
         setrlimit(RLIMIT_FSIZE, &limit);
     };
+    writeLongInput();
+    expectComplaint(runWatermark({.inChild = limitFiles}), "cannot be written: File too large");
+    EXPECT_THAT(_folder.names(), ElementsAre("in"));
+
+    _folder.write("in", "%!PS-Adobe-3.0\n%%EndComments\n%%Page: 1 1\n" + std::string(200000, '\n') +
+                            "showpage\n%%EOF\n");
     expectComplaint(runWatermark({.inChild = limitFiles}), "cannot be written: File too large");
     EXPECT_THAT(_folder.names(), ElementsAre("in"));
 }

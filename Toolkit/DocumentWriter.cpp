@@ -4,6 +4,7 @@
 #include "ToolkitError.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fmt/format.h>
 
 namespace {
@@ -132,6 +133,6 @@ void DocumentWriter::write(std::string_view bytes)
     if (bytes.empty())
         return;
     if (std::fwrite(bytes.data(), 1, bytes.size(), _output) != bytes.size())
-        throw ToolkitError("The output file cannot be written.");
+        throw unwritableOutput(errno);
     _last = bytes.back();
 }

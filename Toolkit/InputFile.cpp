@@ -8,17 +8,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace {
-
-constexpr char kUnreadable[] = "The input file cannot be read.";
-
-} // namespace
-
 InputFile::InputFile(std::FILE *stream) : _descriptor(fileno(stream))
 {
     struct stat status = {};
     if (fstat(_descriptor, &status) != 0)
-        throw ToolkitError(kUnreadable);
+        throw unreadableInput(errno);
     _size = static_cast<std::uint64_t>(status.st_size);
 }
 
@@ -31,7 +25,7 @@ std::size_t InputFile::read(std::uint64_t position, std::span<char> buffer) cons
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
-            throw ToolkitError(kUnreadable);
+            throw unreadableInput(errno);
         if (count == 0)
             break;
         filled += static_cast<std::size_t>(count);

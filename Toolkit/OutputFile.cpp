@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -22,16 +21,11 @@ void resolve(const std::string &path, std::string &place)
     place = realpath(path.c_str(), real.data()) != nullptr ? real.data() : path.c_str();
 }
 
-std::string cannotWrite(int reason)
-{
-    return "The output file cannot be written: " + std::generic_category().message(reason) + ".";
-}
-
 struct stat statusOf(int descriptor)
 {
     struct stat status = {};
     if (fstat(descriptor, &status) != 0)
-        throw ToolkitError(cannotWrite(errno));
+        throw unwritableOutput(errno);
     return status;
 }
 
@@ -60,7 +54,7 @@ OutputFile::OutputFile(const std::string &path, std::FILE *input)
     Platform::Descriptor file(
         open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666));
     if (file.number() < 0)
-        throw ToolkitError(cannotWrite(errno));
+        throw unwritableOutput(errno);
     requireFit(file.number(), input);
     resolve(path, _path);
     if (!Platform::removeWhenCancelled(_path)) {
@@ -78,7 +72,7 @@ void OutputFile::openStream(Platform::Descriptor file)
     const int problem = errno;
     if (!_stream) {
         remove();
-        throw ToolkitError(cannotWrite(problem));
+        throw unwritableOutput(problem);
     }
     file.release(); // the stream's from now on
 }

@@ -12,7 +12,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 namespace {
@@ -197,8 +196,7 @@ void PDFDocument::write(std::FILE *output)
         writer.setDecodeLevel(qpdf_dl_none);
         writer.write();
     } catch (const QPDFSystemError &problem) {
-        throw ToolkitError("The output file cannot be written: " +
-                           std::generic_category().message(problem.getErrno()) + ".");
+        throw unwritableOutput(problem.getErrno());
     } catch (const QPDFExc &problem) {
         refuse(problem);
     } catch (const std::runtime_error &) {

@@ -8,3 +8,11 @@ class ToolkitError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
+
+/// "The input file cannot be read: Input/output error."
+/// @param reason  a value of errno
+ToolkitError unreadableInput(int reason);
+
+/// "The output file cannot be written: No space left on device."
+/// @param reason  a value of errno
+ToolkitError unwritableOutput(int reason);

@@ -10,7 +10,6 @@
 #include <cerrno>
 #include <string_view>
 #include <sys/stat.h>
-#include <system_error>
 
 namespace {
 
@@ -22,7 +21,7 @@ Format formatOf(std::FILE *input)
     char start[5] = {};
     const std::size_t size = std::fread(start, 1, sizeof start, input);
     if (std::ferror(input) != 0)
-        throw ToolkitError("The input file cannot be read.");
+        throw unreadableInput(errno);
     std::rewind(input);
     const std::string_view head(start, size);
     if (head.starts_with("%!")) // whether it keeps the conventions shows when it is read
@@ -57,8 +56,7 @@ void requireRegularFile(std::FILE *input, int problem)
 {
     struct stat status = {};
     if (input == nullptr)
-        throw ToolkitError(
-            "The input file cannot be read: " + std::generic_category().message(problem) + ".");
+        throw unreadableInput(problem);
     if (fstat(fileno(input), &status) != 0 || !S_ISREG(status.st_mode))
         throw ToolkitError("The input is no regular file.");
 }
