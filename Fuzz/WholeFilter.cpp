@@ -108,9 +108,9 @@ void requirePages(const std::string &job, std::string_view pages)
                   "the job's end follows the pages, three lines long");
 }
 
-/// Job id, user, title, copies and options. The scheduler lets no control character into user and
-/// title, which libcups writes as they are; it leaves quotes in users too, and cuts those that are
-/// not ASCII within a character.
+/// Job id, user, title, copies and options. libcups writes user and title as they are, so they have
+/// no control characters, which break its lines; nor has a user quotes, which it leaves in, or
+/// letters that are not ASCII, which it cuts in half.
 std::array<std::string, 5> takeArguments(std::string_view &input)
 {
     std::array<std::string, 5> arguments;

@@ -209,6 +209,12 @@ PJLJob EndToEndTest::printOverIPP(const std::string &queue, const std::string &p
                                   const std::vector<std::string> &ippAttributes)
 {
     forgetRecords();
+    return finishedJob(submitOverIPP(queue, path, ippAttributes));
+}
+
+int EndToEndTest::submitOverIPP(const std::string &queue, const std::string &path,
+                                const std::vector<std::string> &ippAttributes)
+{
     const TemporaryFolder folder;
     std::string request = "{ OPERATION Print-Job GROUP operation-attributes-tag "
                           "ATTR charset attributes-charset utf-8 "
@@ -224,7 +230,7 @@ PJLJob EndToEndTest::printOverIPP(const std::string &queue, const std::string &p
     std::smatch match;
     if (!std::regex_search(answer, match, std::regex("job-id \\(integer\\) = (\\d+)")))
         throw std::runtime_error("ipptool: " + answer);
-    return finishedJob(std::stoi(match[1]));
+    return std::stoi(match[1]);
 }
 
 PJLJob EndToEndTest::finishedJob(int job)

@@ -55,6 +55,12 @@ protected:
     /// The same as a bare IPP request, of a client that knows no PPD.
     static Support::PJLJob printOverIPP(const std::string &queue, const std::string &path,
                                         const std::vector<std::string> &ippAttributes = {});
+    /// Sends such a request, of the user "anna" with the title "bare". @return the job's number
+    static int submitOverIPP(const std::string &queue, const std::string &path,
+                             const std::vector<std::string> &ippAttributes);
+
+    /// Waits for a job that was submitted; fails the test on the same conditions as print().
+    static Support::PJLJob finishedJob(int job);
 
     /// What the last job on kRecordedQueue was when it entered jobfilter.
     static std::string recordedBody();
@@ -63,9 +69,6 @@ protected:
 
     /// Names of files that jobfilter and its toolkit have left behind.
     static std::vector<std::string> strayFiles();
-
-private:
-    static Support::PJLJob finishedJob(int job);
 };
 
 /// The sides that a PostScript printer makes of page data, each with the number of copies that the

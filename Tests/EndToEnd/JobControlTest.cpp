@@ -1,0 +1,105 @@
+#include "EndToEndTest.h"
+
+using Support::PJLJob;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+/// What a job can make the printer hear that is no setting of its own. libcups writes title, user
+/// and custom choices into the header as they are, so that it is for the scheduler to look at them.
+/// Documentation/promises.md tells administrators the same, under "Job control".
+class JobControlTest : public EndToEndTest {
+protected:
+    /// Each would end a line, or PJL itself, or is no character for a panel.
+    static constexpr const char *kControlCharacters[] = {"\n", "\r", "\t", "\033%-12345X", "\177"};
+
+    /// Prints with lp(1). @return the header's lines, of a job that is right to the last one
+    static std::vector<std::string> headerWith(std::vector<std::string> arguments)
+    {
+        arguments.insert(arguments.end(), {"-d", kQueue, document("sample.ps")});
+        return headerLines(finishedJob(scheduler().submit(arguments)));
+    }
+
+    /// What the printer gets of a job, right or not.
+    static std::string bytesOf(int job)
+    {
+        EXPECT_EQ("completed", scheduler().waitForJob(job).state) << scheduler().log(job);
+        const auto jobs = printer().jobs();
+        EXPECT_EQ(1U, jobs.size());
+        return jobs.empty() ? "" : jobs[0];
+    }
+};
+
+TEST_F(JobControlTest, TitleWithAControlCharacterIsUntitled)
+{
+    for (const std::string control : kControlCharacters)
+        EXPECT_THAT(headerWith({"-t", "fine" + control + "@PJL INITIALIZE"}),
+                    Contains(StartsWith("@PJL JOB NAME = \"Untitled\" DISPLAY = ")));
+}
+
+TEST_F(JobControlTest, UserWithAControlCharacterIsAnonymous)
+{
+    for (const std::string control : kControlCharacters) {
+        const auto lines = headerWith({"-U", "anna" + control + "@PJL INITIALIZE", "-t", "fine"});
+        EXPECT_THAT(lines, Contains("@PJL SET USERNAME = \"anonymous\""));
+        EXPECT_THAT(lines, Contains(dssc("USERLOGIN=anonymous")));
+        EXPECT_THAT(lines, Not(Contains(HasSubstr("INITIALIZE"))));
+    }
+}
+
+// The scheduler looks at the first title of a request and prints under the last.
+TEST_F(JobControlTest, SecondTitleOfARequestCanSpeakPJL)
+{
+    const std::string bytes = bytesOf(submitOverIPP(kQueue, document("sample.ps"),
+                                                    {"name job-name \"fine\n@PJL INITIALIZE\n\""}));
+    EXPECT_THAT(bytes, HasSubstr("@PJL JOB NAME = \"fine\n"));
+    EXPECT_THAT(bytes, HasSubstr("\n@PJL INITIALIZE\n"));
+}
+
+// Two of the three places have it in quotes; in one of these libcups leaves it as it is.
+TEST_F(JobControlTest, QuoteInTheUserEndsTheTextOfThePanel)
+{
+    const int job = scheduler().submit(
+        {"-U", "an\"na", "-t", "say \"hi\"", "-d", kQueue, document("sample.ps")});
+    const auto parts = Support::splitPJLJob(bytesOf(job)).value_or(PJLJob{});
+    const auto lines = headerLines(parts);
+    EXPECT_THAT(lines, Contains("@PJL JOB NAME = \"say 'hi'\" DISPLAY = \"" + std::to_string(job) +
+                                " an\"na say 'hi'\""));
+    EXPECT_THAT(lines, Contains("@PJL SET USERNAME = \"an'na\""));
+    EXPECT_THAT(lines, Contains(dssc("USERLOGIN=an\"na")));
+}
+
+TEST_F(JobControlTest, EscapeInACustomChoiceLeavesPJL)
+{
+    static constexpr char kOption[] = R"(*CustomJCLNote True: "@PJL COMMENT \1
+"
+*End
+*ParamCustomJCLNote Text/Text: 1 string 0 99
+*JCLOpenUI *JCLNote/Note: PickOne
+*OrderDependency: 5 JCLSetup *JCLNote
+*DefaultJCLNote: None
+*JCLNote None/None: ""
+*JCLCloseUI: *JCLNote
+*cupsSNMPSupplies: False
+)"; // our printer has no SNMP agent to be asked
+    const Support::TemporaryFolder folder;
+    const std::string ppd = folder.write("custom.ppd", Support::readFile(KL_SAMPLE_PPD) + kOption);
+    scheduler().addQueue("custom", ppd, printer().deviceURI());
+    const int job = scheduler().submit(
+        {"-d", "custom", "-o", "JCLNote=Custom.a\033%-12345X", document("sample.ps")});
+    EXPECT_THAT(bytesOf(job), HasSubstr("@PJL COMMENT a\033%-12345X\n"));
+}
+
+TEST_F(JobControlTest, RawJobGoesPastTheFilter)
+{
+    const Support::TemporaryFolder folder;
+    const std::string control = "\033%-12345X@PJL INITIALIZE\r\n\033%-12345X";
+    const std::string path = folder.write("raw", control);
+    EXPECT_EQ(control, bytesOf(scheduler().submit({"-d", kQueue, "-o", "raw", path})));
+}
+
+} // namespace
