@@ -38,9 +38,8 @@ constexpr char kUnableToProcess[] = "Unable to process input print data";
 /// True when all of the input, of which nothing was read before, was copied.
 bool copyWhole(FILE *input, FILE *output)
 {
-    if (std::fflush(output) != 0)
+    if (std::fflush(output) != 0 || !Platform::moveInKernel(input, output))
         return false;
-    Platform::moveInKernel(input, output);
     // The copy takes a read error for the end of the data; a job that lost its end must not pass
     // for complete.
     return spoolToFile(input, output) && std::ferror(input) == 0;

@@ -22,6 +22,25 @@ Stream streamOf(int descriptor, const char *mode)
     return stream;
 }
 
+/// Whether the kernel says no more than that it does not move bytes between such files, or not
+/// now.
+bool isRefusal(int problem)
+{
+    switch (problem) {
+    case EAGAIN:
+    case EBADF: // a stream without a descriptor
+    case EINTR:
+    case EINVAL:
+    case ENOSYS:
+    case EOPNOTSUPP:
+    case EPERM:
+    case ESPIPE:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 bool closeStream(Stream stream)
@@ -63,21 +82,21 @@ Stream openTemporary()
     return descriptor < 0 ? nullptr : streamOf(descriptor, "w+b");
 }
 
-void moveInKernel(FILE *input, FILE *output)
+bool moveInKernel(FILE *input, FILE *output)
 {
-    static constexpr std::size_t kAtMost = std::size_t(1)
-                                           << 30; // bytes a call; a pipe sets the pace
+    static constexpr std::size_t kAtMost = std::size_t{16} << 20; // bytes; a signal waits for them
     const int from = fileno(input);
     const int to = fileno(output);
     ssize_t moved = 0;
     do
         moved = splice(from, nullptr, to, nullptr, kAtMost, 0); // where one of them is a pipe
     while (moved > 0);
-    if (moved == 0)
-        return;
-    do
-        moved = sendfile(to, from, nullptr, kAtMost); // from a file to anything else
-    while (moved > 0);
+    if (moved < 0 && isRefusal(errno)) {
+        do
+            moved = sendfile(to, from, nullptr, kAtMost); // from a file to anything else
+        while (moved > 0);
+    }
+    return moved == 0 || isRefusal(errno);
 }
 
 void occupyStandardDescriptors()

@@ -40,12 +40,16 @@ Stream openTemporary();
 /// program's memory (splice(2), sendfile(2)), which for a large file costs a fraction of reading
 /// and writing it.
 ///
-/// It moves as much as it can: nothing where it does not serve these kinds of files, and no more
-/// from where something goes wrong. So nothing is reported, and an ordinary copy has to follow,
-/// which takes up what is left, if there is anything, and meets what went wrong.
+/// It moves as much as it can: all, a part, or nothing where it does not serve these kinds of
+/// files. So an ordinary copy has to follow, for what is left, if there is anything.
+///
+/// A pipe gets the input's own pages. Whoever overwrites the file before they have been read from
+/// there changes them; to remove it does no harm.
 /// @param input   nothing has been read from it yet
 /// @param output  flushed
-void moveInKernel(FILE *input, FILE *output);
+/// @return false when reading or writing failed. That must not be passed over: an error of bytes
+///         written earlier is told once, and the copy that followed would not meet it.
+bool moveInKernel(FILE *input, FILE *output);
 
 /// Gives each of the descriptors 0, 1 and 2 that is closed a stand-in that can be neither read
 /// nor usefully written, so that no file opened later lands there and takes in bytes that were

@@ -144,10 +144,10 @@ TEST_F(MoveInKernelTest, AFileIntoAPipeAndFromThereIntoAFile)
     const Stream output = openForWriting(folder.file("out"));
 
     std::thread sender([&] {
-        moveInKernel(input.get(), pipeOutput.get());
+        EXPECT_TRUE(moveInKernel(input.get(), pipeOutput.get()));
         pipeOutput.reset();
     });
-    moveInKernel(pipeInput.get(), output.get());
+    EXPECT_TRUE(moveInKernel(pipeInput.get(), output.get()));
     sender.join();
     EXPECT_EQ(text, bytesOf("out"));
     EXPECT_EQ("", rest(pipeInput.get()));
@@ -159,7 +159,7 @@ TEST_F(MoveInKernelTest, AFileIntoAFileBehindWhatWasWrittenThere)
     const Stream output = openForWriting(folder.file("out"));
     std::fputs("before ", output.get());
     std::fflush(output.get());
-    moveInKernel(input.get(), output.get());
+    EXPECT_TRUE(moveInKernel(input.get(), output.get()));
     std::fputs(" after", output.get());
     std::fflush(output.get());
     EXPECT_EQ("before " + text + " after", bytesOf("out"));
@@ -169,24 +169,49 @@ TEST_F(MoveInKernelTest, WhatItDoesNotServeIsLeftAsItIs)
 {
     // The kernel moves nothing to where every write goes to the end.
     const Stream appended(std::fopen(folder.write("log", "before ").c_str(), "ab"));
-    moveInKernel(input.get(), appended.get());
+    EXPECT_TRUE(moveInKernel(input.get(), appended.get()));
     // And it knows nothing of streams without a descriptor.
     std::array<char, 8> memory = {};
     const Stream unknown(fmemopen(memory.data(), memory.size(), "w"));
-    moveInKernel(input.get(), unknown.get());
+    EXPECT_TRUE(moveInKernel(input.get(), unknown.get()));
     EXPECT_EQ("before ", bytesOf("log"));
     EXPECT_EQ(text, rest(input.get()));
 }
 
-TEST_F(MoveInKernelTest, WhereTheOutputIsFullTheRestIsLeft)
+TEST_F(MoveInKernelTest, FailsWhenTheReaderHasGone)
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    std::array<int, 2> ends = {};
+    ASSERT_EQ(0, pipe(ends.data()));
+    close(ends[0]);
+    const Stream pipeOutput(fdopen(ends[1], "w"));
+    EXPECT_FALSE(moveInKernel(input.get(), pipeOutput.get()));
+}
+
+TEST_F(MoveInKernelTest, WhatAPipeHoldsOutlivesTheFile)
+{
+    std::array<int, 2> ends = {};
+    ASSERT_EQ(0, pipe(ends.data()));
+    const Stream pipeInput(fdopen(ends[0], "r"));
+    Stream pipeOutput(fdopen(ends[1], "w"));
+    const std::string shortText = text.substr(0, 30000); // which a pipe takes without a reader
+    Stream file = openForReading(folder.write("short", shortText));
+    EXPECT_TRUE(moveInKernel(file.get(), pipeOutput.get()));
+    pipeOutput.reset();
+    file.reset();
+    ASSERT_EQ(0, unlink(folder.file("short").c_str()));
+    EXPECT_EQ(shortText, rest(pipeInput.get()));
+}
+
+TEST_F(MoveInKernelTest, WhereTheOutputIsFullItFailsAndTheRestIsLeft)
 {
     const auto isLeft = [this] {
         constexpr rlimit kLimit = {100000, 100000}; // bytes
         setrlimit(RLIMIT_FSIZE, &kLimit);
         std::signal(SIGXFSZ, SIG_IGN);
         const Stream output = openForWriting(folder.file("out"));
-        moveInKernel(input.get(), output.get());
-        return bytesOf("out") == text.substr(0, 100000) && rest(input.get()) == text.substr(100000);
+        return !moveInKernel(input.get(), output.get()) &&
+               bytesOf("out") == text.substr(0, 100000) && rest(input.get()) == text.substr(100000);
     };
     EXPECT_EXIT(_exit(isLeft() ? 0 : 1), testing::ExitedWithCode(0), "");
 }

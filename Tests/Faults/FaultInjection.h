@@ -20,7 +20,7 @@ extern const std::vector<int> kStatus; ///< what tells a file's kind and size
 extern const std::vector<int> kPipe;
 extern const std::vector<int> kStart;      ///< fork and its kin
 extern const std::vector<int> kMap;        ///< where memory and libraries come from
-extern const std::vector<int> kChangeFile; ///< truncation, removal, descriptor flags
+extern const std::vector<int> kChangeFile; ///< its length; a descriptor's flags, one more for it
 extern const std::vector<int> kWait;
 extern const std::vector<int> kAll; ///< all of the above
 } // namespace SystemCalls

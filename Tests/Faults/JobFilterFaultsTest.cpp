@@ -24,6 +24,7 @@
 #include <stdexcept>
 #include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
 
@@ -45,6 +46,8 @@ constexpr char kToolkitNotUsed[] = "DEBUG: The toolkit is not used: ";
 constexpr char kSettings[] = "com.kalmira.pde.print-mode-ovm.departmentCode=4711 PageSize=Letter ";
 constexpr char kAllCommands[] =
     "com.kalmira.pde.watermark.text=Draft BookletPaperSize=A4 UseFrontCover=true ";
+/// What moves the pages from file to file.
+const std::vector<int> kMoves = {SYS_splice, SYS_sendfile};
 constexpr char kForced[] = "FORCE_DEVICECOLOR=1";
 constexpr char kNotForced[] = "FORCE_DEVICECOLOR=0";
 
@@ -506,6 +509,37 @@ TEST_F(JobFilterFaultsTest, HeaderThatCannotBeReadBackFailsTheJob)
         strikeEveryCall(
             {"header", {Fault::Kind::Fails, kind, EIO}}, [this] { return callWithInput(); }, check);
         EXPECT_LT(0, headers);
+    }
+}
+
+// An error of bytes that seemed to be written is told once, by the next call: from a file server
+// whose disk is full, for instance.
+TEST_F(JobFilterFaultsTest, PagesThatCannotBeMovedFailTheJob)
+{
+    for (const int error : {EIO, ENOSPC, EPIPE}) {
+        const auto check = [](const FaultedRun &run) {
+            EXPECT_EQ(run.struck ? 1 : 0, run.result.exitStatus);
+            EXPECT_TRUE(!run.struck || run.result.errors == "CRIT: Unable to spool print job\n" ||
+                        run.result.errors.ends_with("CRIT: Unable to process input print data\n"));
+        };
+        EXPECT_LE(4U, strikeEveryCall(
+                          {"move", {Fault::Kind::Fails, kMoves, error}},
+                          [this] { return callWithInput(); }, check));
+    }
+}
+
+TEST_F(JobFilterFaultsTest, PagesThatTheKernelDoesNotMoveAreCopied)
+{
+    useRealToolkit();
+    learnOutputs(callWithInput(), {});
+    for (const int error : {EINVAL, ENOSYS}) {
+        const auto check = [&](const FaultedRun &run) {
+            EXPECT_EQ("", run.result.errors);
+            EXPECT_EQ(outputs.at({}), run.result.output);
+        };
+        EXPECT_LE(4U, strikeEveryCall(
+                          {"move", {Fault::Kind::Fails, kMoves, error}},
+                          [this] { return callWithInput(); }, check));
     }
 }
 
