@@ -1,13 +1,14 @@
 #include "KLJobControlStripper.h"
 
+#include "PJL.h"
+
 #include <algorithm>
 #include <array>
 #include <utility>
 
 namespace {
 
-constexpr std::string_view kMarker = "\033%-12345X";
-constexpr std::string_view kEnterLanguage = "@PJL ENTER LANGUAGE";
+constexpr std::string_view kMarker = kUniversalExitLanguageMarker;
 constexpr std::string_view kPageDataStart = "%!";
 constexpr char kControlD = '\x04';
 

@@ -2,15 +2,12 @@
 
 #include "DSSC.h"
 #include "NSInternalInconsistencyException.h"
+#include "PJL.h"
 
 #include <stdexcept>
 #include <utility>
 
 namespace {
-
-constexpr std::string_view kUniversalExitLanguageMarker = "\x1b%-12345X";
-constexpr std::string_view kEnterLanguage = "@PJL ENTER LANGUAGE";
-static_assert(kUniversalExitLanguageMarker.size() == 9);
 
 /// UTF-8 text without its first characters.
 /// @throws std::out_of_range when it has fewer than that.

@@ -5,6 +5,7 @@
 #include "KLPrintJob.h"
 #include "KLPrintOptions.h"
 #include "KLToolkitProcessor.h"
+#include "PJL.h"
 #include "Streams.h"
 #include "WriteLog.h"
 #include "domainLookup.h"
@@ -170,7 +171,7 @@ void writeBody(FILE *job)
 void writeJobEnd(const KLPrintOptions &options)
 {
     const auto pageSize = headerText(options.valueForKeyWithDefault("PageSize", "A4"));
-    std::string end = "\033%-12345X";
+    std::string end(kUniversalExitLanguageMarker);
     // Pages are not counted: every job says one.
     end += KLPJLHandler::formatDSSCLine("JOBENDINFO PAGES=%lu", 1UL);
     end += KLPJLHandler::formatDSSCLine("JOBENDINFO PAGESIZE=%@", pageSize);

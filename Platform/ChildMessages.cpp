@@ -2,6 +2,7 @@
 
 #include "Cancellation.h"
 #include "Descriptor.h"
+#include "Streams.h"
 
 #include <algorithm>
 #include <array>
@@ -62,8 +63,7 @@ int keepOnly(int sender)
 /// Takes the child's memory use as it is and allows that much more.
 void limitMemory(std::size_t more)
 {
-    const std::unique_ptr<FILE, int (*)(FILE *)> sizes(std::fopen("/proc/self/statm", "re"),
-                                                       &std::fclose);
+    const Stream sizes = openForReading("/proc/self/statm");
     unsigned long pages = 0; // the sixth number: data and stack
     // NOLINTNEXTLINE(cert-err34-c): the kernel's numbers fit
     if (!sizes || std::fscanf(sizes.get(), "%*u %*u %*u %*u %*u %lu", &pages) != 1)
