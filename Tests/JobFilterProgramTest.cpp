@@ -96,6 +96,18 @@ void becomeOrdinaryUser()
         _exit(99);
 }
 
+/// Makes standard input a socket that holds the bytes, of which it takes some 200 kB.
+void readFromSocket(const std::string &bytes)
+{
+    std::array<int, 2> ends = {};
+    if (socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) != 0 ||
+        write(ends[1], bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()) ||
+        dup2(ends[0], STDIN_FILENO) < 0)
+        _exit(99);
+    close(ends[0]);
+    close(ends[1]);
+}
+
 std::string binaryBody()
 {
     std::string body = "%!PS-Adobe-3.0\n\033%-12345X\r\r\n\n";
@@ -164,15 +176,8 @@ TEST_F(JobFilterProgramTest, AJobFromASocketOntoTheEndOfAFileIsTheSame)
     const std::string outputPath = folder.write("log", "before ");
     Support::ProgramCall call = this->call("");
     call.inChild = [&] {
-        std::array<int, 2> ends = {};
-        const std::string body = binaryBody(); // a socket takes that much without a reader
-        const bool isFed =
-            socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) == 0 &&
-            write(ends[1], body.data(), body.size()) == static_cast<ssize_t>(body.size());
-        close(ends[1]);
-        if (!isFed || dup2(ends[0], STDIN_FILENO) < 0 ||
-            dup2(open(outputPath.c_str(), O_WRONLY | O_APPEND), STDOUT_FILENO) < 0)
-            _exit(99);
+        readFromSocket(binaryBody());
+        dup2(open(outputPath.c_str(), O_WRONLY | O_APPEND), STDOUT_FILENO);
     };
     EXPECT_EQ(0, runProgram(call).exitStatus);
     EXPECT_EQ("before " + header() + binaryBody() + jobEnd(), Support::readFile(outputPath));
@@ -356,8 +361,9 @@ TEST_F(JobFilterProgramTest, AFullDiskFailsTheSpoolingAndThePartlyWrittenFileSta
 TEST_F(JobFilterProgramTest, AFullDiskAtTheLastBufferedBytesFailsTheSpooling)
 {
     // Fewer bytes than one stdio buffer: only closing the file brings the failure to light.
-    Support::ProgramCall full = call("short");
+    Support::ProgramCall full = call("");
     full.inChild = [] {
+        readFromSocket("short");
         const rlimit limit = {2, 2};
         setrlimit(RLIMIT_FSIZE, &limit);
     };

@@ -11,6 +11,7 @@
 
 #include "DirectoryServer.h"
 #include "Environment.h"
+#include "Loopback.h"
 #include "ScriptedServer.h"
 #include "TemporaryFolder.h"
 

@@ -1,5 +1,5 @@
-#include "Support/Program.h"
-#include "Support/TemporaryFolder.h"
+#include "Program.h"
+#include "TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

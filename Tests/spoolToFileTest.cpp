@@ -1,57 +1,35 @@
 #include "spoolToFile.h"
 
+#include "MemoryStreams.h"
 #include "Streams.h"
 #include "TemporaryFolder.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace {
 
 constexpr std::size_t kBlock = 16384;
-
-/// A stream that counts the calls that reach its medium.
-struct Counted {
-    std::string bytes;
-    std::size_t position = 0;
-    std::vector<std::size_t> transfers;
-};
-
-ssize_t readCounted(void *cookie, char *buffer, std::size_t size)
-{
-    auto &medium = *static_cast<Counted *>(cookie);
-    const std::size_t length = medium.bytes.copy(buffer, size, medium.position);
-    medium.position += length;
-    medium.transfers.push_back(length);
-    return static_cast<ssize_t>(length);
-}
-
-ssize_t writeCounted(void *cookie, const char *buffer, std::size_t size)
-{
-    auto &medium = *static_cast<Counted *>(cookie);
-    medium.bytes.append(buffer, size);
-    medium.transfers.push_back(size);
-    return static_cast<ssize_t>(size);
-}
-
-Platform::Stream unbuffered(Counted &medium, const char *mode)
-{
-    const cookie_io_functions_t functions = {readCounted, writeCounted, nullptr, nullptr};
-    Platform::Stream stream(fopencookie(&medium, mode, functions));
-    std::setvbuf(stream.get(), nullptr, _IONBF, 0);
-    return stream;
-}
 
 class spoolToFileTest : public testing::Test {
 protected:
     /// Copies the bytes and tells in which pieces they arrived.
     std::vector<std::size_t> piecesOf(const std::string &bytes)
     {
-        Counted input = {bytes, 0, {}};
-        Counted output;
-        EXPECT_TRUE(spoolToFile(unbuffered(input, "r").get(), unbuffered(output, "w").get()));
-        EXPECT_EQ(bytes, output.bytes);
-        return output.transfers;
+        std::string copied;
+        std::vector<std::size_t> pieces;
+        const auto take = [&](const char *piece, std::size_t size) {
+            copied.append(piece, size);
+            pieces.push_back(size);
+            return static_cast<ssize_t>(size);
+        };
+        const Platform::Stream input(Support::openInput(bytes));
+        const Platform::Stream output(Support::openStream({.write = take}));
+        std::setvbuf(output.get(), nullptr, _IONBF, 0);
+        EXPECT_TRUE(spoolToFile(input.get(), output.get()));
+        EXPECT_EQ(bytes, copied);
+        return pieces;
     }
 
     Support::TemporaryFolder folder;

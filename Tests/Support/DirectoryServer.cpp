@@ -1,7 +1,7 @@
 #include "DirectoryServer.h"
 
+#include "Loopback.h"
 #include "Program.h"
-#include "ScriptedServer.h"
 
 #include <chrono>
 #include <csignal>

@@ -1,5 +1,7 @@
 #include "PrivateScheduler.h"
 
+#include "Loopback.h"
+
 #include <cups/cups.h>
 
 #include <chrono>
@@ -9,7 +11,6 @@
 #include <functional>
 #include <grp.h>
 #include <memory>
-#include <netinet/in.h>
 #include <pwd.h>
 #include <sstream>
 #include <stdexcept>
@@ -65,20 +66,6 @@ bool waitFor(std::chrono::seconds limit, const std::function<bool()> &condition)
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
     return true;
-}
-
-int freePort()
-{
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (bind(descriptor, reinterpret_cast<sockaddr *>(&address), length) != 0 ||
-        getsockname(descriptor, reinterpret_cast<sockaddr *>(&address), &length) != 0)
-        throw std::runtime_error("no free port");
-    close(descriptor);
-    return ntohs(address.sin_port);
 }
 
 /// The scheduler's jobs must not run as root: root's scheduler hands them to "lp", as Debian's

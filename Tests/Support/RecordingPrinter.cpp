@@ -1,9 +1,6 @@
 #include "RecordingPrinter.h"
 
 #include <array>
-#include <cerrno>
-#include <cstring>
-#include <netinet/in.h>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/socket.h>
@@ -15,53 +12,24 @@ namespace {
 /// How soon a thread notices that it shall stop.
 constexpr int kPatience = 20; // milliseconds
 
-sockaddr_in loopback()
-{
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
-}
-
-/// @return a socket that listens on a free port
-int listenOnLoopback()
-{
-    const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const sockaddr_in address = loopback();
-    if (descriptor < 0 ||
-        bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
-        listen(descriptor, 64) != 0)
-        throw std::runtime_error(std::string("cannot listen: ") + std::strerror(errno));
-    return descriptor;
-}
-
-int portOf(int descriptor)
-{
-    sockaddr_in address = loopback();
-    socklen_t length = sizeof address;
-    getsockname(descriptor, reinterpret_cast<sockaddr *>(&address), &length);
-    return ntohs(address.sin_port);
-}
-
 } // namespace
 
 RecordingPrinter::RecordingPrinter()
-    : _socket(listenOnLoopback()),
-      _port(portOf(_socket)),
-      _listener([this](const std::stop_token &stop) { acceptConnections(stop); })
+    : _listener(listenOnLoopback()),
+      _acceptor([this](const std::stop_token &stop) { acceptConnections(stop); })
 {
 }
 
 RecordingPrinter::~RecordingPrinter()
 {
-    _listener.request_stop();
-    _listener.join();
-    close(_socket);
+    _acceptor.request_stop();
+    _acceptor.join();
+    close(_listener.socket);
 }
 
 std::string RecordingPrinter::deviceURI() const
 {
-    return "socket://127.0.0.1:" + std::to_string(_port);
+    return "socket://127.0.0.1:" + std::to_string(_listener.port);
 }
 
 std::vector<std::string> RecordingPrinter::jobs() const
@@ -93,8 +61,8 @@ void RecordingPrinter::finishJobs()
 
 void RecordingPrinter::acceptConnections(const std::stop_token &stop)
 {
-    while (waitUntilReadable(stop, _socket)) {
-        const int connection = accept4(_socket, nullptr, nullptr, SOCK_CLOEXEC);
+    while (waitUntilReadable(stop, _listener.socket)) {
+        const int connection = accept4(_listener.socket, nullptr, nullptr, SOCK_CLOEXEC);
         if (connection < 0)
             continue;
         _openConnections++;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Loopback.h"
+
 #include <atomic>
 #include <list>
 #include <mutex>
@@ -38,14 +40,13 @@ private:
     void receive(const std::stop_token &stop, int connection);
     bool waitUntilReadable(const std::stop_token &stop, int descriptor) const;
 
-    int _socket;
-    int _port;
+    const LoopbackListener _listener;
     mutable std::mutex _mutex;
     std::vector<std::string> _jobs;
     std::atomic<bool> _stalled = false;
     std::atomic<int> _openConnections = 0;
     std::list<std::jthread> _connections; ///< of the accepting thread
-    std::jthread _listener;
+    std::jthread _acceptor;
 };
 
 } // namespace Support

@@ -1,11 +1,10 @@
 #include "ScriptedServer.h"
 
-#include <arpa/inet.h>
+#include "Loopback.h"
+
 #include <array>
 #include <csignal>
-#include <netinet/in.h>
 #include <optional>
-#include <stdexcept>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -14,25 +13,6 @@
 
 namespace Support {
 namespace {
-
-struct Listener {
-    int socket;
-    int port;
-};
-
-Listener listenOnFreePort()
-{
-    const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto *generic = reinterpret_cast<sockaddr *>(&address);
-    if (bind(listener, generic, size) != 0 || listen(listener, 16) != 0 ||
-        getsockname(listener, generic, &size) != 0)
-        throw std::runtime_error("no free port on 127.0.0.1");
-    return {listener, ntohs(address.sin_port)};
-}
 
 /// To be called in a process that shall not outlive the one that made it.
 void followParent()
@@ -140,7 +120,7 @@ ScriptedServer::ScriptedServer(const Script &script, int mostConnections)
     : _connections(static_cast<int *>(
           mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)))
 {
-    const Listener listener = listenOnFreePort();
+    const LoopbackListener listener = listenOnLoopback();
     _port = listener.port;
     _process = fork();
     if (_process == 0) {
@@ -160,13 +140,6 @@ ScriptedServer::~ScriptedServer()
 std::string ScriptedServer::uri(const std::string &scheme) const
 {
     return scheme + "://127.0.0.1:" + std::to_string(_port);
-}
-
-int freePort()
-{
-    const Listener listener = listenOnFreePort();
-    close(listener.socket);
-    return listener.port;
 }
 
 std::string berElement(int tag, std::string_view contents)

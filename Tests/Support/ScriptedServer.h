@@ -36,9 +36,6 @@ private:
     pid_t _process = -1;
 };
 
-/// A port of 127.0.0.1 that was free just now.
-int freePort();
-
 // A little LDAP (RFC 4511), as a server speaks it.
 
 struct LDAPRequest {

@@ -1,0 +1,18 @@
+#pragma once
+
+namespace Support {
+
+/// A socket that listens on a free port of 127.0.0.1. It is inherited by no program.
+struct LoopbackListener {
+    int socket; ///< the caller closes it
+    int port;
+};
+
+/// @throws std::runtime_error when no port can be had
+LoopbackListener listenOnLoopback();
+
+/// A port of 127.0.0.1 that was free just now.
+/// @throws std::runtime_error when none can be had
+int freePort();
+
+} // namespace Support
