@@ -3,8 +3,7 @@
 
 #include "Fuzzing.h"
 #include "Job.h"
-#include "PDFBooklet.h"
-#include "PDFWatermark.h"
+#include "PDFCommands.h"
 #include "Toolkit.h"
 
 #include <qpdf/QPDF.hh>
@@ -27,10 +26,10 @@ Reading readDocument(std::string_view bytes)
 }
 
 /// What a command makes of the document; nullopt when it refuses it.
-std::optional<Reading> tryCommand(std::string_view bytes,
-                                  const std::function<void(const Job &)> &command)
+template <class Request>
+std::optional<Reading> tryCommand(std::string_view bytes, const Request &request)
 {
-    const auto output = Fuzz::outputOf(bytes, command);
+    const auto output = Fuzz::outputOf(bytes, [&](const Job &job) { applyToPDF(request, job); });
     if (!output)
         return std::nullopt;
     const Reading result = readDocument(*output);
@@ -44,10 +43,8 @@ std::optional<Reading> tryCommand(std::string_view bytes,
 void Fuzz::tryInput(std::string_view input)
 {
     const ToolkitCommands commands(takeLine(input));
-    const auto marked =
-        tryCommand(input, [&](const Job &job) { applyWatermarkToPDF(commands.watermark, job); });
-    const auto booklet =
-        tryCommand(input, [&](const Job &job) { applyBookletToPDF(commands.booklet, job); });
+    const auto marked = tryCommand(input, commands.watermark);
+    const auto booklet = tryCommand(input, commands.booklet);
     if (marked && booklet)
         require(booklet->pages == (marked->pages + 3) / 4 * 2,
                 "a booklet has two sides for four pages");

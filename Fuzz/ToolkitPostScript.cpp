@@ -18,8 +18,6 @@ namespace {
 constexpr std::size_t kMostAdded = 60'000;
 constexpr std::size_t kMostAddedToPage = 2'000;
 
-using Command = std::function<void(const Job &)>;
-
 /// A document and where its pages lie.
 struct Document {
     std::string bytes;
@@ -88,9 +86,11 @@ bool leavesDataOpen(std::string_view bytes)
 
 /// What the command makes of the document; nullopt when it refuses it. Whatever it is, it is a
 /// document again, and not much longer.
-std::optional<Document> tryCommand(const Document &document, const Command &command)
+template <class Request>
+std::optional<Document> tryCommand(const Document &document, const Request &request)
 {
-    const auto output = Fuzz::outputOf(document.bytes, command);
+    const auto output =
+        Fuzz::outputOf(document.bytes, [&](const Job &job) { applyToPostScript(request, job); });
     if (!output)
         return std::nullopt;
     Fuzz::require(output->size() <= document.bytes.size() + kMostAdded +
@@ -101,22 +101,20 @@ std::optional<Document> tryCommand(const Document &document, const Command &comm
 
 void tryWatermark(const Document &document, const Watermark &watermark)
 {
-    const Command command = [&](const Job &job) { applyWatermarkToPostScript(watermark, job); };
-    const auto once = tryCommand(document, command);
+    const auto once = tryCommand(document, watermark);
     if (!once)
         return;
     Fuzz::require(isWithin(document.bytes, once->bytes), "a watermark takes nothing away");
     Fuzz::require(once->contents.size() == document.contents.size(),
                   "a watermark leaves the pages as they are");
-    const auto twice = tryCommand(*once, command);
+    const auto twice = tryCommand(*once, watermark);
     Fuzz::require(twice && twice->contents.size() == once->contents.size(),
                   "what has one watermark takes another");
 }
 
 void tryBooklet(const Document &document, const Booklet &booklet)
 {
-    const auto output =
-        tryCommand(document, [&](const Job &job) { applyBookletToPostScript(booklet, job); });
+    const auto output = tryCommand(document, booklet);
     if (!output)
         return;
     Fuzz::require(output->contents.size() == (document.contents.size() + 3) / 4 * 2,
@@ -127,8 +125,7 @@ void tryBooklet(const Document &document, const Booklet &booklet)
 
 void tryCovers(const Document &document, const CoverPages &covers)
 {
-    const auto output =
-        tryCommand(document, [&](const Job &job) { applyCoverPagesToPostScript(covers, job); });
+    const auto output = tryCommand(document, covers);
     if (!output)
         return;
     Fuzz::requireEqual(std::to_string(output->contents.size()), output->countInHeader,

@@ -1,8 +1,7 @@
-#include "PDFBooklet.h"
+#include "PDFCommands.h"
 
 #include "MinimalPPD.h"
 #include "PDFBuilder.h"
-#include "PDFWatermark.h"
 #include "Program.h"
 #include "Rendering.h"
 #include "Streams.h"
@@ -45,17 +44,18 @@ class ToolkitPDFBookletTest : public testing::Test {
 protected:
     std::string folded(const std::string &document, const Booklet &booklet = plainBooklet()) const
     {
-        return changed(document, [&](const Job &job) { applyBookletToPDF(booklet, job); });
+        return changed(document, booklet);
     }
 
-    template <class Change>
-    std::string changed(const std::string &document, const Change &change) const
+    /// What a command makes of the document.
+    template <class Request>
+    std::string changed(const std::string &document, const Request &request) const
     {
         _folder.write("in", document);
         _folder.write("ppd", Support::minimalPPD(kExtraSizes));
         const Platform::Stream input = Platform::openForReading(_folder.file("in"));
         Platform::Stream output = Platform::openForWriting(_folder.file("out"));
-        change(Job{input.get(), output.get(), _folder.file("ppd")});
+        applyToPDF(request, {input.get(), output.get(), _folder.file("ppd")});
         EXPECT_TRUE(Platform::closeStream(std::move(output)));
         return Support::readFile(_folder.file("out"));
     }
@@ -486,8 +486,7 @@ TEST_F(ToolkitPDFBookletTest, AWatermarkStandsOnEveryPageOfTheBooklet)
                            .position = {60, 300},
                            .size = 30,
                            .text = "DRAFT"};
-    const std::string marked =
-        changed(numberedDocument(8), [&](const Job &job) { applyWatermarkToPDF(watermark, job); });
+    const std::string marked = changed(numberedDocument(8), watermark);
     const auto sides = rendered(folded(marked));
     ASSERT_EQ(4U, sides.size());
     EXPECT_EQ((std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8}), readFolded(sides, Ordering::LeftToRight));

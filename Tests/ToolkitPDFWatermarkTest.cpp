@@ -1,4 +1,4 @@
-#include "PDFWatermark.h"
+#include "PDFCommands.h"
 
 #include "PDFBuilder.h"
 #include "PDFPage.h"
@@ -55,7 +55,7 @@ protected:
         _folder.write("in", document);
         const Platform::Stream input = Platform::openForReading(_folder.file("in"));
         Platform::Stream output = Platform::openForWriting(_folder.file("out"));
-        applyWatermarkToPDF(watermark, {input.get(), output.get(), ""});
+        applyToPDF(watermark, {input.get(), output.get(), ""});
         EXPECT_TRUE(Platform::closeStream(std::move(output)));
         return Support::readFile(_folder.file("out"));
     }

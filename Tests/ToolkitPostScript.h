@@ -43,12 +43,7 @@ inline std::string processed(std::string_view document, const Command &command,
     const Platform::Stream input = Platform::openForReading(folder.write("input.ps", document));
     Platform::Stream output = Platform::openForWriting(folder.file("output.ps"));
     const Job job = {input.get(), output.get(), ppd.empty() ? "" : folder.write("queue.ppd", ppd)};
-    if (const auto *watermark = std::get_if<Watermark>(&command))
-        applyWatermarkToPostScript(*watermark, job);
-    else if (const auto *booklet = std::get_if<Booklet>(&command))
-        applyBookletToPostScript(*booklet, job);
-    else
-        applyCoverPagesToPostScript(std::get<CoverPages>(command), job);
+    std::visit([&](const auto &request) { applyToPostScript(request, job); }, command);
     Platform::closeStream(std::move(output));
     return Support::readFile(folder.file("output.ps"));
 }

@@ -1,4 +1,4 @@
-#include "PDFBooklet.h"
+#include "PDFCommands.h"
 
 #include "Imposition.h"
 #include "PDFDocument.h"
@@ -178,7 +178,7 @@ void askForDuplex(PDFDocument &document)
 
 } // namespace
 
-void applyBookletToPDF(const Booklet &booklet, const Job &job)
+void applyToPDF(const Booklet &booklet, const Job &job)
 {
     const SheetLayout layout = sheetLayout(sheetSize(booklet, job.ppdPath), booklet);
     PDFDocument document(job.input);

@@ -1,4 +1,4 @@
-#include "PDFWatermark.h"
+#include "PDFCommands.h"
 
 #include "PDFDocument.h"
 #include "PDFPage.h"
@@ -212,7 +212,7 @@ QPDFObjectHandle Stamp::sharedStream(const std::string &bytes)
 
 } // namespace
 
-void applyWatermarkToPDF(const Watermark &watermark, const Job &job)
+void applyToPDF(const Watermark &watermark, const Job &job)
 {
     PDFDocument document(job.input);
     const ShapedText text = watermarkText(watermark);

@@ -162,7 +162,7 @@ void BookletWriter::writeHalf(std::uint64_t pageNumber, const Rectangle &area)
 
 } // namespace
 
-void applyBookletToPostScript(const Booklet &booklet, const Job &job)
+void applyToPostScript(const Booklet &booklet, const Job &job)
 {
     BookletWriter(booklet, job).write();
 }

@@ -8,10 +8,10 @@
 // request cannot be served, and leave an output behind then that is of no use.
 
 /// Draws the text on every page.
-void applyWatermarkToPostScript(const Watermark &watermark, const Job &job);
+void applyToPostScript(const Watermark &watermark, const Job &job);
 
 /// Puts the pages two on a side, in the order for folding.
-void applyBookletToPostScript(const Booklet &booklet, const Job &job);
+void applyToPostScript(const Booklet &booklet, const Job &job);
 
 /// Feeds cover sheets before and behind the job.
-void applyCoverPagesToPostScript(const CoverPages &coverPages, const Job &job);
+void applyToPostScript(const CoverPages &coverPages, const Job &job);

@@ -233,7 +233,7 @@ void CoverPagesWriter::writePage(const DSCPage &page)
 
 } // namespace
 
-void applyCoverPagesToPostScript(const CoverPages &coverPages, const Job &job)
+void applyToPostScript(const CoverPages &coverPages, const Job &job)
 {
     CoverPagesWriter(coverPages, job).write();
 }

@@ -74,7 +74,7 @@ std::string requestOf(const Watermark &watermark)
 
 } // namespace
 
-void applyWatermarkToPostScript(const Watermark &watermark, const Job &job)
+void applyToPostScript(const Watermark &watermark, const Job &job)
 {
     const DSCDocument document(job.input);
     DocumentWriter writer(document, job.output);

@@ -1,8 +1,7 @@
 #include "carryOut.h"
 
 #include "OutputFile.h"
-#include "PDFBooklet.h"
-#include "PDFWatermark.h"
+#include "PDFCommands.h"
 #include "PostScriptCommands.h"
 #include "Streams.h"
 #include "ToolkitError.h"
@@ -10,6 +9,7 @@
 #include <cerrno>
 #include <string_view>
 #include <sys/stat.h>
+#include <variant>
 
 namespace {
 
@@ -29,26 +29,6 @@ Format formatOf(std::FILE *input)
     if (head == "%PDF-")
         return Format::PDF;
     throw ToolkitError("The input is neither a PostScript nor a PDF document.");
-}
-
-void carryOutPostScript(const Command &command, const Job &job)
-{
-    if (const auto *watermark = std::get_if<Watermark>(&command))
-        applyWatermarkToPostScript(*watermark, job);
-    else if (const auto *booklet = std::get_if<Booklet>(&command))
-        applyBookletToPostScript(*booklet, job);
-    else
-        applyCoverPagesToPostScript(std::get<CoverPages>(command), job);
-}
-
-void carryOutPDF(const Command &command, const Job &job)
-{
-    if (const auto *watermark = std::get_if<Watermark>(&command))
-        applyWatermarkToPDF(*watermark, job);
-    else if (const auto *booklet = std::get_if<Booklet>(&command))
-        applyBookletToPDF(*booklet, job);
-    else
-        throw ToolkitError("Cover pages need a PostScript document: PDF cannot choose trays.");
 }
 
 /// @param problem  errno of an input that could not be opened
@@ -73,9 +53,13 @@ void carryOut(const Arguments &arguments, const std::string &ppdPath)
     requireRegularFile(input.get(), problem);
 
     const Job job{.input = input.get(), .output = output.stream(), .ppdPath = ppdPath};
-    if (formatOf(input.get()) == Format::PDF)
-        carryOutPDF(command, job);
-    else
-        carryOutPostScript(command, job);
+    const Format format = formatOf(input.get());
+    const auto apply = [&](const auto &request) {
+        if (format == Format::PDF)
+            applyToPDF(request, job);
+        else
+            applyToPostScript(request, job);
+    };
+    std::visit(apply, command);
     output.commit();
 }
