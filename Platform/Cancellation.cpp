@@ -21,7 +21,7 @@ struct MadeFile {
     bool unfinished;
 };
 
-/// Slots change only while the signals are held back.
+/// Their paths change only while the signals are held back.
 MadeFile madeFiles[kMostFiles];
 volatile pid_t childToEnd = 0;
 

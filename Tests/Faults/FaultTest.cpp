@@ -109,7 +109,7 @@ std::uint64_t FaultTest::strikeEveryCall(
     return struck;
 }
 
-std::vector<std::string> linesOf(const std::string &text)
+std::vector<std::string> saidLines(const std::string &text)
 {
     std::vector<std::string> lines;
     std::istringstream stream(text);

@@ -57,8 +57,8 @@ private:
     void makeFonts() const;
 };
 
-/// The lines of a text without their ends.
-std::vector<std::string> linesOf(const std::string &text);
+/// What a program has said, line by line, without the lines' ends.
+std::vector<std::string> saidLines(const std::string &text);
 
 /// Whether it was the write of a line to standard error that was struck: the run cannot say so. A
 /// line goes out in one write, and no second one makes up for it.

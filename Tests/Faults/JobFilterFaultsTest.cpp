@@ -178,7 +178,7 @@ protected:
     /// What was sent, going by what was said.
     std::string outputThatFits(const FaultedRun &run) const
     {
-        const auto lines = linesOf(run.result.errors);
+        const auto lines = saidLines(run.result.errors);
         Commands failed;
         for (const auto &[command, failure] : kFailures) {
             if (std::ranges::find(lines, "ERROR: " + failure) != lines.end())
@@ -209,7 +209,7 @@ protected:
     /// Only lines that are documented, each with those that belong to it.
     static void expectKnownLines(const FaultedRun &run)
     {
-        auto lines = linesOf(run.result.errors);
+        auto lines = saidLines(run.result.errors);
         if (!lines.empty() && lines.back().starts_with("CRIT: "))
             lines.pop_back();
         std::erase(lines, ""); // the toolkit's own words may end in a line end
@@ -270,7 +270,7 @@ protected:
         }
         EXPECT_EQ(1, run.result.exitStatus);
         EXPECT_THAT(expected, StartsWith(run.result.output));
-        const auto lines = linesOf(run.result.errors);
+        const auto lines = saidLines(run.result.errors);
         EXPECT_THAT(lines.empty() ? "no line" : lines.back(), StartsWith("CRIT: "));
         expectKeptJob(run);
     }
@@ -464,7 +464,7 @@ TEST_F(JobForTheToolkitFaultsTest, ToolkitKilledAtAnyTime)
         const auto check = [&](const FaultedRun &run) {
             expectKnownLines(run);
             EXPECT_EQ(0, run.result.exitStatus);
-            EXPECT_EQ(run.struck ? 2U : 0U, linesOf(run.result.errors).size());
+            EXPECT_EQ(run.struck ? 2U : 0U, saidLines(run.result.errors).size());
             EXPECT_EQ(outputThatFits(run), run.result.output);
             EXPECT_THAT(temporaryFiles(), IsEmpty());
         };
@@ -720,7 +720,7 @@ TEST_F(JobForTheToolkitFaultsTest, DiskOfAnySizeThatIsFull)
         expectAllOrALine({"full disk", {Fault::Kind::Fails}}, run);
         EXPECT_EQ(0, run.result.signal);
         enough = run.result.errors.empty();
-        for (const std::string &line : linesOf(run.result.errors)) {
+        for (const std::string &line : saidLines(run.result.errors)) {
             if (!line.starts_with("DEBUG: "))
                 seen.insert(line);
         }

@@ -1,0 +1,108 @@
+#include "Cancellation.h"
+
+#include "TemporaryFolder.h"
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+using namespace Platform;
+using testing::ElementsAre;
+using testing::ExitedWithCode;
+using testing::IsEmpty;
+using testing::KilledBySignal;
+
+namespace {
+
+/// Every case cancels a process of its own, for which the test's macros care.
+class CancellationTest : public testing::Test {
+protected:
+    Support::TemporaryFolder folder;
+};
+
+} // namespace
+
+TEST_F(CancellationTest, EachSignalRemovesTheFilesAndIsDeadly)
+{
+    for (const int signalNumber : {SIGTERM, SIGINT, SIGHUP}) {
+        const std::string path = folder.write("made", "");
+        EXPECT_EXIT(
+            {
+                cleanUpWhenCancelled();
+                removeWhenCancelled(path);
+                raise(signalNumber);
+            },
+            KilledBySignal(signalNumber), "");
+        EXPECT_THAT(folder.names(), IsEmpty());
+    }
+}
+
+TEST_F(CancellationTest, AFileThatIsTakenOffTheListStays)
+{
+    const std::string removed = folder.write("removed", "");
+    const std::string kept = folder.write("kept", "");
+    EXPECT_EXIT(
+        {
+            cleanUpWhenCancelled();
+            removeWhenCancelled(removed);
+            removeWhenCancelled(kept);
+            keepWhenCancelled(kept);
+            keepWhenCancelled(folder.file("never on the list"));
+            raise(SIGTERM);
+        },
+        KilledBySignal(SIGTERM), "");
+    EXPECT_THAT(folder.names(), ElementsAre("kept"));
+}
+
+TEST_F(CancellationTest, ASignalThatTheParentIgnoresStaysIgnored)
+{
+    const std::string path = folder.write("made", "");
+    EXPECT_EXIT(
+        {
+            std::signal(SIGHUP, SIG_IGN);
+            cleanUpWhenCancelled();
+            removeWhenCancelled(path);
+            raise(SIGHUP);
+            _exit(7);
+        },
+        ExitedWithCode(7), "");
+    EXPECT_THAT(folder.names(), ElementsAre("made"));
+}
+
+TEST_F(CancellationTest, ADelayHoldsTheSignalsBackAndLosesNone)
+{
+    EXPECT_EXIT(
+        {
+            cleanUpWhenCancelled();
+            {
+                const CancellationDelay delay;
+                raise(SIGTERM);
+                // Has a delay of its own, which must not end this one.
+                removeWhenCancelled(folder.write("made while it waits", ""));
+                folder.write("reached", "");
+            }
+            folder.write("beyond", "");
+            _exit(8);
+        },
+        KilledBySignal(SIGTERM), "");
+    EXPECT_THAT(folder.names(), ElementsAre("reached"));
+}
+
+TEST_F(CancellationTest, TheListSaysWhatItHasNoRoomFor)
+{
+    const auto isRight = [] {
+        if (removeWhenCancelled(std::string(1024, 'x')) ||
+            !removeWhenCancelled(std::string(1023, 'x')))
+            return false;
+        for (int number = 2; number <= 8; ++number) {
+            if (!removeWhenCancelled(std::to_string(number)))
+                return false;
+        }
+        if (removeWhenCancelled("9"))
+            return false;
+        keepWhenCancelled("5");
+        return removeWhenCancelled("9");
+    };
+    EXPECT_EXIT(_exit(isRight() ? 0 : 1), ExitedWithCode(0), "");
+}
