@@ -1,5 +1,6 @@
 #include "Fuzzing.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>

@@ -250,6 +250,16 @@ TEST_F(JobFilterProgramTest, TheHeaderEndsBeforeATitleThatIsCutWithinACharacter)
     EXPECT_EQ("\033%-12345X@PJL\nx" + jobEnd(), runProgram(job).output);
 }
 
+// The same 32 bytes: here in whatever PPD, as libcups leaves the user's letters alone.
+TEST_F(JobFilterProgramTest, TheHeaderEndsBeforeAUserNameThatIsCutWithinACharacter)
+{
+    Support::ProgramCall job = call("x");
+    job.arguments[2] = std::string(29, 'a') + "\xC3\xA9";
+    EXPECT_EQ("\033%-12345X@PJL\nx" + jobEnd(), runProgram(job).output);
+    job.arguments[2].erase(0, 1);
+    EXPECT_THAT(runProgram(job).output, HasSubstr("aaa\xC3\xA9\"\n@PJL SET COPIES = 2\r\n"));
+}
+
 TEST_F(JobFilterProgramTest, TheHeaderEndsBeforeAUserNameThatIsNotUTF8)
 {
     Support::ProgramCall job = call("x");
