@@ -1,6 +1,7 @@
 #include "ChildMessages.h"
 
 #include "Cancellation.h"
+#include "Waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -45,13 +46,11 @@ std::string errorOf(const ChildReport &report)
 /// Whether the process of that id has gone, or goes within a second.
 bool isGone(pid_t process)
 {
-    for (int tries = 0; tries < 100; ++tries) {
+    const auto isNone = [process] {
         waitpid(process, nullptr, WNOHANG); // an orphan may have become the test's to bury
-        if (kill(process, 0) != 0 && errno == ESRCH)
-            return true;
-        std::this_thread::sleep_for(10ms);
-    }
-    return false;
+        return kill(process, 0) != 0 && errno == ESRCH;
+    };
+    return Support::comesTrue(isNone, 1s);
 }
 
 /// The process that a report's first message names.
@@ -295,8 +294,7 @@ public:
             messagesFromChild(&waitForTermination, ample());
             _exit(0);
         }
-        while (shared->child == 0)
-            std::this_thread::sleep_for(5ms);
+        EXPECT_TRUE(Support::comesTrue([] { return shared->child != 0; }));
     }
 
     /// Sends the signal and waits for the run to end. @return the signal that it died by

@@ -2,6 +2,7 @@
 
 #include "Environment.h"
 #include "TemporaryFolder.h"
+#include "Waiting.h"
 
 #include <array>
 #include <cerrno>
@@ -38,16 +39,12 @@ protected:
 
     static void waitForEndOf(const ChildProcess &child)
     {
-        for (int tries = 0; child.isRunning() && tries < 10000; ++tries)
-            usleep(1000);
-        ASSERT_FALSE(child.isRunning());
+        ASSERT_TRUE(Support::comesTrue([&child] { return !child.isRunning(); }));
     }
 
     void waitForFile(const std::string &name) const
     {
-        for (int tries = 0; !fs::exists(folder.file(name)) && tries < 10000; ++tries)
-            usleep(1000);
-        ASSERT_TRUE(fs::exists(folder.file(name)));
+        ASSERT_TRUE(Support::comesTrue([&] { return fs::exists(folder.file(name)); }));
     }
 
     std::string complaintAbout(const std::string &program) const
@@ -199,13 +196,11 @@ TEST_F(ChildProcessTest, AChildThatNobodyWaitedForIsKilledWithItsGroup)
     }
     const pid_t grandchild = std::stoi(read("pid"));
     // Its new parent may take a while to notice.
-    for (int tries = 0; kill(grandchild, 0) == 0 && tries < 10000; ++tries) {
-        const std::string stat = "/proc/" + read("pid").erase(read("pid").size() - 1) + "/stat";
-        if (!fs::exists(stat) || Support::readFile(stat).find(") Z ") != std::string::npos)
-            return;
-        usleep(1000);
-    }
-    EXPECT_EQ(-1, kill(grandchild, 0));
+    const std::string stat = "/proc/" + std::to_string(grandchild) + "/stat";
+    EXPECT_TRUE(Support::comesTrue([&] {
+        return kill(grandchild, 0) != 0 || !fs::exists(stat) ||
+               Support::readFile(stat).find(") Z ") != std::string::npos;
+    }));
 }
 
 TEST_F(ChildProcessTest, WhatDoesNotStartIsReportedWithItsReason)

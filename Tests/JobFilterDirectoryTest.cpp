@@ -17,6 +17,7 @@
 #include "Program.h"
 #include "ScriptedServer.h"
 #include "TemporaryFolder.h"
+#include "Waiting.h"
 
 using Support::DirectoryServer;
 using Support::LDAPRequest;
@@ -365,17 +366,14 @@ TEST_F(JobFilterDirectoryTest, CancelledJobLeavesNeitherConnectionNorFile)
     std::thread canceller;
     cancelled.afterStart = [&](pid_t program) {
         canceller = std::thread([&server, program] {
-            while (server.connections() == 0)
-                std::this_thread::sleep_for(5ms);
+            EXPECT_TRUE(Support::comesTrue([&server] { return server.connections() > 0; }));
             kill(program, SIGTERM);
         });
     };
     const auto begin = Clock::now();
     EXPECT_EQ(SIGTERM, runProgram(cancelled).signal);
     canceller.join();
-    for (int tries = 0; tries < 100 && !*gone; ++tries)
-        std::this_thread::sleep_for(10ms);
-    EXPECT_TRUE(*gone);
+    EXPECT_TRUE(Support::comesTrue([gone] { return *gone; }));
     EXPECT_LT(Clock::now() - begin, 5s); // not the time limit's doing
     EXPECT_THAT(leftovers(), IsEmpty());
 }

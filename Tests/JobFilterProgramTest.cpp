@@ -1,6 +1,7 @@
 #include "MinimalPPD.h"
 #include "Program.h"
 #include "TemporaryFolder.h"
+#include "Waiting.h"
 
 #include <cups/ppd.h>
 
@@ -81,6 +82,12 @@ protected:
         for (const auto &entry : fs::directory_iterator(temporaries))
             names.push_back(entry.path().filename());
         return names;
+    }
+
+    void waitForSpoolFile() const
+    {
+        EXPECT_TRUE(Support::comesTrue([this] { return !leftovers().empty(); }));
+        EXPECT_THAT(leftovers(), ElementsAre(StartsWith("jobfilter-")));
     }
 
     Support::TemporaryFolder folder;
@@ -516,8 +523,7 @@ TEST_F(JobFilterProgramTest, TheSpoolFileDoesNotTakeTheNumberOfClosedStandardErr
         close(STDERR_FILENO);
     };
     withoutErrors.afterStart = [this, &waiting](pid_t program) {
-        for (int tries = 0; leftovers().empty() && tries < 3000; ++tries)
-            usleep(10000);
+        waitForSpoolFile();
         EXPECT_EQ("/dev/null", fs::read_symlink("/proc/" + std::to_string(program) + "/fd/2"));
         close(waiting[1]);
     };
@@ -545,9 +551,7 @@ TEST_F(JobFilterProgramTest, ACancelledJobLeavesNoFileAndDiesByItsSignal)
         // Standard input stays open without a byte in it: the program waits inside its spooling.
         cancelled.inChild = [&waiting] { dup2(waiting[0], STDIN_FILENO); };
         cancelled.afterStart = [this, signalNumber](pid_t program) {
-            for (int tries = 0; leftovers().empty() && tries < 3000; ++tries)
-                usleep(10000);
-            EXPECT_THAT(leftovers(), ElementsAre(StartsWith("jobfilter-")));
+            waitForSpoolFile();
             kill(program, signalNumber);
         };
         const auto result = runProgram(cancelled);
@@ -570,8 +574,7 @@ TEST_F(JobFilterProgramTest, ASignalThatIsIgnoredStaysIgnored)
         dup2(waiting[0], STDIN_FILENO);
     };
     protectedCall.afterStart = [this, &waiting](pid_t program) {
-        for (int tries = 0; leftovers().empty() && tries < 3000; ++tries)
-            usleep(10000);
+        waitForSpoolFile();
         kill(program, SIGHUP);
         close(waiting[1]);
     };

@@ -1,6 +1,7 @@
 #include "MinimalPPD.h"
 #include "Program.h"
 #include "TemporaryFolder.h"
+#include "Waiting.h"
 
 #include <csignal>
 #include <fcntl.h>
@@ -73,9 +74,7 @@ protected:
 
     void waitForFile(const std::string &name) const
     {
-        for (int tries = 0; !fs::exists(folder.file(name)) && tries < 10000; ++tries)
-            usleep(1000);
-        ASSERT_TRUE(fs::exists(folder.file(name)));
+        ASSERT_TRUE(Support::comesTrue([&] { return fs::exists(folder.file(name)); }));
     }
 
     static constexpr char kToolkit[] = "Panel.bundle/Contents/Linux/toolkit";
@@ -111,16 +110,13 @@ pid_t pidIn(const std::string &path)
 bool ends(pid_t process)
 {
     const std::string stat = "/proc/" + std::to_string(process) + "/stat";
-    for (int tries = 0; tries < 10000; ++tries) {
+    return Support::comesTrue([&stat] {
         try {
-            if (Support::readFile(stat).find(") Z ") != std::string::npos)
-                return true;
+            return Support::readFile(stat).find(") Z ") != std::string::npos;
         } catch (const std::runtime_error &) {
             return true;
         }
-        usleep(1000);
-    }
-    return false;
+    });
 }
 
 } // namespace

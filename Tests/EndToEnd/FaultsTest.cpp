@@ -1,9 +1,8 @@
 #include "EndToEndTest.h"
 
-#include <chrono>
-#include <functional>
-#include <thread>
+#include "Support/Waiting.h"
 
+using Support::comesTrue;
 using Support::lpOption;
 using Support::PJLJob;
 using testing::Contains;
@@ -15,17 +14,6 @@ namespace {
 
 class FaultsTest : public EndToEndTest {
 protected:
-    /// Waits for half a minute at most. @return whether it came true
-    static bool comesTrue(const std::function<bool()> &condition)
-    {
-        for (int turn = 0; turn < 1500; turn++) {
-            if (condition())
-                return true;
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        }
-        return false;
-    }
-
     static bool temporaryFileBegins(const std::string &prefix)
     {
         for (const std::string &name : scheduler().temporaryFiles())

@@ -1,6 +1,7 @@
 #include "PrivateScheduler.h"
 
 #include "Loopback.h"
+#include "Waiting.h"
 
 #include <cups/cups.h>
 
@@ -8,7 +9,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <grp.h>
 #include <memory>
 #include <pwd.h>
@@ -17,7 +17,6 @@
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -56,17 +55,6 @@ JobKillDelay 1
 )";
 
 using Response = std::unique_ptr<ipp_t, decltype(&ippDelete)>;
-
-bool waitFor(std::chrono::seconds limit, const std::function<bool()> &condition)
-{
-    const auto end = std::chrono::steady_clock::now() + limit;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return true;
-}
 
 /// The scheduler's jobs must not run as root: root's scheduler hands them to "lp", as Debian's
 /// does.
@@ -159,7 +147,7 @@ void PrivateScheduler::start()
               nullptr);
         _exit(127);
     }
-    if (!waitFor(std::chrono::seconds(20), [this] { return comesUp(); })) {
+    if (!comesTrue([this] { return comesUp(); }, std::chrono::seconds(20))) {
         stop();
         throw std::runtime_error("the scheduler does not come up:\n" + log());
     }
@@ -177,7 +165,7 @@ void PrivateScheduler::stop()
 {
     kill(_process, SIGTERM);
     const auto hasEnded = [this] { return waitpid(_process, nullptr, WNOHANG) != 0; };
-    if (waitFor(std::chrono::seconds(15), hasEnded))
+    if (comesTrue(hasEnded, std::chrono::seconds(15)))
         return;
     kill(_process, SIGKILL);
     waitpid(_process, nullptr, 0);
@@ -233,7 +221,7 @@ JobStatus PrivateScheduler::waitForJob(int job) const
         return last.state == "completed" || last.state == "canceled" || last.state == "aborted" ||
                last.state == "stopped" || last.state == "processing-stopped";
     };
-    if (!waitFor(std::chrono::seconds(60), hasEnded))
+    if (!comesTrue(hasEnded, std::chrono::seconds(60)))
         throw std::runtime_error("job " + std::to_string(job) + " is still " + last.state + ":\n" +
                                  log(job));
     return last;

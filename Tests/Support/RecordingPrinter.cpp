@@ -1,5 +1,7 @@
 #include "RecordingPrinter.h"
 
+#include "Waiting.h"
+
 #include <array>
 #include <poll.h>
 #include <stdexcept>
@@ -52,11 +54,8 @@ void RecordingPrinter::stall(bool stalled)
 void RecordingPrinter::finishJobs()
 {
     stall(false);
-    for (int turn = 0; _openConnections > 0; turn++) {
-        if (turn == 1500)
-            throw std::runtime_error("a connection to the printer does not end");
-        std::this_thread::sleep_for(std::chrono::milliseconds(kPatience));
-    }
+    if (!comesTrue([this] { return _openConnections == 0; }))
+        throw std::runtime_error("a connection to the printer does not end");
 }
 
 void RecordingPrinter::acceptConnections(const std::stop_token &stop)
