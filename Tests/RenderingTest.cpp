@@ -95,6 +95,19 @@ TEST(RenderingTest, PagesAreEqualOnlyPixelForPixel)
     EXPECT_FALSE(pages.at(0) == pages.at(2));
 }
 
+TEST(RenderingTest, ChangesAreCountedPixelForPixelOnPagesOfOneSize)
+{
+    const auto pages = renderText(kTwoPages).pages;
+    const auto isOther = [](Colour was, Colour is) { return was != is; };
+    EXPECT_EQ(0U, pages[0].countChanges(pages[0], isOther));
+    // The red box is black from 50 on, and the rest of the black half was white.
+    const auto turnedWhite = [](Colour was, Colour is) { return was != kWhite && is == kWhite; };
+    EXPECT_EQ(30U * 30 + 50 * 10, pages[1].countChanges(pages[0], turnedWhite));
+    EXPECT_EQ(30U * 30 + 50 * 10 + 200 * 50, pages[1].countChanges(pages[0], isOther));
+    const auto finer = renderText(kTwoPages, {.resolution = 144}).pages;
+    EXPECT_THROW(finer[0].countChanges(pages[0], isOther), std::invalid_argument);
+}
+
 TEST(RenderingTest, PostScriptErrorIsThrownWithItsName)
 {
     try {

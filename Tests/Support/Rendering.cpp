@@ -106,6 +106,18 @@ double RenderedPage::shareOf(Colour colour) const
     return shareWhere(isColour(colour));
 }
 
+std::size_t
+RenderedPage::countChanges(const RenderedPage &before,
+                           const std::function<bool(Colour was, Colour is)> &condition) const
+{
+    if (before._columns != _columns || before._rows != _rows)
+        throw std::invalid_argument("the pages differ in size");
+    std::size_t count = 0;
+    for (std::size_t pixel = 0; pixel < _pixels.size(); ++pixel)
+        count += condition(before._pixels[pixel], _pixels[pixel]) ? 1U : 0U;
+    return count;
+}
+
 template <class Weight>
 std::optional<Box> RenderedPage::boxWhere(const Weight &weightOf) const
 {

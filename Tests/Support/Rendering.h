@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -67,6 +68,12 @@ public:
     double coverage() const;
     /// How much of the page has exactly that colour, from 0 to 1.
     double shareOf(Colour colour) const;
+
+    /// How many pixels a condition holds for, told what each of them was on another page and what
+    /// it is here.
+    /// @throws std::invalid_argument when the two pages differ in size
+    std::size_t countChanges(const RenderedPage &before,
+                             const std::function<bool(Colour was, Colour is)> &condition) const;
 
     /// Whether size and every pixel are the same.
     bool operator==(const RenderedPage &) const = default;

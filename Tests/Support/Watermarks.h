@@ -48,4 +48,16 @@ inline Box inkBoxOf(const Watermark &watermark)
     return box;
 }
 
+/// How many pixels a red watermark has changed beside its text. Above a page's marks the text takes
+/// the place of everything, below them that of white only.
+/// @throws std::invalid_argument when the page has another size with the watermark than without
+inline std::size_t changesBesideText(const RenderedPage &before, const RenderedPage &after,
+                                     bool above)
+{
+    return after.countChanges(before, [above](Colour was, Colour is) {
+        const bool isText = is == kRed && (above || was == kWhite);
+        return is != was && !isText;
+    });
+}
+
 } // namespace Support
