@@ -60,8 +60,6 @@ std::optional<std::string> textBetween(const std::string &text, const std::strin
 /// The built program with a queue and a directory.
 class JobFilterDirectoryTest : public testing::Test {
 protected:
-    JobFilterDirectoryTest() { std::filesystem::create_directory(_temporaries); }
-
     /// A job of anna's that asks for the directory of these servers.
     ProgramCall call(const std::string &servers, const std::string &options = "") const
     {
@@ -69,7 +67,7 @@ protected:
         return {.arguments = {JOBFILTER_PROGRAM, "7", "anna", "Report", "1",
                               "UseOpenDirectoryForAuthentication=true " + options},
                 .environment = {{"PPD", _ppd},
-                                {"TMPDIR", _temporaries},
+                                {"TMPDIR", _temporaries.path()},
                                 {"LDAPCONF", _folder.write("ldap.conf", configuration)}},
                 .input = "%!PS\n"};
     }
@@ -95,17 +93,9 @@ protected:
         return at == std::string::npos ? log : log.erase(at, kNoToolkit.size());
     }
 
-    std::vector<std::string> leftovers() const
-    {
-        std::vector<std::string> names;
-        for (const auto &entry : std::filesystem::directory_iterator(_temporaries))
-            names.push_back(entry.path().filename());
-        return names;
-    }
-
     Support::TemporaryFolder _folder;
     std::string _ppd = _folder.write("queue.ppd", Support::minimalPPD(kPrintModeOption));
-    std::string _temporaries = _folder.file("tmp");
+    Support::TemporaryFolder _temporaries;
 };
 
 /// A server with one context and anna in it.
@@ -375,7 +365,7 @@ TEST_F(JobFilterDirectoryTest, CancelledJobLeavesNeitherConnectionNorFile)
     canceller.join();
     EXPECT_TRUE(Support::comesTrue([gone] { return *gone; }));
     EXPECT_LT(Clock::now() - begin, 5s); // not the time limit's doing
-    EXPECT_THAT(leftovers(), IsEmpty());
+    EXPECT_THAT(_temporaries.names(), IsEmpty());
 }
 
 // Jobs that do not ask.

@@ -40,14 +40,12 @@ std::string jobEnd(const std::string &pageSize = "A4")
 /// The built program with a queue's PPD and a temporary directory of its own.
 class JobFilterProgramTest : public testing::Test {
 protected:
-    JobFilterProgramTest() { fs::create_directory(temporaries); }
-
     /// The call for a job that comes on standard input.
     Support::ProgramCall call(const std::string &input, const std::string &options = "") const
     {
         Support::ProgramCall result;
         result.arguments = {JOBFILTER_PROGRAM, "7", "anna", "Report", "2", options};
-        result.environment = {{"PPD", ppdPath}, {"TMPDIR", temporaries}};
+        result.environment = {{"PPD", ppdPath}, {"TMPDIR", temporaries.path()}};
         result.input = input;
         return result;
     }
@@ -75,24 +73,15 @@ protected:
         return text.insert(text.find('\n', jobName) + 1, "@PJL SET COPIES = 2\r\n");
     }
 
-    /// The names of what the run left in the temporary directory.
-    std::vector<std::string> leftovers() const
-    {
-        std::vector<std::string> names;
-        for (const auto &entry : fs::directory_iterator(temporaries))
-            names.push_back(entry.path().filename());
-        return names;
-    }
-
     void waitForSpoolFile() const
     {
-        EXPECT_TRUE(Support::comesTrue([this] { return !leftovers().empty(); }));
-        EXPECT_THAT(leftovers(), ElementsAre(StartsWith("jobfilter-")));
+        EXPECT_TRUE(Support::comesTrue([this] { return !temporaries.names().empty(); }));
+        EXPECT_THAT(temporaries.names(), ElementsAre(StartsWith("jobfilter-")));
     }
 
     Support::TemporaryFolder folder;
     std::string ppdPath = folder.write("queue.ppd", Support::minimalPPD());
-    std::string temporaries = folder.file("tmp");
+    Support::TemporaryFolder temporaries; ///< the program's temporary directory
 };
 
 /// Root reads and writes everything: a program that root starts becomes someone else, who may
@@ -141,7 +130,7 @@ TEST_F(JobFilterProgramTest, TooFewOrTooManyArgumentsGetTheUsage)
         EXPECT_EQ("", result.output);
         EXPECT_EQ(1, result.exitStatus);
     }
-    EXPECT_THAT(leftovers(), IsEmpty());
+    EXPECT_THAT(temporaries.names(), IsEmpty());
 }
 
 TEST_F(JobFilterProgramTest, AJobIdThatIsNoNumberCountsAsZeroAndCopiesGoAsTheyStand)
@@ -164,7 +153,7 @@ TEST_F(JobFilterProgramTest, AJobFromStandardInputIsHeaderBodyAndJobEnd)
     EXPECT_EQ(header() + binaryBody() + jobEnd(), result.output);
     EXPECT_EQ(kNoToolkit, result.errors);
     EXPECT_EQ(0, result.exitStatus);
-    EXPECT_THAT(leftovers(), IsEmpty());
+    EXPECT_THAT(temporaries.names(), IsEmpty());
 }
 
 TEST_F(JobFilterProgramTest, AJobFromAFileIsTheSameAndTheFileStays)
@@ -174,7 +163,7 @@ TEST_F(JobFilterProgramTest, AJobFromAFileIsTheSameAndTheFileStays)
     EXPECT_EQ(header() + binaryBody() + jobEnd(), result.output);
     EXPECT_EQ(0, result.exitStatus);
     EXPECT_EQ(binaryBody(), Support::readFile(path));
-    EXPECT_THAT(leftovers(), IsEmpty());
+    EXPECT_THAT(temporaries.names(), IsEmpty());
 }
 
 // Pipes and files are moved by the kernel, these are not.
@@ -188,7 +177,7 @@ TEST_F(JobFilterProgramTest, AJobFromASocketOntoTheEndOfAFileIsTheSame)
     };
     EXPECT_EQ(0, runProgram(call).exitStatus);
     EXPECT_EQ("before " + header() + binaryBody() + jobEnd(), Support::readFile(outputPath));
-    EXPECT_THAT(leftovers(), IsEmpty());
+    EXPECT_THAT(temporaries.names(), IsEmpty());
 }
 
 TEST_F(JobFilterProgramTest, AnEmptyJobIsHeaderAndJobEnd)
@@ -196,7 +185,7 @@ TEST_F(JobFilterProgramTest, AnEmptyJobIsHeaderAndJobEnd)
     const auto result = runProgram(call(""));
     EXPECT_EQ(header() + jobEnd(), result.output);
     EXPECT_EQ(0, result.exitStatus);
-    EXPECT_THAT(leftovers(), IsEmpty());
+    EXPECT_THAT(temporaries.names(), IsEmpty());
 }
 
 TEST_F(JobFilterProgramTest, ANamedFileIsReadInsteadOfStandardInput)
@@ -333,20 +322,20 @@ TEST_F(JobFilterProgramTest, AMissingTemporaryDirectoryFailsTheSpooling)
 TEST_F(JobFilterProgramTest, AReadOnlyTemporaryDirectoryFailsTheSpooling)
 {
     fs::permissions(folder.path(), fs::perms(0755));
-    fs::permissions(temporaries, fs::perms(0555));
+    fs::permissions(temporaries.path(), fs::perms(0555));
     Support::ProgramCall readOnly = call("x");
     readOnly.inChild = &becomeOrdinaryUser;
     const auto result = runProgram(readOnly);
     EXPECT_EQ("CRIT: Unable to spool print job\n", result.errors);
     EXPECT_EQ("", result.output);
     EXPECT_EQ(1, result.exitStatus);
-    EXPECT_THAT(leftovers(), IsEmpty());
+    EXPECT_THAT(temporaries.names(), IsEmpty());
 }
 
 TEST_F(JobFilterProgramTest, ATemporaryDirectoryWhosePathIsTooLongFailsTheSpooling)
 {
     // 1023 bytes, the most that a path may have: none is left for the file's name.
-    std::string longest = temporaries;
+    std::string longest = temporaries.path();
     while (longest.size() < 1023 - 200)
         longest += "/" + std::string(150, 'd');
     longest += "/" + std::string(1023 - longest.size() - 1, 'e');
@@ -371,8 +360,9 @@ TEST_F(JobFilterProgramTest, AFullDiskFailsTheSpoolingAndThePartlyWrittenFileSta
     EXPECT_EQ("CRIT: Unable to spool print job\n", result.errors);
     EXPECT_EQ("", result.output);
     EXPECT_EQ(1, result.exitStatus);
-    ASSERT_EQ(1U, leftovers().size());
-    EXPECT_EQ(std::string(30000, 'x'), Support::readFile(temporaries + "/" + leftovers().front()));
+    ASSERT_EQ(1U, temporaries.names().size());
+    EXPECT_EQ(std::string(30000, 'x'),
+              Support::readFile(temporaries.file(temporaries.names().front())));
 }
 
 TEST_F(JobFilterProgramTest, AFullDiskAtTheLastBufferedBytesFailsTheSpooling)
@@ -431,8 +421,8 @@ TEST_F(JobFilterProgramTest, OutputThatCannotBeWrittenFailsTheJobAndKeepsTheSpoo
                   result.errors)
             << size;
         EXPECT_EQ(1, result.exitStatus) << size;
-        ASSERT_EQ(1U, leftovers().size()) << size;
-        fs::remove(temporaries + "/" + leftovers().front());
+        ASSERT_EQ(1U, temporaries.names().size()) << size;
+        fs::remove(temporaries.file(temporaries.names().front()));
     }
 }
 
@@ -481,7 +471,7 @@ TEST_F(JobFilterProgramTest, WithoutAPPDTheJobFailsAndLeavesNothing)
               result.errors);
     EXPECT_EQ("", result.output);
     EXPECT_EQ(1, result.exitStatus);
-    EXPECT_THAT(leftovers(), IsEmpty());
+    EXPECT_THAT(temporaries.names(), IsEmpty());
 }
 
 TEST_F(JobFilterProgramTest, ALineBreakInThePPDsNameMakesNoSecondLine)
@@ -557,7 +547,7 @@ TEST_F(JobFilterProgramTest, ACancelledJobLeavesNoFileAndDiesByItsSignal)
         const auto result = runProgram(cancelled);
         EXPECT_EQ(signalNumber, result.signal);
         EXPECT_EQ("", result.errors);
-        EXPECT_THAT(leftovers(), IsEmpty());
+        EXPECT_THAT(temporaries.names(), IsEmpty());
         close(waiting[0]);
         close(waiting[1]);
     }

@@ -31,7 +31,6 @@ class ToolkitProgramTest : public testing::Test {
 protected:
     ToolkitProgramTest()
     {
-        fs::create_directory(temporaries);
         fs::create_directories(folder.file("Panel.bundle/Contents/Linux"));
         folder.write("queue.ppd", Support::minimalPPD("*APDialogExtension: \"" +
                                                       folder.file("Panel.bundle") + "\"\n"));
@@ -51,7 +50,7 @@ protected:
     {
         Support::ProgramCall result;
         result.arguments = {JOBFILTER_PROGRAM, "7", "anna", "Report", "1", options};
-        result.environment = {{"PPD", folder.file("queue.ppd")}, {"TMPDIR", temporaries}};
+        result.environment = {{"PPD", folder.file("queue.ppd")}, {"TMPDIR", temporaries.path()}};
         result.input = "page";
         return result;
     }
@@ -64,14 +63,6 @@ protected:
         return result;
     }
 
-    std::vector<std::string> temporaryNames() const
-    {
-        std::vector<std::string> names;
-        for (const auto &entry : fs::directory_iterator(temporaries))
-            names.push_back(entry.path().filename());
-        return names;
-    }
-
     void waitForFile(const std::string &name) const
     {
         ASSERT_TRUE(Support::comesTrue([&] { return fs::exists(folder.file(name)); }));
@@ -80,7 +71,7 @@ protected:
     static constexpr char kToolkit[] = "Panel.bundle/Contents/Linux/toolkit";
 
     Support::TemporaryFolder folder;
-    std::string temporaries = folder.file("tmp");
+    Support::TemporaryFolder temporaries;
     std::string jobPath = folder.write("job.ps", "page");
 };
 
@@ -175,7 +166,7 @@ TEST_F(ToolkitProgramTest, WhatOurOwnToolkitRefusesIsPrintedAsItWas)
                                              "DEBUG: Unable to apply watermark"));
         EXPECT_THAT(result.errors, HasSubstr("ERROR: Unable to apply booklet mode\n"
                                              "DEBUG: Unable to apply booklet mode"));
-        EXPECT_THAT(temporaryNames(), IsEmpty());
+        EXPECT_THAT(temporaries.names(), IsEmpty());
     }
 }
 
@@ -244,7 +235,7 @@ TEST_F(ToolkitProgramTest, NoFileOfASpooledJobRemains)
     for (const char *failing : {"none", "watermark", "booklet", "coverpages", "*"}) {
         writeToolkit("case $1 in " + std::string(failing) + ") exit 1;; esac\n" + kStamp);
         EXPECT_EQ(0, runProgram(call()).exitStatus) << failing;
-        EXPECT_THAT(temporaryNames(), IsEmpty()) << failing;
+        EXPECT_THAT(temporaries.names(), IsEmpty()) << failing;
     }
 }
 
@@ -253,7 +244,7 @@ TEST_F(ToolkitProgramTest, AJobFileSurvivesCommandsThatFail)
     writeToolkit("exit 1\n");
     EXPECT_EQ("page", body(runProgram(callWithFile()).output));
     EXPECT_EQ("page", Support::readFile(jobPath));
-    EXPECT_THAT(temporaryNames(), IsEmpty());
+    EXPECT_THAT(temporaries.names(), IsEmpty());
 }
 
 TEST_F(ToolkitProgramTest, ACommandThatWorksConsumesTheJobFileAndLeavesItsOutput)
@@ -261,10 +252,10 @@ TEST_F(ToolkitProgramTest, ACommandThatWorksConsumesTheJobFileAndLeavesItsOutput
     writeToolkit("[ $1 = watermark ] && exit 1\n" + std::string(kStamp));
     EXPECT_EQ("page+booklet+coverpages", body(runProgram(callWithFile()).output));
     EXPECT_FALSE(fs::exists(jobPath));
-    ASSERT_EQ(1U, temporaryNames().size());
-    EXPECT_THAT(temporaryNames().front(), StartsWith("toolkit-"));
+    ASSERT_EQ(1U, temporaries.names().size());
+    EXPECT_THAT(temporaries.names().front(), StartsWith("toolkit-"));
     EXPECT_EQ("page+booklet+coverpages",
-              Support::readFile(temporaries + "/" + temporaryNames().front()));
+              Support::readFile(temporaries.file(temporaries.names().front())));
 }
 
 TEST_F(ToolkitProgramTest, AnOutputThatTheToolkitRemovedCannotBeRead)
@@ -280,7 +271,7 @@ TEST_F(ToolkitProgramTest, AnOutputThatTheToolkitReplacedIsPrinted)
 {
     writeToolkit("printf new > $D/new; mv $D/new \"$output\"\n");
     EXPECT_EQ("new", body(runProgram(call("BookletPaperSize=A4")).output));
-    EXPECT_THAT(temporaryNames(), IsEmpty());
+    EXPECT_THAT(temporaries.names(), IsEmpty());
 }
 
 // Toolkits that do not run
@@ -295,7 +286,7 @@ TEST_F(ToolkitProgramTest, AToolkitThatDoesNotStartFailsTheJobAndKeepsIt)
     EXPECT_EQ(1, result.exitStatus);
     EXPECT_EQ("", result.output);
     EXPECT_EQ("page", Support::readFile(jobPath));
-    EXPECT_THAT(temporaryNames(), IsEmpty());
+    EXPECT_THAT(temporaries.names(), IsEmpty());
 }
 
 TEST_F(ToolkitProgramTest, AToolkitThatIsNotToBeTrustedCountsAsMissing)
@@ -322,13 +313,13 @@ TEST_F(ToolkitProgramTest, ACancelledJobEndsTheToolkitAndRemovesItsOutput)
         cancelled.inChild = [this] { dup2(open(jobPath.c_str(), O_RDONLY), STDIN_FILENO); };
         cancelled.afterStart = [this](pid_t program) {
             waitForFile("child");
-            EXPECT_THAT(temporaryNames(), Not(IsEmpty()));
+            EXPECT_THAT(temporaries.names(), Not(IsEmpty()));
             kill(program, SIGTERM);
         };
         const auto result = runProgram(cancelled);
         EXPECT_EQ(SIGTERM, result.signal);
         EXPECT_EQ("", result.output);
-        EXPECT_THAT(temporaryNames(), IsEmpty());
+        EXPECT_THAT(temporaries.names(), IsEmpty());
         EXPECT_TRUE(ends(pidIn(folder.file("child"))));
         EXPECT_TRUE(ends(pidIn(folder.file("grandchild"))));
         EXPECT_EQ("page", Support::readFile(jobPath));
@@ -344,7 +335,7 @@ TEST_F(ToolkitProgramTest, AJobCancelledInItsSecondCommandLeavesNothingOfTheFirs
         kill(program, SIGTERM);
     };
     EXPECT_EQ(SIGTERM, runProgram(cancelled).signal);
-    EXPECT_THAT(temporaryNames(), IsEmpty());
+    EXPECT_THAT(temporaries.names(), IsEmpty());
 }
 
 // Fonts
