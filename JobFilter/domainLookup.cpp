@@ -13,33 +13,6 @@ using Platform::DirectoryAttributes;
 using Platform::DirectoryService;
 using Platform::firstValue;
 
-std::optional<std::string> domainFromHostAnswer(int result, std::string_view buffer)
-{
-    if (result <= 0)
-        return std::string();
-    if (!Platform::isValidUTF8(buffer))
-        return std::nullopt;
-    return std::string(buffer);
-}
-
-std::optional<std::string> domainFromSearchBase(std::string_view searchBase)
-{
-    static constexpr std::string_view kDomainComponent = "dc=";
-    std::string domain;
-    std::string_view separator;
-    for (bool more = true; more;) {
-        const auto comma = searchBase.find(',');
-        const std::string_view piece = searchBase.substr(0, comma);
-        if (!piece.starts_with(kDomainComponent))
-            return std::nullopt;
-        domain.append(separator).append(piece.substr(kDomainComponent.size()));
-        separator = ".";
-        more = comma != std::string_view::npos;
-        searchBase.remove_prefix(more ? comma + 1 : 0);
-    }
-    return domain;
-}
-
 namespace {
 
 std::optional<std::string> domainOfHost()
@@ -130,6 +103,24 @@ std::optional<std::string> userNameOfJob(const KLPrintOptions &options)
 
 } // namespace
 
+std::optional<std::string> domainForUser(const KLPrintOptions &options)
+{
+    if (!options.valueForKeyIsEqualToString("UseOpenDirectoryForAuthentication", "True"))
+        return domainOfHost();
+    return domainFromDirectory(userNameOfJob(options), [](std::optional<KLError> *error) {
+        return Platform::LDAPDirectoryService::open(error);
+    });
+}
+
+std::optional<std::string> domainFromHostAnswer(int result, std::string_view buffer)
+{
+    if (result <= 0)
+        return std::string();
+    if (!Platform::isValidUTF8(buffer))
+        return std::nullopt;
+    return std::string(buffer);
+}
+
 std::string domainFromDirectory(const std::optional<std::string> &userName,
                                 const DirectoryServiceOpener &openDirectory)
 {
@@ -153,11 +144,20 @@ std::string domainFromDirectory(const std::optional<std::string> &userName,
     return node ? domainOfNode(*node) : std::string();
 }
 
-std::optional<std::string> domainForUser(const KLPrintOptions &options)
+std::optional<std::string> domainFromSearchBase(std::string_view searchBase)
 {
-    if (!options.valueForKeyIsEqualToString("UseOpenDirectoryForAuthentication", "True"))
-        return domainOfHost();
-    return domainFromDirectory(userNameOfJob(options), [](std::optional<KLError> *error) {
-        return Platform::LDAPDirectoryService::open(error);
-    });
+    static constexpr std::string_view kDomainComponent = "dc=";
+    std::string domain;
+    std::string_view separator;
+    for (bool more = true; more;) {
+        const auto comma = searchBase.find(',');
+        const std::string_view piece = searchBase.substr(0, comma);
+        if (!piece.starts_with(kDomainComponent))
+            return std::nullopt;
+        domain.append(separator).append(piece.substr(kDomainComponent.size()));
+        separator = ".";
+        more = comma != std::string_view::npos;
+        searchBase.remove_prefix(more ? comma + 1 : 0);
+    }
+    return domain;
 }
