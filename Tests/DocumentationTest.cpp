@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <functional>
 #include <regex>
@@ -83,6 +85,36 @@ Keys keysInTable()
     return keys;
 }
 
+/// The names by which links lead to the page's headings: their letters in lower case, blanks as
+/// hyphens, no other signs.
+Keys headingsOf(const fs::path &page)
+{
+    Keys lines;
+    collect(lines, "\n" + readFile(page), R"re(\n#+ (.+))re");
+    Keys names;
+    for (std::string line : lines) {
+        std::ranges::replace(line, ' ', '-');
+        std::erase_if(line, [](unsigned char c) { return std::isalnum(c) == 0 && c != '-'; });
+        std::ranges::transform(line, line.begin(), [](unsigned char c) { return std::tolower(c); });
+        names.insert(line);
+    }
+    return names;
+}
+
+void expectLinksToLeadSomewhere(const fs::path &page)
+{
+    Keys links;
+    collect(links, readFile(page), R"re(\]\(([^)\s]+)\))re");
+    for (const std::string &link : links) {
+        const auto hash = link.find('#');
+        const fs::path target = hash == 0 ? page : page.parent_path() / link.substr(0, hash);
+        ASSERT_TRUE(fs::exists(target)) << page << " has a link to " << link;
+        if (hash != std::string::npos) {
+            EXPECT_THAT(headingsOf(target), testing::Contains(link.substr(hash + 1))) << page;
+        }
+    }
+}
+
 TEST(DocumentationTest, OptionTableListsExactlyTheKeysThatTheCodeReads)
 {
     EXPECT_EQ(keysInCode(), keysInTable());
@@ -117,6 +149,14 @@ TEST(DocumentationTest, GuidesThatPagesReferToAreThere)
     }
     EXPECT_THAT(named, testing::IsSupersetOf({"directory.md", "driver-writers.md", "options.md"}));
     EXPECT_THAT(guides, testing::IsSupersetOf(named));
+}
+
+TEST(DocumentationTest, LinksLeadToPagesAndHeadingsThatAreThere)
+{
+    expectLinksToLeadSomewhere(KL_DOCUMENTATION "/../README.md");
+    for (const auto &page : fs::directory_iterator(KL_DOCUMENTATION))
+        if (page.path().extension() == ".md")
+            expectLinksToLeadSomewhere(page.path());
 }
 
 TEST(DocumentationTest, ManualPageNamesTheGuidesOfAdministrators)
