@@ -461,6 +461,33 @@ TEST_F(JobFilterProgramTest, AReaderThatHasGoneIsAFailedWriteNotASignal)
     EXPECT_EQ(1, result.exitStatus);
 }
 
+TEST_F(JobFilterProgramTest, APipeThatMayNotBeWaitedForIsAFailedReadOrWrite)
+{
+    // The program itself holds the other end: the pipe neither ends nor moves on.
+    const auto makePipe = [] {
+        std::array<int, 2> ends = {};
+        if (pipe2(ends.data(), O_NONBLOCK) != 0)
+            _exit(99);
+        return ends;
+    };
+    Support::ProgramCall halfRead = call("");
+    halfRead.inChild = [&] {
+        const auto ends = makePipe();
+        if (write(ends[1], "half a job", 10) != 10 || dup2(ends[0], STDIN_FILENO) < 0)
+            _exit(99);
+    };
+    auto result = runProgram(halfRead);
+    EXPECT_EQ("CRIT: Unable to spool print job\n", result.errors);
+    EXPECT_EQ(1, result.exitStatus);
+
+    Support::ProgramCall halfWritten =
+        callWithFile(folder.write("job.ps", std::string(1000000, 'x')));
+    halfWritten.inChild = [&] { dup2(makePipe()[1], STDOUT_FILENO); };
+    result = runProgram(halfWritten);
+    EXPECT_THAT(result.errors, EndsWith("CRIT: Unable to process input print data\n"));
+    EXPECT_EQ(1, result.exitStatus);
+}
+
 TEST_F(JobFilterProgramTest, WithoutAPPDTheJobFailsAndLeavesNothing)
 {
     Support::ProgramCall lost = call("x");
