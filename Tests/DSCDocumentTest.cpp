@@ -128,6 +128,9 @@ TEST_F(DSCDocumentTest, ProceduresGoAheadOfTheDocumentsOwn)
     EXPECT_EQ(kHead + defaults, aheadOfProcedures(kHead + defaults + rest));
     EXPECT_EQ(kHead + defaults + "%%BeginProlog\n",
               aheadOfProcedures(kHead + defaults + "%%BeginProlog\n" + rest));
+    const std::string preview = "%%BeginPreview: 8 1 1 1\n%ff\n%%BeginSetup\n%%EndPreview\n";
+    EXPECT_EQ(kHead + preview, aheadOfProcedures(kHead + preview + rest));
+    EXPECT_EQ(kHead + preview + defaults, aheadOfProcedures(kHead + preview + defaults + rest));
     EXPECT_EQ(kHead, aheadOfProcedures(kHead + "/y 1 def\n%%BeginProlog\n" + rest));
     EXPECT_EQ(kHead, aheadOfProcedures(kHead + "%%BeginSetup\n%%EndSetup\n%%Page: 1 1\n"));
 }
@@ -304,6 +307,20 @@ TEST_F(DSCDocumentTest, MediaAtTheEnd)
         read("%!PS\n%%DocumentMedia: (atend)\n%%EndComments\n%%Page: 1 1\n%%Trailer\n"
              "%%DocumentMedia: Plain 100 200 0 () ()\n%%EOF\n");
     EXPECT_THAT(document.mediaOf(document.pages()[0]), isSize(100, 200));
+}
+
+TEST_F(DSCDocumentTest, OnlyTheFirstMediaAreToldApart)
+{
+    std::string text = "%!PS\n%%DocumentMedia: m1 1 500 0 () ()\n";
+    for (int media = 2; media <= 257; ++media) {
+        const std::string number = std::to_string(media);
+        text += "%%+ m" + number + " " + number + " 500 0 () ()\n";
+    }
+    const DSCDocument &document =
+        read(text + "%%EndComments\n%%Page: 1 1\n%%PageMedia: m256\n%%Page: 2 2\n"
+                    "%%PageMedia: m257\n");
+    EXPECT_THAT(document.mediaOf(document.pages()[0]), isSize(256, 500));
+    EXPECT_THAT(document.mediaOf(document.pages()[1]), isSize(1, 500)); // the document's default
 }
 
 // --- Refused -------------------------------------------------------------------------------------

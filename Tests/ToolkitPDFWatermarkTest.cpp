@@ -397,6 +397,25 @@ TEST_F(ToolkitPDFWatermarkTest, PagesMayShareContentsButNotResources)
     }
 }
 
+TEST_F(ToolkitPDFWatermarkTest, PagesWithTheSameContentsAndResourcesShareAForm)
+{
+    PDFBuilder builder;
+    const std::string contents = builder.addStream(kPicture);
+    const std::string resources = builder.add("<< >>");
+    for (const char *size : {"[0 0 300 200]", "[0 0 300 200]", "[0 0 400 200]"})
+        builder.addPage("/MediaBox " + std::string(size) + " /Contents " + contents +
+                        " /Resources " + resources);
+    const std::string result = marked(builder.document(), redText());
+    QPDF pdf;
+    pdf.processMemoryFile("marked", result.data(), result.size());
+    std::vector<QPDFObjGen> forms;
+    for (QPDFObjectHandle page : pdf.getAllPages())
+        forms.push_back(page.getKey("/Resources").getKey("/XObject").getKey("/Page").getObjGen());
+    ASSERT_EQ(3U, forms.size());
+    EXPECT_EQ(forms[0], forms[1]);
+    EXPECT_NE(forms[0], forms[2]); // another area shows
+}
+
 /// Documents of the first versions leave a form's resources to the page that uses it.
 TEST_F(ToolkitPDFWatermarkTest, FormsWithoutResourcesStillFindThePages)
 {

@@ -56,17 +56,15 @@ constexpr std::array kCoverPagesOptions = {
 /// The value of an option that must be there once.
 const std::string &valueOf(const Arguments &arguments, std::string_view name)
 {
-    const auto isNamed = [&](const auto &option) { return option.first == name; };
-    const auto found = std::ranges::find_if(arguments.options, isNamed);
+    const auto found = std::ranges::find(arguments.options, name, &Option::name);
     if (found == arguments.options.end())
         throw ToolkitError("The option " + std::string(name) + " is missing.");
-    return found->second;
+    return found->value;
 }
 
 bool isGiven(const Arguments &arguments, std::string_view name)
 {
-    const auto isNamed = [&](const auto &option) { return option.first == name; };
-    return std::ranges::any_of(arguments.options, isNamed);
+    return std::ranges::count(arguments.options, name, &Option::name) > 0;
 }
 
 /// Whether the text goes on top; exactly one of the two flags says so.
@@ -180,7 +178,15 @@ const CommandDescription *findCommand(std::string_view word)
     return found == kCommands.end() ? nullptr : &*found;
 }
 
-const OptionDescription &findOption(const CommandDescription &command, std::string_view word)
+const CommandDescription &commandNamed(std::string_view word)
+{
+    const CommandDescription *command = findCommand(word);
+    if (command == nullptr)
+        throw ToolkitError("The command must be watermark, booklet or coverpages.");
+    return *command;
+}
+
+const OptionDescription &optionNamed(const CommandDescription &command, std::string_view word)
 {
     const auto found = std::ranges::find(command.options, word, &OptionDescription::name);
     if (found == command.options.end())
@@ -195,10 +201,9 @@ bool looksLikeOption(std::string_view word)
 
 void refuseRepeatedOptions(const Arguments &arguments)
 {
-    for (auto option = arguments.options.begin(); option != arguments.options.end(); ++option) {
-        const auto isSame = [&](const auto &other) { return other.first == option->first; };
-        if (std::any_of(std::next(option), arguments.options.end(), isSame))
-            throw ToolkitError("The option " + option->first + " is given twice.");
+    for (const Option &option : arguments.options) {
+        if (std::ranges::count(arguments.options, option.name, &Option::name) > 1)
+            throw ToolkitError("The option " + option.name + " is given twice.");
     }
 }
 
@@ -233,21 +238,18 @@ std::string helpOfCommand(const CommandDescription &command)
 
 Arguments splitArguments(const std::vector<std::string> &words)
 {
-    const CommandDescription *command = words.empty() ? nullptr : findCommand(words.front());
-    if (command == nullptr)
-        throw ToolkitError("The command must be watermark, booklet or coverpages.");
-
+    const CommandDescription &command = commandNamed(words.empty() ? "" : words.front());
     Arguments arguments{.command = words.front(), .options = {}, .input = {}, .output = {}};
     auto word = std::next(words.begin());
     for (; word != words.end() && looksLikeOption(*word); ++word) {
-        const OptionDescription &option = findOption(*command, *word);
+        const OptionDescription &option = optionNamed(command, *word);
         std::string value;
         if (!option.value.empty()) {
             if (++word == words.end())
                 throw ToolkitError("The option " + std::string(option.name) + " lacks its value.");
             value = *word;
         }
-        arguments.options.emplace_back(option.name, std::move(value));
+        arguments.options.push_back({std::string(option.name), std::move(value)});
     }
     if (std::any_of(word, words.end(), looksLikeOption))
         throw ToolkitError("The options must stand before the two files.");
@@ -261,10 +263,7 @@ Arguments splitArguments(const std::vector<std::string> &words)
 Command commandFromArguments(const Arguments &arguments)
 {
     refuseRepeatedOptions(arguments);
-    const CommandDescription *command = findCommand(arguments.command);
-    if (command == nullptr)
-        throw ToolkitError("The command must be watermark, booklet or coverpages.");
-    return command->understand(arguments);
+    return commandNamed(arguments.command).understand(arguments);
 }
 
 std::optional<std::string> requestedHelp(const std::vector<std::string> &words)

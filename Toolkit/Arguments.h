@@ -4,15 +4,18 @@
 
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
+
+/// An option as it was given.
+struct Option {
+    std::string name;  ///< "--font"
+    std::string value; ///< empty for a flag
+};
 
 /// The command line, told apart but not yet understood.
 struct Arguments {
     std::string command;
-    /// Every option that was given with its value, in the order of the command line. A flag's
-    /// value is empty.
-    std::vector<std::pair<std::string, std::string>> options;
+    std::vector<Option> options; ///< in the order of the command line
     std::string input;
     std::string output;
 };
