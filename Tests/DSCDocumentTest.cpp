@@ -11,7 +11,6 @@
 #include <vector>
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

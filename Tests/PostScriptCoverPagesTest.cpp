@@ -7,9 +7,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using Support::Colour;
-using Support::kWhite;
-using Support::Rendering;
 using Support::renderText;
 using testing::HasSubstr;
 using testing::Not;

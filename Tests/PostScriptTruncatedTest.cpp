@@ -3,13 +3,10 @@
 #include "ToolkitError.h"
 #include "ToolkitPostScript.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using Support::Colour;
 using Support::RenderedPage;
 using Support::renderText;
-using testing::AnyOf;
 
 namespace {
 

@@ -8,7 +8,6 @@
 
 using Support::kBlue;
 using Support::kRed;
-using Support::kWhite;
 using Support::RenderedPage;
 using Support::Rendering;
 using Support::renderText;
@@ -62,10 +61,6 @@ void expectOnEveryPage(const PostScriptSample &sample, const Watermark &watermar
 
 const std::string kBlueBox = "0 0 1 setrgbcolor 20 20 160 100 rectfill\n";
 
-} // namespace
-
-namespace {
-
 void erase(std::string &text, std::string_view begin, std::string_view end = "")
 {
     const auto at = text.find(begin);
@@ -86,6 +81,8 @@ std::string withoutWatermark(std::string output)
 
 // --- Where it stands -----------------------------------------------------------------------------
 
+namespace {
+
 struct Case {
     const char *name;
     const char *text;
@@ -96,10 +93,6 @@ void PrintTo(const Case &example, std::ostream *stream)
 {
     *stream << example.name;
 }
-
-class PostScriptWatermarkScriptTest : public testing::TestWithParam<Case> {};
-
-namespace {
 
 constexpr double kBarLeft = 68; ///< of a blue bar across the middle of the text
 constexpr double kBarRight = 78;
@@ -118,6 +111,8 @@ void expectBarIs(bool above, const RenderedPage &page)
 }
 
 } // namespace
+
+class PostScriptWatermarkScriptTest : public testing::TestWithParam<Case> {};
 
 /// On a portrait page, on a landscape page and on one that its setup turns.
 TEST_P(PostScriptWatermarkScriptTest, StandsWhereItBelongs)
@@ -215,6 +210,8 @@ TEST(PostScriptWatermarkTest, BelowIsCoveredByThePagesMarks)
 
 // --- Whatever a page does ------------------------------------------------------------------------
 
+namespace {
+
 struct Page {
     const char *name;
     std::string prolog;
@@ -233,6 +230,8 @@ const std::string kBinaryProcedure = "1 setobjectformat /EP " +
                                                  "\x86\x00\x00\x08\x00\x00\x00\x10",
                                                  20) +
                                      "showpage def\n";
+
+} // namespace
 
 class PostScriptWatermarkPageTest : public testing::TestWithParam<Page> {
 protected:

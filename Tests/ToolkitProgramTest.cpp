@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
