@@ -54,12 +54,25 @@ const std::vector<int> kStart = {SYS_clone, SYS_clone3,
 };
 const std::vector<int> kMap = {SYS_mmap, SYS_mremap, SYS_mprotect};
 const std::vector<int> kChangeFile = {SYS_ftruncate, SYS_fcntl, SYS_dup};
+const std::vector<int> kRemove = {SYS_unlinkat,
+#ifdef SYS_unlink
+                                  SYS_unlink, SYS_rmdir
+#endif
+};
 const std::vector<int> kWait = {SYS_waitid, SYS_wait4};
+// Without sendmsg(2): with it the listener itself is handed over.
+const std::vector<int> kNetwork = {SYS_socket,   SYS_connect,    SYS_sendto,      SYS_recvfrom,
+                                   SYS_recvmsg,  SYS_getsockopt, SYS_setsockopt,  SYS_getsockname,
+                                   SYS_shutdown, SYS_ppoll,      SYS_getpeername, SYS_pselect6,
+#ifdef SYS_poll
+                                   SYS_poll,     SYS_select
+#endif
+};
 
 const std::vector<int> kAll = [] {
     std::vector<int> all;
-    for (const auto *kind :
-         {&kOpen, &kRead, &kWrite, &kSeek, &kStatus, &kPipe, &kStart, &kMap, &kChangeFile, &kWait})
+    for (const auto *kind : {&kOpen, &kRead, &kWrite, &kSeek, &kStatus, &kPipe, &kStart, &kMap,
+                             &kChangeFile, &kRemove, &kWait})
         all.insert(all.end(), kind->begin(), kind->end());
     return all;
 }();

@@ -21,8 +21,10 @@ extern const std::vector<int> kPipe;
 extern const std::vector<int> kStart;      ///< fork and its kin
 extern const std::vector<int> kMap;        ///< where memory and libraries come from
 extern const std::vector<int> kChangeFile; ///< its length; a descriptor's flags, one more for it
+extern const std::vector<int> kRemove;
 extern const std::vector<int> kWait;
-extern const std::vector<int> kAll; ///< all of the above
+extern const std::vector<int> kAll;     ///< all of the above
+extern const std::vector<int> kNetwork; ///< connections, and waiting for them
 } // namespace SystemCalls
 
 /// What befalls the k-th call of a kind.

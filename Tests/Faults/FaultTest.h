@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -21,6 +22,10 @@ std::vector<NamedFault> faultsOfSystemCalls();
 
 /// Every allocation fails once.
 extern const NamedFault kNoMemory;
+
+/// Where there are thousands of calls, every seventh is struck; all of them with KL_EVERY_CALL set
+/// in the environment.
+std::uint64_t stepOfMany();
 
 /// The signal comes before each system call.
 NamedFault signalAtSystemCalls(int signalNumber);

@@ -475,6 +475,21 @@ TEST_F(JobForTheToolkitFaultsTest, ToolkitKilledAtAnyTime)
     }
 }
 
+TEST_F(JobForTheToolkitFaultsTest, FileThatCannotBeRemovedStaysAndTheJobIsPrinted)
+{
+    learnOutputsOfTheRealToolkit();
+    const auto check = [&](const FaultedRun &run) {
+        EXPECT_EQ("", run.result.errors);
+        EXPECT_EQ(0, run.result.exitStatus);
+        EXPECT_EQ(outputs.at({}), run.result.output);
+        EXPECT_EQ(run.struck ? 1U : 0U, temporaryFiles().size());
+    };
+    // The pages as they came, and as the first two commands and the last left them.
+    EXPECT_EQ(4U, strikeEveryCall(
+                      {"removal: not permitted", {Fault::Kind::Fails, calls::kRemove, EACCES}},
+                      [this] { return callForAllCommands(); }, check));
+}
+
 // What was found, each by its name
 
 TEST_F(JobFilterFaultsTest, PPDThatCannotBeReadToItsEndFailsTheJob)
