@@ -256,7 +256,7 @@ TEST_F(DSCDocumentTest, SaysWhatShouldEndTheDataThatAreCutOff)
               read(kHead + "%%Page: 1 1\n%%BeginBinary: 999\nxx\n").missingEndOfData());
     EXPECT_EQ("%%EndData",
               read(kHead + "%%Page: 1 1\n%%BeginData: 9 Hex Lines\nxx\n").missingEndOfData());
-    EXPECT_EQ("%%EndBinary",
+    EXPECT_EQ("ary",
               read(kHead + "%%Page: 1 1\n%%BeginBinary: 3\nxx\n%%EndBin").missingEndOfData());
     EXPECT_EQ("", read(kHead + "%%Page: 1 1\n%%BeginBinary: 2\nxx\n").missingEndOfData());
     EXPECT_EQ(

@@ -128,6 +128,21 @@ TEST(PostScriptTruncatedTest, WatermarkIsOnAllItsPagesToo)
     }
 }
 
+/// Their count is right, but what it leads to is not the whole comment.
+TEST(PostScriptTruncatedTest, DataThatAreCutOffInTheirEndCommentEndInTheOutputToo)
+{
+    const std::string data = "1\n%%EndData\n%%BeginDocument: inner.eps\n";
+    const std::string document = kHead + "%%Page: 1 1\n%%BeginData: 3 ASCII Lines\n" + data;
+    const std::string comment = "%%EndData";
+    for (std::size_t size = 1; size <= comment.size(); ++size) {
+        SCOPED_TRACE(size);
+        const std::string folded = outcome(document + comment.substr(0, size), kBooklet);
+        EXPECT_EQ(1U, linesThatEndWith(" KLToolkitBookletHalf.1", folded));
+        // The first run left two sets of procedures, so that the second has number 3.
+        EXPECT_EQ(2U, linesThatEndWith(" KLToolkitBookletHalf.3", outcome(folded, kBooklet)));
+    }
+}
+
 TEST(PostScriptTruncatedTest, WhatIsServedPrintsItsWholePages)
 {
     const auto isBlue = [](const RenderedPage &page) {

@@ -64,7 +64,8 @@ public:
     bool isComplete() const { return _complete; }
     /// Whether the page is the one that such an end is missing behind: it may stop anywhere.
     bool isCutOff(const DSCPage &page) const { return !_complete && page.end == _trailer; }
-    /// The comment that should end the data that the document ends inside; empty when it does not.
+    /// What is missing of the comment that should end the data that the document ends inside: all
+    /// of it, or the rest where it is cut off. Empty when it does not.
     std::string_view missingEndOfData() const { return _missingEndOfData; }
     /// Whether anything in it names the dictionary of the operators, where it may look for
     /// operators that have been given another meaning. What lies far inside counted data does not

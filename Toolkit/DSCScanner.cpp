@@ -155,8 +155,7 @@ void DSCScanner::passOver(const DSCComment &begin, DataSection &section)
     if (behind) {
         if (const auto end = endCommentNear(*behind, section.end)) {
             _position = behindLine(*end);
-            if (_end - *end < section.end.size())
-                _missingEndOfData = section.end;
+            _missingEndOfData = section.end.substr(std::min(_end - *end, section.end.size()));
             return;
         }
     }

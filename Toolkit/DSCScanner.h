@@ -46,8 +46,8 @@ public:
     /// Once next() has come to the end: whether that lies inside an embedded document.
     bool endedInsideDocument() const { return _depth > 0; }
 
-    /// Once next() has come to the end: the comment that should end the data that this lies inside;
-    /// empty when it lies in none.
+    /// Once next() has come to the end: what is missing of the comment that should end the data
+    /// that this lies inside. All of it, or the rest where it is cut off; empty outside data.
     std::string_view missingEndOfData() const { return _missingEndOfData; }
 
     /// Once next() has come to the end: whether the watched word stands anywhere but far inside

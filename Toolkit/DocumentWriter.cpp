@@ -122,10 +122,14 @@ void DocumentWriter::copyContent(const DSCPage &page, std::span<const std::strin
     copyWithout({page.content, page.end}, keywords);
     if (!isCutOff)
         return;
-    lines(end + "\n");
     // For whoever reads the comments: what follows is no data any more.
-    if (const auto comment = _document.missingEndOfData(); !comment.empty())
-        lines(std::string(comment) + "\n");
+    const auto missing = _document.missingEndOfData();
+    const bool isWholeComment = missing.starts_with("%%");
+    if (!isWholeComment)
+        write(missing);
+    lines(end + "\n");
+    if (isWholeComment)
+        lines(std::string(missing) + "\n");
 }
 
 void DocumentWriter::write(std::string_view bytes)
