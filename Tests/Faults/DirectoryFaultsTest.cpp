@@ -64,7 +64,7 @@ protected:
 
     static bool givesReason(const std::string &errors)
     {
-        return std::ranges::any_of(linesOf(errors), [](const std::string &line) {
+        return std::ranges::any_of(saidLines(errors), [](const std::string &line) {
             return std::ranges::any_of(
                 kReasons, [&](const std::string &reason) { return line.starts_with(reason); });
         });
