@@ -18,7 +18,6 @@ using Support::readFile;
 using Support::RecordingPrinter;
 using Support::runProgram;
 using Support::TemporaryFolder;
-using Support::writeFile;
 
 namespace {
 

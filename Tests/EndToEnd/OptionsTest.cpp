@@ -8,8 +8,6 @@ using Support::lpOption;
 using Support::PJLJob;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::EndsWith;
 using testing::Gt;
 using testing::HasSubstr;
 using testing::Not;
