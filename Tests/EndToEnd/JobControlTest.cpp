@@ -57,8 +57,8 @@ TEST_F(JobControlTest, SecondTitleOfARequestSpeaksPJLUnlessTheSchedulerLooksAtIt
 {
     const std::string bytes = bytesOf(submitOverIPP(kQueue, document("sample.ps"),
                                                     {"name job-name \"fine\n@PJL INITIALIZE\n\""}));
-    EXPECT_THAT(bytes, AnyOf(HasSubstr("@PJL JOB NAME = \"fine\n@PJL INITIALIZE\n"),
-                             HasSubstr("@PJL JOB NAME = \"Untitled\"")));
+    EXPECT_THAT(bytes,
+                AnyOf(HasSubstr("\n@PJL INITIALIZE\n"), HasSubstr("@PJL JOB NAME = \"Untitled\"")));
 }
 
 // Two of the three places have it in quotes; in one of these libcups leaves it as it is.
