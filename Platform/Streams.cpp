@@ -41,6 +41,16 @@ bool isRefusal(int problem)
     }
 }
 
+/// Lets a pipe hold more than the usual 64 KiB, so that its two ends wait for each other less often.
+/// What the system does not allow is left.
+void widenPipe(int descriptor)
+{
+    static constexpr int kCapacity = 256 << 10; // bytes
+    const int capacity = fcntl(descriptor, F_GETPIPE_SZ);
+    if (capacity > 0 && capacity < kCapacity)
+        fcntl(descriptor, F_SETPIPE_SZ, kCapacity);
+}
+
 } // namespace
 
 bool closeStream(Stream stream)
@@ -87,6 +97,8 @@ bool moveInKernel(FILE *input, FILE *output)
     static constexpr std::size_t kAtMost = std::size_t{16} << 20; // bytes; a signal waits for them
     const int from = fileno(input);
     const int to = fileno(output);
+    widenPipe(from);
+    widenPipe(to);
     ssize_t moved = 0;
     do
         moved = splice(from, nullptr, to, nullptr, kAtMost, 0); // where one of them is a pipe

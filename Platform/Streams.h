@@ -43,8 +43,9 @@ Stream openTemporary();
 /// It moves as much as it can: all, a part, or nothing where it does not serve these kinds of
 /// files. So an ordinary copy has to follow, for what is left, if there is anything.
 ///
-/// A pipe gets the input's own pages. Whoever overwrites the file before they have been read from
-/// there changes them; to remove it does no harm.
+/// Pipes are widened to 256 KiB where the system allows it. One that is written to gets the
+/// input's own pages: whoever overwrites the file before they have been read from there changes
+/// them, and to remove it does no harm.
 /// @param input   nothing has been read from it yet
 /// @param output  flushed
 /// @return false when reading or writing failed. That must not be passed over: an error of bytes

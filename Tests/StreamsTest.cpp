@@ -2,6 +2,7 @@
 
 #include "TemporaryFolder.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -152,6 +153,20 @@ TEST_F(MoveInKernelTest, AFileIntoAPipeAndFromThereIntoAFile)
     EXPECT_EQ(text, bytesOf("out"));
     EXPECT_EQ("", rest(pipeInput.get()));
     EXPECT_EQ("", rest(input.get()));
+}
+
+TEST_F(MoveInKernelTest, PipesAreWidenedAndNeverNarrowed)
+{
+    for (const int capacity : {4096, 256 << 10, 512 << 10}) {
+        std::array<int, 2> ends = {};
+        ASSERT_EQ(0, pipe(ends.data()));
+        const Stream pipeInput(fdopen(ends[0], "r"));
+        const Stream pipeOutput(fdopen(ends[1], "w"));
+        ASSERT_EQ(capacity, fcntl(ends[1], F_SETPIPE_SZ, capacity));
+        const Stream little = openForReading(folder.write("little", "x"));
+        EXPECT_TRUE(moveInKernel(little.get(), pipeOutput.get()));
+        EXPECT_EQ(std::max(capacity, 256 << 10), fcntl(ends[0], F_GETPIPE_SZ));
+    }
 }
 
 TEST_F(MoveInKernelTest, AFileIntoAFileBehindWhatWasWrittenThere)

@@ -588,7 +588,7 @@ class LongJobFaultsTest : public JobFilterFaultsTest {
 protected:
     LongJobFaultsTest()
     {
-        for (int line = 0; line < 6000; ++line)
+        for (int line = 0; line < 12000; ++line)
             job += std::to_string(line) + " is a line of a page that prints nothing at all\n";
         useRealToolkit();
         learnOutputs(callWithInput(), {});
@@ -603,8 +603,8 @@ class LeavingReader {
 public:
     explicit LeavingReader(std::size_t bytes) : _wanted(bytes)
     {
-        if (pipe2(_ends.data(), O_CLOEXEC) != 0 || fcntl(_ends[0], F_SETPIPE_SZ, kPipeSize) < 0)
-            throw std::runtime_error("cannot make a small pipe");
+        if (pipe2(_ends.data(), O_CLOEXEC) != 0)
+            throw std::runtime_error("cannot make a pipe");
     }
     ~LeavingReader() { _thread.join(); }
 
@@ -619,13 +619,13 @@ public:
     }
     const std::string &bytes() const { return _bytes; }
 
-    /// What the pipe itself takes beyond that, in bytes.
-    static constexpr int kPipeSize = 4096;
+    /// What the pipe itself takes beyond that, in bytes: the filter widens it.
+    static constexpr std::size_t kPipeSize = 256 << 10;
 
 private:
     void read()
     {
-        std::array<char, kPipeSize> block = {};
+        std::array<char, 4096> block = {};
         while (_bytes.size() < _wanted) {
             const auto count =
                 ::read(_ends[0], block.data(), std::min(block.size(), _wanted - _bytes.size()));
