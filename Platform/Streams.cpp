@@ -10,15 +10,20 @@
 namespace Platform {
 namespace {
 
+/// Closes a descriptor that is of no use; errno goes on saying why.
+void giveUp(int descriptor)
+{
+    const int problem = errno;
+    close(descriptor);
+    errno = problem;
+}
+
 /// The stream takes the descriptor over; when there is no memory for it, the descriptor is closed.
 Stream streamOf(int descriptor, const char *mode)
 {
     Stream stream(fdopen(descriptor, mode));
-    if (!stream) {
-        const int problem = errno;
-        close(descriptor);
-        errno = problem;
-    }
+    if (!stream)
+        giveUp(descriptor);
     return stream;
 }
 
@@ -41,8 +46,8 @@ bool isRefusal(int problem)
     }
 }
 
-/// Lets a pipe hold more than the usual 64 KiB, so that its two ends wait for each other less often.
-/// What the system does not allow is left.
+/// Lets a pipe hold more than the usual 64 KiB, so that its two ends wait for each other less
+/// often. What the system does not allow is left.
 void widenPipe(int descriptor)
 {
     static constexpr int kCapacity = 256 << 10; // bytes
@@ -67,23 +72,32 @@ Stream openForReading(const std::string &path)
     if (descriptor < 0)
         return nullptr;
     struct stat status = {};
-    int problem = 0;
-    if (fstat(descriptor, &status) != 0)
-        problem = errno;
-    else if (S_ISDIR(status.st_mode))
-        problem = EISDIR;
-    else if (S_ISFIFO(status.st_mode))
-        problem = ESPIPE;
-    if (problem == 0)
-        return streamOf(descriptor, "rb");
-    close(descriptor);
-    errno = problem;
+    if (fstat(descriptor, &status) == 0) {
+        if (!S_ISDIR(status.st_mode) && !S_ISFIFO(status.st_mode))
+            return streamOf(descriptor, "rb");
+        errno = S_ISDIR(status.st_mode) ? EISDIR : ESPIPE;
+    }
+    giveUp(descriptor);
     return nullptr;
 }
 
 Stream openForWriting(const std::string &path)
 {
-    return Stream(std::fopen(path.c_str(), "wbe"));
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+    if (descriptor < 0)
+        return nullptr;
+    if (makeEmpty(descriptor))
+        return streamOf(descriptor, "wb");
+    giveUp(descriptor);
+    return nullptr;
+}
+
+bool makeEmpty(int descriptor)
+{
+    struct stat status = {};
+    if (fstat(descriptor, &status) != 0)
+        return false;
+    return status.st_size == 0 || ftruncate(descriptor, 0) == 0;
 }
 
 Stream openTemporary()

@@ -30,6 +30,12 @@ Stream openForReading(const std::string &path);
 /// @return null on failure, with errno set.
 Stream openForWriting(const std::string &path);
 
+/// Takes everything out of a file that is open for writing. One that is empty is not touched: ext4
+/// takes a file that is truncated for one that is written anew, and brings all of it to the disk
+/// when it is closed, where a job's files need not come before they are removed.
+/// @return false on failure, with errno set
+bool makeEmpty(int descriptor);
+
 /// An anonymous temporary stream for writing and reading, as tmpfile(3) gives it, but in memory
 /// (memfd_create(2)): what is written, passwords included, never reaches a disk. Not inherited by
 /// children.

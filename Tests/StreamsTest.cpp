@@ -73,6 +73,18 @@ TEST(StreamsTest, SaysWhyAFileCannotBeOpened)
     EXPECT_EQ(ENOENT, errno);
 }
 
+TEST(StreamsTest, WritingBeginsAnew)
+{
+    const Support::TemporaryFolder folder;
+    const std::string path = folder.write("file", "what was there");
+    Stream file = openForWriting(path);
+    ASSERT_TRUE(file);
+    EXPECT_EQ("", Support::readFile(path));
+    std::fputs("new", file.get());
+    EXPECT_TRUE(closeStream(std::move(file)));
+    EXPECT_EQ("new", Support::readFile(path));
+}
+
 TEST(StreamsTest, ReadsADevice)
 {
     const Stream null = openForReading("/dev/null");

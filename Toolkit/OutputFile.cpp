@@ -67,7 +67,7 @@ OutputFile::OutputFile(const std::string &path, std::FILE *input)
 
 void OutputFile::openStream(Platform::Descriptor file)
 {
-    if (ftruncate(file.number(), 0) == 0)
+    if (Platform::makeEmpty(file.number()))
         _stream.reset(fdopen(file.number(), "wb"));
     const int problem = errno;
     if (!_stream) {
