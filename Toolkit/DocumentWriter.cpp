@@ -136,6 +136,7 @@ void DocumentWriter::write(std::string_view bytes)
 {
     if (bytes.empty())
         return;
+    // cppcheck-suppress danglingTemporaryLifetime ; a caller's text lives until this returns
     if (std::fwrite(bytes.data(), 1, bytes.size(), _output) != bytes.size())
         throw unwritableOutput(errno);
     _last = bytes.back();
