@@ -1,4 +1,4 @@
-#include "Support/TemporaryFolder.h"
+#include "TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -29,11 +29,11 @@ void collect(Keys &keys, const std::string &text, const std::string &pattern,
         keys.insert(before + match->str(1) + behind);
 }
 
-/// The sources of the filter's folder whose names are wanted.
+/// The sources of the filter whose names are wanted.
 std::string jobSources(const std::function<bool(const std::string &)> &isWanted)
 {
     std::string sources;
-    for (const auto &entry : fs::directory_iterator(KL_JOBFILTER_SOURCES))
+    for (const auto &entry : fs::recursive_directory_iterator(KL_JOBFILTER_SOURCES))
         if (entry.path().extension() == ".cpp" && isWanted(entry.path().filename()))
             sources += readFile(entry.path());
     return sources;

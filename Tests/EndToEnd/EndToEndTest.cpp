@@ -1,7 +1,7 @@
 #include "EndToEndTest.h"
 
-#include "Support/ICCProfile.h"
-#include "Support/Rendering.h"
+#include "ICCProfile.h"
+#include "Rendering.h"
 
 #include <chrono>
 #include <filesystem>

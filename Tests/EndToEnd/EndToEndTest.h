@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Support/PJLChecker.h"
-#include "Support/PrivateScheduler.h"
-#include "Support/RecordingPrinter.h"
+#include "PJLChecker.h"
+#include "PrivateScheduler.h"
+#include "RecordingPrinter.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

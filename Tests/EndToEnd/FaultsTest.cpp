@@ -1,6 +1,6 @@
 #include "EndToEndTest.h"
 
-#include "Support/Waiting.h"
+#include "Waiting.h"
 
 using Support::comesTrue;
 using Support::lpOption;

@@ -1,7 +1,7 @@
 #include "EndToEndTest.h"
 #include "PageFinder.h"
 
-#include "Support/Watermarks.h"
+#include "Watermarks.h"
 
 #include <qpdf/QPDF.hh>
 

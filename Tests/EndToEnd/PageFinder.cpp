@@ -1,7 +1,7 @@
 #include "PageFinder.h"
 
-#include "Support/DeviceLog.h"
-#include "Support/PrivateScheduler.h"
+#include "DeviceLog.h"
+#include "PrivateScheduler.h"
 
 #include <gtest/gtest.h>
 

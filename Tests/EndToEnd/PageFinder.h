@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Support/Rendering.h"
+#include "Rendering.h"
 
 #include <bitset>
 #include <cstddef>

@@ -1,9 +1,9 @@
 #include "EndToEndTest.h"
 #include "PageFinder.h"
 
-#include "Support/DeviceLog.h"
-#include "Support/Rendering.h"
-#include "Support/Watermarks.h"
+#include "DeviceLog.h"
+#include "Rendering.h"
+#include "Watermarks.h"
 
 #include <algorithm>
 #include <tuple>

@@ -1,6 +1,6 @@
 #include "EndToEndTest.h"
 
-#include "Support/Rendering.h"
+#include "Rendering.h"
 
 using Support::lpOption;
 using Support::PJLJob;
