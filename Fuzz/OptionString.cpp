@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cups/cups.h>
+#include <cups/ppd.h>
 #include <map>
 #include <set>
 #include <span>
@@ -91,7 +92,7 @@ void requireChoices(const KLPrintOptions &store, const std::map<std::string, KLV
         if (entries.contains(keyword))
             continue;
         // A page size that the PPD does not have leaves the library with none marked.
-        const ppd_choice_t *choice = ppdFindMarkedChoice(store.ppd(), keyword);
+        const ppd_choice_t *choice = ppdFindMarkedChoice(store.ppd().file(), keyword);
         const auto expected = choice ? std::optional<KLValue>(choice->choice) : std::nullopt;
         Fuzz::require(store.valueForKey(keyword) == expected,
                       "what the job leaves open is what the PPD marks");

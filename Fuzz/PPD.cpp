@@ -5,6 +5,7 @@
 #include "Queue.h"
 #include "Streams.h"
 
+#include <cups/ppd.h>
 #include <map>
 #include <span>
 
@@ -44,10 +45,9 @@ std::map<std::string, std::string> markedChoices(const ppd_file_t &ppd)
 
 void tryStore(const KLPrintOptions &store)
 {
-    Fuzz::require(store.ppd() != nullptr, "a store has its PPD");
     for (const auto &[key, value] : kStored)
         Fuzz::require(store.valueForKey(key) == value, "no PPD changes what the job says");
-    for (const auto &[keyword, choice] : markedChoices(*store.ppd())) {
+    for (const auto &[keyword, choice] : markedChoices(*store.ppd().file())) {
         if (!kStored.contains(keyword) &&
             std::string_view(kOptionString).find(keyword) == std::string_view::npos)
             Fuzz::require(store.valueForKey(keyword) == KLValue(choice),
@@ -55,7 +55,7 @@ void tryStore(const KLPrintOptions &store)
     }
     Fuzz::askEverything(store);
     const Platform::Stream header = Platform::openTemporary();
-    ppdEmitJCL(store.ppd(), header.get(), 7, "anna", "A title");
+    store.ppd().emitJobControl(header.get(), 7, "anna", "A title");
 }
 
 } // namespace

@@ -64,7 +64,7 @@ void askForCodes(const KLPrintOptions &options, const char *keyword)
     const std::string choice = value ? Platform::description(*value) : std::string();
     const auto code = options.codeForPPDOptionWithChoice(keyword, choice);
     if (marked || code)
-        require(ppdFindOption(options.ppd(), keyword) != nullptr, "a code belongs to an option");
+        require(options.ppd().hasOption(keyword), "a code belongs to an option");
     const auto converted =
         options.convertPJLCodeToPostscriptForPPDOptionWithChoice(keyword, choice);
     require(!converted || code, "only a code is converted");

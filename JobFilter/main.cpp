@@ -138,8 +138,8 @@ Platform::Stream makeHeader(const FilterArguments &arguments, const KLPrintOptio
         return nullptr;
     }
     // NOLINTNEXTLINE(cert-err34-c): an id that is no number counts as 0
-    ppdEmitJCL(options.ppd(), header.get(), std::atoi(arguments.jobId), arguments.userName,
-               arguments.jobTitle);
+    options.ppd().emitJobControl(header.get(), std::atoi(arguments.jobId), arguments.userName,
+                                 arguments.jobTitle);
     if (std::fflush(header.get()) != 0 || std::ferror(header.get()) != 0 ||
         std::fseek(header.get(), 0, SEEK_SET) != 0)
         throw FatalError(kUnableToProcess);

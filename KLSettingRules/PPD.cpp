@@ -1,11 +1,16 @@
-#include "openPPD.h"
+#include "PPD.h"
 
 #include "Descriptor.h"
+#include "markedChoices.h"
 
+#include <cups/cups.h>
+#include <cups/ppd.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <optional>
+#include <span>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -34,31 +39,150 @@ std::string whyNotOpened(int error)
     return std::string(ppdErrorString(status)) + " on line " + std::to_string(line);
 }
 
-PPD readPPD(const Platform::Descriptor &file, off_t size, std::string *whyNot)
+ppd_choice_t *findChoice(ppd_file_t *ppd, const std::string &option, const std::string &choice)
 {
-    // libcups closes what it has read; the copy stands where the file does.
-    const int copy = fcntl(file.number(), F_DUPFD_CLOEXEC, 0);
-    PPD ppd(copy < 0 ? nullptr : ppdOpenFd(copy));
-    if (!ppd)
-        *whyNot = copy < 0 ? std::strerror(errno) : whyNotOpened(errno);
-    else if (lseek(file.number(), 0, SEEK_CUR) != size) {
-        *whyNot = "not all of it could be read";
-        ppd.reset();
-    }
-    return ppd;
+    ppd_option_t *found = ppdFindOption(ppd, option.c_str());
+    return found != nullptr ? ppdFindChoice(found, choice.c_str()) : nullptr;
+}
+
+std::optional<std::string> codeOf(const ppd_choice_t *choice)
+{
+    if (choice == nullptr || choice->code == nullptr)
+        return std::nullopt;
+    return choice->code;
+}
+
+/// @param name  null for the one that is marked
+std::optional<PPD::PageSize> findPageSize(ppd_file_t *ppd, const char *name)
+{
+    const ppd_size_t *size = ppdPageSize(ppd, name);
+    if (size == nullptr)
+        return std::nullopt;
+    return PPD::PageSize{size->width, size->length};
 }
 
 } // namespace
 
-PPD openPPD(const std::string &path, std::string *whyNot)
+JobOptions parsedOptions(const std::string &optionString)
+{
+    cups_option_t *parsed = nullptr;
+    const int count = cupsParseOptions(optionString.c_str(), 0, &parsed);
+    JobOptions options;
+    for (const cups_option_t &option : std::span(parsed, static_cast<std::size_t>(count)))
+        options.emplace_back(option.name, option.value);
+    cupsFreeOptions(count, parsed);
+    return options;
+}
+
+std::optional<PPD> PPD::open(const std::string &path, std::string *whyNot)
 {
     // Without O_NONBLOCK the open itself would wait for a FIFO's writer.
-    const Platform::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const Platform::Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
     if (file.number() < 0 || fstat(file.number(), &status) != 0) {
         *whyNot = std::strerror(errno);
-        return nullptr;
+        return std::nullopt;
     }
     *whyNot = whyNotReadable(status);
-    return whyNot->empty() ? readPPD(file, status.st_size, whyNot) : nullptr;
+    return whyNot->empty() ? read(file.number(), status.st_size, whyNot) : std::nullopt;
+}
+
+std::optional<PPD> PPD::read(int descriptor, long long size, std::string *whyNot)
+{
+    // libcups closes what it has read; the copy stands where the file does.
+    const int copy = fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    PPD ppd(copy < 0 ? nullptr : ppdOpenFd(copy));
+    if (!ppd._file)
+        *whyNot = copy < 0 ? std::strerror(errno) : whyNotOpened(errno);
+    else if (lseek(descriptor, 0, SEEK_CUR) != size) {
+        *whyNot = "not all of it could be read";
+        return std::nullopt;
+    }
+    return ppd._file ? std::optional(std::move(ppd)) : std::nullopt;
+}
+
+void PPD::markDefaults()
+{
+    ppdMarkDefaults(_file.get());
+}
+
+void PPD::mark(const std::string &option, const std::string &choice)
+{
+    ppdMarkOption(_file.get(), option.c_str(), choice.c_str());
+}
+
+void PPD::mark(const JobOptions &options)
+{
+    std::vector<cups_option_t> list;
+    list.reserve(options.size());
+    // The library takes what it does not change as if it did.
+    for (const auto &[name, value] : options)
+        list.push_back({const_cast<char *>(name.c_str()), const_cast<char *>(value.c_str())});
+    cupsMarkOptions(_file.get(), static_cast<int>(list.size()), list.data());
+}
+
+std::vector<std::pair<std::string, std::string>> PPD::markedChoices() const
+{
+    return ::markedChoices(*_file);
+}
+
+std::optional<std::string> PPD::attribute(const std::string &name) const
+{
+    const ppd_attr_t *found = ppdFindAttr(_file.get(), name.c_str(), nullptr);
+    if (found == nullptr || found->value == nullptr)
+        return std::nullopt;
+    return found->value;
+}
+
+bool PPD::hasOption(const std::string &option) const
+{
+    return ppdFindOption(_file.get(), option.c_str()) != nullptr;
+}
+
+bool PPD::hasChoice(const std::string &option, const std::string &choice) const
+{
+    return findChoice(_file.get(), option, choice) != nullptr;
+}
+
+bool PPD::isJobControl(const std::string &option) const
+{
+    const ppd_option_t *found = ppdFindOption(_file.get(), option.c_str());
+    return found != nullptr && found->section == PPD_ORDER_JCL;
+}
+
+std::optional<std::string> PPD::code(const std::string &option, const std::string &choice) const
+{
+    return codeOf(findChoice(_file.get(), option, choice));
+}
+
+std::optional<std::string> PPD::codeOfMarkedChoice(const std::string &option) const
+{
+    const ppd_option_t *found = ppdFindOption(_file.get(), option.c_str());
+    if (found == nullptr)
+        return std::nullopt;
+    const std::span choices(found->choices, static_cast<std::size_t>(found->num_choices));
+    const auto marked = std::ranges::find_if(
+        choices, [](const ppd_choice_t &choice) { return choice.marked != 0; });
+    return marked != choices.end() ? codeOf(&*marked) : std::nullopt;
+}
+
+std::optional<PPD::PageSize> PPD::pageSize(const std::string &name) const
+{
+    return findPageSize(_file.get(), name.c_str());
+}
+
+std::optional<PPD::PageSize> PPD::markedPageSize() const
+{
+    return findPageSize(_file.get(), nullptr);
+}
+
+void PPD::emitJobControl(FILE *file, int jobId, const std::string &user,
+                         const std::string &title) const
+{
+    ppdEmitJCL(_file.get(), file, jobId, user.c_str(), title.c_str());
+}
+
+void PPD::Closer::operator()(ppd_file_s *file) const
+{
+    ppdClose(file);
 }

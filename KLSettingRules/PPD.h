@@ -1,21 +1,103 @@
 #pragma once
 
-#include <cups/ppd.h>
-
+#include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
-/// Closes a PPD.
-struct PPDCloser {
-    void operator()(ppd_file_t *ppd) const { ppdClose(ppd); }
+struct ppd_file_s; // libcups' own record
+
+/// Options of a job, in order: name and value. No name comes up twice.
+using JobOptions = std::vector<std::pair<std::string, std::string>>;
+
+/// The options of an option string, in the syntax of cupsParseOptions(): of a name that is repeated
+/// the last value counts, and a name without a value is "true" or, begun with "no", "false".
+JobOptions parsedOptions(const std::string &optionString);
+
+/// A queue's PPD (format 4.3), opened: its options, their choices, and which of them are marked.
+///
+/// The one door to the library that reads PPDs: nothing else includes its header. Names of options
+/// and choices are compared without regard to letter case, as that library does. Owns the PPD; can
+/// be moved, not copied. One thread.
+class PPD {
+public:
+    /// Opens a PPD, all of it: where reading breaks off, libcups by itself would take what came
+    /// before for the whole.
+    /// @param whyNot  set when there is none; not null
+    /// @return no choice is marked in it; nullopt when the path leads to no regular file of at most
+    ///         16 MiB that can be read and is a PPD
+    static std::optional<PPD> open(const std::string &path, std::string *whyNot);
+
+    // Marking. An option or choice that the PPD does not have changes nothing.
+
+    /// Marks the default choice of every option.
+    void markDefaults();
+
+    /// Marks a choice of an option, in place of another where the option takes only one.
+    void mark(const std::string &option, const std::string &choice);
+
+    /// Marks the choices that a job's options name. The standard ones ("media", "sides") mark the
+    /// PPD's own; a value "Custom.TEXT" or "{NAME=TEXT}" sets the parameters of a custom choice.
+    void mark(const JobOptions &options);
+
+    /// Option keyword and choice name of every choice that is marked (see markedChoices.h).
+    std::vector<std::pair<std::string, std::string>> markedChoices() const;
+
+    // Looking up.
+
+    /// The value of an attribute ("APDialogExtension"), the first of that name; nullopt when there
+    /// is none or it has no value.
+    std::optional<std::string> attribute(const std::string &name) const;
+
+    bool hasOption(const std::string &option) const;
+    bool hasChoice(const std::string &option, const std::string &choice) const;
+
+    /// Whether a choice of that option goes into the job's header (JCLSetup). False when there is
+    /// no such option.
+    bool isJobControl(const std::string &option) const;
+
+    /// The code of a choice, untouched.
+    /// @return nullopt when no such option, no such choice or no code is there
+    std::optional<std::string> code(const std::string &option, const std::string &choice) const;
+
+    /// The code of the option's first choice that is marked, untouched.
+    /// @return nullopt when no such option, no marked choice or no code is there
+    std::optional<std::string> codeOfMarkedChoice(const std::string &option) const;
+
+    /// A page's extent in points, as the PPD states it: before any rotation.
+    struct PageSize {
+        double width;
+        double height;
+    };
+
+    /// @return nullopt when the PPD does not know the name
+    std::optional<PageSize> pageSize(const std::string &name) const;
+
+    /// The size of the page size that is marked; nullopt when none is.
+    std::optional<PageSize> markedPageSize() const;
+
+    // Writing.
+
+    /// Writes the job-control header (PJL): the PPD's JCLBegin with a line that names the job and
+    /// one that names the user, the code of the marked choices, JCLToPSInterpreter. Nothing when
+    /// the PPD has none of its own. User and title go in as they are but for what does not fit.
+    /// @param file  open for writing; what becomes of the writing shows there
+    void emitJobControl(FILE *file, int jobId, const std::string &user,
+                        const std::string &title) const;
+
+    /// What the library itself holds, for those who know it; stays this object's.
+    ppd_file_s *file() const { return _file.get(); }
+
+private:
+    /// Closes a PPD.
+    struct Closer {
+        void operator()(ppd_file_s *file) const;
+    };
+
+    explicit PPD(ppd_file_s *file) : _file(file) {}
+    static std::optional<PPD> read(int descriptor, long long size, std::string *whyNot);
+
+    std::unique_ptr<ppd_file_s, Closer> _file;
 };
-
-/// An opened PPD, or none.
-using PPD = std::unique_ptr<ppd_file_t, PPDCloser>;
-
-/// Opens a PPD (format 4.3), all of it: where reading breaks off, libcups by itself would take
-/// what came before for the whole.
-/// @param whyNot  set when there is none; not null
-/// @return no choice is marked in it; none when the path leads to no regular file of at most
-///         16 MiB that can be read and is a PPD
-PPD openPPD(const std::string &path, std::string *whyNot);

@@ -1,5 +1,7 @@
 #include "markedChoices.h"
 
+#include <cups/ppd.h>
+
 #include <span>
 
 namespace {
@@ -13,7 +15,7 @@ std::span<const Element> listOf(const Element *first, int count)
 
 } // namespace
 
-std::vector<std::pair<std::string, std::string>> markedChoices(const ppd_file_t &ppd)
+std::vector<std::pair<std::string, std::string>> markedChoices(const ppd_file_s &ppd)
 {
     std::vector<std::pair<std::string, std::string>> marked;
     for (const ppd_group_t &group : listOf(ppd.groups, ppd.num_groups)) {

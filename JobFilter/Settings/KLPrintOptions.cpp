@@ -7,15 +7,10 @@
 #include "WriteLog.h"
 #include "backCoverPage.h"
 #include "coverPageRules.h"
-#include "markedChoices.h"
 #include "postscriptRules.h"
 #include "watermarkRules.h"
 
-#include <cups/cups.h>
-
-#include <algorithm>
 #include <cstdlib>
-#include <span>
 #include <utility>
 
 namespace {
@@ -23,33 +18,17 @@ namespace {
 /// On purpose: A4 turned on its side, and 596 points high where A4 has 595.
 constexpr KLPageSize kDefaultPageSize = {842.0, 596.0};
 
-/// The options of an option string, owned.
-class ParsedOptions {
-public:
-    explicit ParsedOptions(const std::string &optionString)
-        : _count(cupsParseOptions(optionString.c_str(), 0, &_options))
-    {
-    }
-    ~ParsedOptions() { cupsFreeOptions(_count, _options); }
-    ParsedOptions(const ParsedOptions &) = delete;
-    ParsedOptions &operator=(const ParsedOptions &) = delete;
-
-    void mark(ppd_file_t *ppd) const { cupsMarkOptions(ppd, _count, _options); }
-    std::span<const cups_option_t> list() const
-    {
-        return {_options, static_cast<std::size_t>(_count)};
-    }
-
-private:
-    cups_option_t *_options = nullptr;
-    int _count;
-};
-
-std::optional<std::string> codeOfChoice(const ppd_choice_t *choice)
+/// The PPD that the environment names.
+PPD queuePPD()
 {
-    if (choice == nullptr || choice->code == nullptr)
-        return std::nullopt;
-    return choice->code;
+    const char *path = std::getenv("PPD");
+    if (path == nullptr)
+        throw KLNoPPDError("No PPD file: the environment variable PPD is not set");
+    std::string whyNot;
+    auto ppd = PPD::open(path, &whyNot);
+    if (!ppd)
+        throw KLNoPPDError("Unable to open PPD file " + std::string(path) + ": " + whyNot);
+    return std::move(*ppd);
 }
 
 } // namespace
@@ -58,14 +37,14 @@ std::optional<std::string> codeOfChoice(const ppd_choice_t *choice)
 // The store
 //
 
-KLPrintOptions::KLPrintOptions(const std::string &optionString)
+KLPrintOptions::KLPrintOptions(const std::string &optionString) : _ppd(queuePPD())
 {
-    const ParsedOptions parsed(optionString);
-    loadPPD();
-    parsed.mark(_ppd.get());
+    const JobOptions options = parsedOptions(optionString);
+    _ppd.markDefaults();
+    _ppd.mark(options);
     storeMarkedChoices();
-    for (const cups_option_t &option : parsed.list())
-        storeOption(option.name, option.value);
+    for (const auto &[name, value] : options)
+        storeOption(name, value);
 }
 
 std::optional<KLValue> KLPrintOptions::valueForKey(std::string_view key) const
@@ -120,22 +99,10 @@ void KLPrintOptions::setDefaultValueForKey(KLValue value, std::string_view key)
     _options.try_emplace(std::string(key), std::move(value));
 }
 
-void KLPrintOptions::loadPPD()
-{
-    const char *path = std::getenv("PPD");
-    if (path == nullptr)
-        throw KLNoPPDError("No PPD file: the environment variable PPD is not set");
-    std::string whyNot;
-    _ppd = openPPD(path, &whyNot);
-    if (!_ppd)
-        throw KLNoPPDError("Unable to open PPD file " + std::string(path) + ": " + whyNot);
-    ppdMarkDefaults(_ppd.get());
-}
-
 void KLPrintOptions::storeMarkedChoices()
 {
     // Where several choices of an option are marked, the last one is what stays.
-    for (auto &[keyword, choice] : markedChoices(*_ppd))
+    for (auto &[keyword, choice] : _ppd.markedChoices())
         setValueForKey(std::move(choice), keyword);
 }
 
@@ -203,25 +170,21 @@ bool KLPrintOptions::isOneSided() const
 std::optional<std::string>
 KLPrintOptions::codeForMarkedChoiceForPPDOption(const std::string &keyword) const
 {
-    const ppd_option_t *option = findOptionWithName(keyword);
-    return option != nullptr ? codeOfChoice(findMarkedChoiceForOption(*option)) : std::nullopt;
+    return _ppd.codeOfMarkedChoice(keyword);
 }
 
 std::optional<std::string>
 KLPrintOptions::codeForPPDOptionWithChoice(const std::string &keyword,
                                            const std::string &choice) const
 {
-    ppd_option_t *option = findOptionWithName(keyword);
-    return option != nullptr ? codeOfChoice(findChoiceWithNameForOption(choice, *option))
-                             : std::nullopt;
+    return _ppd.code(keyword, choice);
 }
 
 std::optional<std::string>
 KLPrintOptions::convertPJLCodeToPostscriptForPPDOptionWithChoice(const std::string &keyword,
                                                                  const std::string &choice) const
 {
-    const ppd_option_t *option = findOptionWithName(keyword);
-    if (option == nullptr || option->section != PPD_ORDER_JCL)
+    if (!_ppd.isJobControl(keyword))
         return std::nullopt;
     const auto code = codeForPPDOptionWithChoice(keyword, choice);
     return code ? postscriptFromPJLCode(*code) : std::nullopt;
@@ -249,27 +212,8 @@ std::optional<std::string> KLPrintOptions::postscriptCodeForDefaultDuplexSetting
 KLPageSize KLPrintOptions::pageSize() const
 {
     const auto name = textForKey("PageSize");
-    const ppd_size_t *size = name ? ppdPageSize(_ppd.get(), name->c_str()) : nullptr;
-    return size != nullptr ? KLPageSize{size->width, size->length} : kDefaultPageSize;
-}
-
-ppd_option_t *KLPrintOptions::findOptionWithName(const std::string &keyword) const
-{
-    return ppdFindOption(_ppd.get(), keyword.c_str());
-}
-
-ppd_choice_t *KLPrintOptions::findMarkedChoiceForOption(const ppd_option_t &option)
-{
-    const std::span choices(option.choices, static_cast<std::size_t>(option.num_choices));
-    const auto marked = std::ranges::find_if(
-        choices, [](const ppd_choice_t &choice) { return choice.marked != 0; });
-    return marked != choices.end() ? &*marked : nullptr;
-}
-
-ppd_choice_t *KLPrintOptions::findChoiceWithNameForOption(const std::string &name,
-                                                          ppd_option_t &option)
-{
-    return ppdFindChoice(&option, name.c_str());
+    const auto size = name ? _ppd.pageSize(*name) : std::nullopt;
+    return size ? KLPageSize{size->width, size->height} : kDefaultPageSize;
 }
 
 //

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "KLValue.h"
-#include "openPPD.h"
+#include "PPD.h"
 
 #include <cstdint>
 #include <map>
@@ -40,9 +40,10 @@ public:
     /// @throws KLNoPPDError when "PPD" is not set or names nothing that opens as a PPD.
     explicit KLPrintOptions(const std::string &optionString);
 
-    /// The PPD with the job's choices marked. Never null; the store keeps ownership and closes it
-    /// on destruction. Marks that a caller changes are not followed by the map.
-    ppd_file_t *ppd() const { return _ppd.get(); }
+    /// The PPD with the job's choices marked; the store's own. Marks that a caller changes are not
+    /// followed by the map.
+    PPD &ppd() { return _ppd; }
+    const PPD &ppd() const { return _ppd; }
 
     /// The value stored under the key; nullopt when there is none.
     std::optional<KLValue> valueForKey(std::string_view key) const;
@@ -139,7 +140,6 @@ public:
     std::string generageWatermarkCode() const;
 
 private:
-    void loadPPD();
     void storeMarkedChoices();
     void storeOption(std::string key, std::string text);
 
@@ -153,11 +153,6 @@ private:
     bool isTrue(std::string_view key) const;
     /// Whether the job prints on one side only.
     bool isOneSided() const;
-
-    // Each gives null for "not found". What they point to belongs to the PPD.
-    ppd_option_t *findOptionWithName(const std::string &keyword) const;
-    static ppd_choice_t *findMarkedChoiceForOption(const ppd_option_t &option);
-    static ppd_choice_t *findChoiceWithNameForOption(const std::string &name, ppd_option_t &option);
 
     std::map<std::string, KLValue, std::less<>> _options;
     PPD _ppd;

@@ -190,7 +190,7 @@ Arguments coverPageArguments(const KLPrintOptions &options)
 /// store.
 void printDuplexWithTumble(KLPrintOptions &options)
 {
-    ppdMarkOption(options.ppd(), "Duplex", "DuplexTumble");
+    options.ppd().mark("Duplex", "DuplexTumble");
     options.setValueForKey("DuplexTumble", "Duplex");
 }
 

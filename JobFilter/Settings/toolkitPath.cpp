@@ -16,12 +16,8 @@ using Objection = std::optional<std::string>;
 /// The path of the auxiliary executable, whoever put it there.
 std::optional<std::string> namedToolkit(const KLPrintOptions &options)
 {
-    if (options.ppd() == nullptr)
-        return std::nullopt;
-    const ppd_attr_t *attribute = ppdFindAttr(options.ppd(), "APDialogExtension", nullptr);
-    if (attribute == nullptr || attribute->value == nullptr)
-        return std::nullopt;
-    const auto bundle = Platform::Bundle::withPath(attribute->value);
+    const auto bundlePath = options.ppd().attribute("APDialogExtension");
+    const auto bundle = bundlePath ? Platform::Bundle::withPath(*bundlePath) : std::nullopt;
     return bundle ? bundle->pathForAuxiliaryExecutable("toolkit") : std::nullopt;
 }
 

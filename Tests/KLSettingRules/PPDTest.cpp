@@ -1,9 +1,10 @@
-#include "openPPD.h"
+#include "PPD.h"
 
 #include "MinimalPPD.h"
 #include "Program.h"
 #include "TemporaryFolder.h"
 
+#include <cups/ppd.h>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,13 +14,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class OpenPPDTest : public testing::Test {
+class PPDTest : public testing::Test {
 protected:
     /// What is said about a file that is no PPD; "opened" for one that is.
     static std::string whyNot(const std::string &path)
     {
         std::string reason = "untouched";
-        return openPPD(path, &reason) ? "opened" : reason;
+        return PPD::open(path, &reason) ? "opened" : reason;
     }
 
     Support::TemporaryFolder folder;
@@ -27,16 +28,16 @@ protected:
 
 } // namespace
 
-TEST_F(OpenPPDTest, OpensAPPDWithoutMarkingAnything)
+TEST_F(PPDTest, OpensAPPDWithoutMarkingAnything)
 {
     std::string reason;
-    const PPD ppd = openPPD(folder.write("ppd", Support::minimalPPD()), &reason);
+    const auto ppd = PPD::open(folder.write("ppd", Support::minimalPPD()), &reason);
     ASSERT_TRUE(ppd);
-    EXPECT_STREQ("A4", ppdFindOption(ppd.get(), "PageSize")->defchoice);
-    EXPECT_EQ(nullptr, ppdFindMarkedChoice(ppd.get(), "PageSize"));
+    EXPECT_STREQ("A4", ppdFindOption(ppd->file(), "PageSize")->defchoice);
+    EXPECT_EQ(nullptr, ppdFindMarkedChoice(ppd->file(), "PageSize"));
 }
 
-TEST_F(OpenPPDTest, ReadsWhatIsLongerThanItsBuffersToTheEnd)
+TEST_F(PPDTest, ReadsWhatIsLongerThanItsBuffersToTheEnd)
 {
     std::string comments;
     while (comments.size() < 100000)
@@ -44,14 +45,14 @@ TEST_F(OpenPPDTest, ReadsWhatIsLongerThanItsBuffersToTheEnd)
     EXPECT_EQ("opened", whyNot(folder.write("ppd", Support::minimalPPD(comments))));
 }
 
-TEST_F(OpenPPDTest, OpensACompressedPPD)
+TEST_F(PPDTest, OpensACompressedPPD)
 {
     const std::string path = folder.write("queue.ppd", Support::minimalPPD());
     ASSERT_EQ(0, Support::runProgram({.arguments = {"gzip", path}}).exitStatus);
     EXPECT_EQ("opened", whyNot(path + ".gz"));
 }
 
-TEST_F(OpenPPDTest, SaysWhyNot)
+TEST_F(PPDTest, SaysWhyNot)
 {
     EXPECT_EQ("No such file or directory", whyNot(folder.file("missing")));
     EXPECT_EQ("No such file or directory", whyNot(""));
@@ -63,4 +64,120 @@ TEST_F(OpenPPDTest, SaysWhyNot)
     const std::string large = folder.write("large", Support::minimalPPD());
     fs::resize_file(large, (16U << 20) + 1);
     EXPECT_EQ("larger than 16 MiB", whyNot(large));
+}
+
+// Asking it
+
+namespace {
+
+constexpr char kPaper[] = R"PPD(*JCLOpenUI *JCLPaper/Paper: PickOne
+*OrderDependency: 30 JCLSetup *JCLPaper
+*DefaultJCLPaper: Thin
+*JCLPaper Thin/Thin: "@PJL SET PAPER=THIN<0A>"
+*JCLPaper Thick/Thick: "@PJL SET PAPER=THICK<0A>"
+*JCLPaper Bare/Bare: ""
+*JCLCloseUI: *JCLPaper
+*Bundle: "/usr/lib/bundle"
+*Bundle: "/usr/lib/another"
+)PPD";
+
+class AskedPPDTest : public testing::Test {
+protected:
+    AskedPPDTest()
+    {
+        std::string reason;
+        ppd = PPD::open(folder.write("ppd", Support::minimalPPD(kPaper)), &reason);
+    }
+
+    /// The header for the marked choices.
+    std::string header(const std::string &user = "u", const std::string &title = "t") const
+    {
+        const std::string path = folder.file("header");
+        FILE *file = std::fopen(path.c_str(), "w");
+        ppd->emitJobControl(file, 1, user, title);
+        std::fclose(file);
+        return Support::readFile(path);
+    }
+
+    Support::TemporaryFolder folder;
+    std::optional<PPD> ppd;
+};
+
+} // namespace
+
+TEST_F(AskedPPDTest, MarksWhatTheJobNamesInPlaceOfTheDefault)
+{
+    ppd->markDefaults();
+    EXPECT_EQ("@PJL SET PAPER=THIN\n", ppd->codeOfMarkedChoice("JCLPaper"));
+    ppd->mark({{"JCLPaper", "Thick"}});
+    EXPECT_EQ("@PJL SET PAPER=THICK\n", ppd->codeOfMarkedChoice("JCLPaper"));
+    ppd->mark("JCLPaper", "Bare");
+    EXPECT_EQ("", ppd->codeOfMarkedChoice("JCLPaper"));
+}
+
+TEST_F(AskedPPDTest, MarksNothingForWhatItDoesNotHave)
+{
+    ppd->markDefaults();
+    const auto before = ppd->markedChoices();
+    ppd->mark("JCLPaper", "Wet");
+    ppd->mark("Smell", "Strong");
+    ppd->mark(JobOptions());
+    EXPECT_EQ(before, ppd->markedChoices());
+}
+
+TEST_F(AskedPPDTest, GivesACodeForItsOwnOptionsAndChoicesOnly)
+{
+    EXPECT_EQ("@PJL SET PAPER=THICK\n", ppd->code("JCLPaper", "Thick"));
+    EXPECT_EQ("@PJL SET PAPER=THICK\n", ppd->code("jclpaper", "THICK"));
+    EXPECT_EQ("", ppd->code("JCLPaper", "Bare"));
+    EXPECT_EQ(std::nullopt, ppd->code("JCLPaper", "Wet"));
+    EXPECT_EQ(std::nullopt, ppd->code("Smell", "Strong"));
+    EXPECT_EQ(std::nullopt, ppd->codeOfMarkedChoice("JCLPaper")); // nothing is marked yet
+}
+
+TEST_F(AskedPPDTest, TellsJobControlFromPageDescription)
+{
+    EXPECT_TRUE(ppd->isJobControl("JCLPaper"));
+    EXPECT_FALSE(ppd->isJobControl("Duplex"));
+    EXPECT_FALSE(ppd->isJobControl("Smell"));
+    EXPECT_TRUE(ppd->hasOption("Duplex"));
+    EXPECT_FALSE(ppd->hasOption("Smell"));
+    EXPECT_TRUE(ppd->hasChoice("Duplex", "None"));
+    EXPECT_FALSE(ppd->hasChoice("Duplex", "Always"));
+}
+
+TEST_F(AskedPPDTest, GivesTheFirstAttributeOfAName)
+{
+    EXPECT_EQ("/usr/lib/bundle", ppd->attribute("Bundle"));
+    EXPECT_EQ(std::nullopt, ppd->attribute("Parcel"));
+}
+
+TEST_F(AskedPPDTest, KnowsPageSizesByNameAndTheMarkedOne)
+{
+    ASSERT_TRUE(ppd->pageSize("Letter"));
+    EXPECT_EQ(612, ppd->pageSize("Letter")->width);
+    EXPECT_EQ(792, ppd->pageSize("Letter")->height);
+    EXPECT_FALSE(ppd->pageSize("Napkin"));
+    EXPECT_FALSE(ppd->markedPageSize());
+    ppd->markDefaults();
+    ASSERT_TRUE(ppd->markedPageSize());
+    EXPECT_EQ(842, ppd->markedPageSize()->height);
+}
+
+TEST_F(AskedPPDTest, WritesTheHeaderOfTheMarkedChoices)
+{
+    ppd->mark("JCLPaper", "Thick");
+    EXPECT_THAT(header(),
+                testing::AllOf(testing::StartsWith(
+                                   "\x1b%-12345X@PJL\n@PJL JOB NAME = \"t\" DISPLAY = \"1 u t\"\n"),
+                               testing::HasSubstr("@PJL SET PAPER=THICK\n"),
+                               testing::EndsWith("@PJL ENTER LANGUAGE = POSTSCRIPT\r\n")));
+}
+
+TEST(ParsedOptionsTest, FollowTheSyntaxOfTheScheduler)
+{
+    const JobOptions expected = {{"a", "1"}, {"b", "two words"}, {"c", "true"}, {"d", "false"}};
+    EXPECT_THAT(parsedOptions("a=0 b='two words' c nod a=1"),
+                testing::UnorderedElementsAreArray(expected));
+    EXPECT_THAT(parsedOptions(""), testing::IsEmpty());
 }

@@ -1,6 +1,7 @@
 #include "markedChoices.h"
 
 #include <cstring>
+#include <cups/ppd.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

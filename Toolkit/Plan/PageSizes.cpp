@@ -2,19 +2,19 @@
 
 #include "queuePPD.h"
 
+#include <cups/cups.h>
 #include <cups/pwg.h>
 
 namespace {
 
 constexpr double kPointsPerUnit = 72.0 / 2540; // CUPS counts hundredths of a millimetre
 
-/// @param name  null for the one that is marked
-std::optional<PageSize> pageSizeInPPD(ppd_file_t *ppd, const char *name)
+/// The PPD's size as one that a page can have.
+std::optional<PageSize> usable(const std::optional<PPD::PageSize> &size)
 {
-    const ppd_size_t *size = ppd != nullptr ? ppdPageSize(ppd, name) : nullptr;
-    if (size == nullptr || size->width <= 0 || size->length <= 0)
+    if (!size || size->width <= 0 || size->height <= 0)
         return std::nullopt;
-    return PageSize{size->width, size->length};
+    return PageSize{size->width, size->height};
 }
 
 std::optional<PageSize> standardPageSize(const std::string &name)
@@ -31,15 +31,16 @@ std::optional<PageSize> standardPageSize(const std::string &name)
 
 std::optional<PageSize> pageSizeNamed(const std::string &name, const std::string &ppdPath)
 {
-    if (const auto size = pageSizeInPPD(queuePPD(ppdPath).get(), name.c_str()))
-        return size;
-    return standardPageSize(name);
+    const auto ppd = queuePPD(ppdPath);
+    const auto size = ppd ? usable(ppd->pageSize(name)) : std::nullopt;
+    return size ? size : standardPageSize(name);
 }
 
 std::optional<PageSize> defaultPageSize(const std::string &ppdPath)
 {
-    const PPD ppd = queuePPD(ppdPath);
-    if (ppd)
-        ppdMarkDefaults(ppd.get());
-    return pageSizeInPPD(ppd.get(), nullptr);
+    auto ppd = queuePPD(ppdPath);
+    if (!ppd)
+        return std::nullopt;
+    ppd->markDefaults();
+    return usable(ppd->markedPageSize());
 }

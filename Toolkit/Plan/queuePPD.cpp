@@ -2,12 +2,12 @@
 
 #include "ToolkitError.h"
 
-PPD queuePPD(const std::string &path)
+std::optional<PPD> queuePPD(const std::string &path)
 {
     if (path.empty())
-        return nullptr;
+        return std::nullopt;
     std::string whyNot;
-    PPD ppd = openPPD(path, &whyNot);
+    auto ppd = PPD::open(path, &whyNot);
     if (!ppd)
         throw ToolkitError("The PPD file of the print queue cannot be read: " + whyNot + ".");
     return ppd;

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "queuePPD.h"
+#include "PPD.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,10 +26,7 @@ public:
     bool isJobControl(const std::string &option) const;
 
 private:
-    ppd_option_t *optionNamed(const std::string &option) const;
-    ppd_choice_t *choiceNamed(const std::string &option, const std::string &choice) const;
-
-    PPD _ppd;
+    std::optional<PPD> _ppd;
 };
 
 /// Lines of PostScript as a feature of a document, protected so that an error in them does not end

@@ -3,6 +3,7 @@
 #include "KLPrintOptions.h"
 #include "QueueTest.h"
 
+#include <cups/ppd.h>
 #include <span>
 
 namespace {
@@ -85,7 +86,7 @@ protected:
     static std::string marks(const KLPrintOptions &options)
     {
         std::string marks;
-        const ppd_file_t &ppd = *options.ppd();
+        const ppd_file_t &ppd = *options.ppd().file();
         for (const ppd_group_t &group : std::span(ppd.groups, std::size_t(ppd.num_groups))) {
             for (const ppd_option_t &option :
                  std::span(group.options, std::size_t(group.num_options))) {
@@ -123,8 +124,8 @@ TEST_F(KLPrintOptionsQueriesTest, MarkedCodeFollowsTheJobsOptions)
 TEST_F(KLPrintOptionsQueriesTest, FirstOfSeveralMarkedChoicesGivesTheCode)
 {
     const KLPrintOptions options("");
-    ppdMarkOption(options.ppd(), "OutputBin", "Right");
-    ppdMarkOption(options.ppd(), "OutputBin", "Middle");
+    ppdMarkOption(options.ppd().file(), "OutputBin", "Right");
+    ppdMarkOption(options.ppd().file(), "OutputBin", "Middle");
     EXPECT_EQ("middle", options.codeForMarkedChoiceForPPDOption("OutputBin"));
 }
 
@@ -139,7 +140,8 @@ TEST_F(KLPrintOptionsQueriesTest, NoMarkedChoiceGivesNoCode)
 TEST_F(KLPrintOptionsQueriesTest, MarkedChoiceWithoutCodeGivesNone)
 {
     const KLPrintOptions options("");
-    ppd_choice_t *custom = ppdFindChoice(ppdFindOption(options.ppd(), "PageRegion"), "Custom");
+    ppd_choice_t *custom =
+        ppdFindChoice(ppdFindOption(options.ppd().file(), "PageRegion"), "Custom");
     ASSERT_NE(nullptr, custom);
     ASSERT_EQ(nullptr, custom->code);
     custom->marked = 1;

@@ -3,6 +3,7 @@
 #include "QueueTest.h"
 #include "Text.h"
 
+#include <cups/ppd.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
@@ -77,14 +78,14 @@ TEST_F(KLPrintOptionsTest, AnOptionOfTheJobReplacesThePPDsDefault)
 {
     const KLPrintOptions options("Duplex=DuplexTumble");
     EXPECT_EQ(KLValue("DuplexTumble"), options.valueForKey("Duplex"));
-    EXPECT_TRUE(ppdIsMarked(options.ppd(), "Duplex", "DuplexTumble"));
+    EXPECT_TRUE(ppdIsMarked(options.ppd().file(), "Duplex", "DuplexTumble"));
 }
 
 TEST_F(KLPrintOptionsTest, AValueThatNamesNoChoiceIsStoredAsSent)
 {
     const KLPrintOptions options("Duplex=Sideways");
     EXPECT_EQ(KLValue("Sideways"), options.valueForKey("Duplex"));
-    EXPECT_TRUE(ppdIsMarked(options.ppd(), "Duplex", "None"));
+    EXPECT_TRUE(ppdIsMarked(options.ppd().file(), "Duplex", "None"));
 }
 
 TEST_F(KLPrintOptionsTest, StandardJobOptionsMarkThePPDsOwn)

@@ -7,6 +7,7 @@
 #include "TemporaryFolder.h"
 
 #include <csignal>
+#include <cups/ppd.h>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -606,7 +607,7 @@ TEST_F(KLToolkitProcessorTest, ABookletThatWorkedPrintsDuplexWithTumble)
     KLPrintOptions settings = options("BookletPaperSize=A4 Duplex=DuplexNoTumble");
     apply(settings);
     EXPECT_TRUE(settings.valueForKeyIsEqualToString("Duplex", "DuplexTumble"));
-    EXPECT_STREQ("DuplexTumble", ppdFindMarkedChoice(settings.ppd(), "Duplex")->choice);
+    EXPECT_STREQ("DuplexTumble", ppdFindMarkedChoice(settings.ppd().file(), "Duplex")->choice);
 }
 
 TEST_F(KLToolkitProcessorTest, ABookletThatFailedChangesNoDuplex)
@@ -615,7 +616,7 @@ TEST_F(KLToolkitProcessorTest, ABookletThatFailedChangesNoDuplex)
     KLPrintOptions settings = options("BookletPaperSize=A4 Duplex=DuplexNoTumble");
     apply(settings);
     EXPECT_TRUE(settings.valueForKeyIsEqualToString("Duplex", "DuplexNoTumble"));
-    EXPECT_STREQ("DuplexNoTumble", ppdFindMarkedChoice(settings.ppd(), "Duplex")->choice);
+    EXPECT_STREQ("DuplexNoTumble", ppdFindMarkedChoice(settings.ppd().file(), "Duplex")->choice);
 }
 
 TEST_F(KLToolkitProcessorTest, ThePPDIsMarkedAlsoWhereItHasNoDuplex)
