@@ -45,11 +45,33 @@ ppd_choice_t *findChoice(ppd_file_t *ppd, const std::string &option, const std::
     return found != nullptr ? ppdFindChoice(found, choice.c_str()) : nullptr;
 }
 
+std::optional<std::string> textOf(const char *text)
+{
+    return text != nullptr ? std::optional<std::string>(text) : std::nullopt;
+}
+
 std::optional<std::string> codeOf(const ppd_choice_t *choice)
 {
-    if (choice == nullptr || choice->code == nullptr)
-        return std::nullopt;
-    return choice->code;
+    return choice != nullptr ? textOf(choice->code) : std::nullopt;
+}
+
+/// A libcups array and its count.
+template <class Element>
+std::span<const Element> listOf(const Element *first, int count)
+{
+    return {first, static_cast<std::size_t>(count)};
+}
+
+PPD::Option describe(ppd_file_t *ppd, const ppd_option_t &option)
+{
+    PPD::Option described = {option.keyword,
+                             option.defchoice,
+                             option.section == PPD_ORDER_JCL,
+                             ppdFindCustomOption(ppd, option.keyword) != nullptr,
+                             {}};
+    for (const ppd_choice_t &choice : listOf(option.choices, option.num_choices))
+        described.choices.push_back({choice.choice, textOf(choice.code).value_or("")});
+    return described;
 }
 
 /// @param name  null for the one that is marked
@@ -129,9 +151,47 @@ std::vector<std::pair<std::string, std::string>> PPD::markedChoices() const
 std::optional<std::string> PPD::attribute(const std::string &name) const
 {
     const ppd_attr_t *found = ppdFindAttr(_file.get(), name.c_str(), nullptr);
-    if (found == nullptr || found->value == nullptr)
-        return std::nullopt;
-    return found->value;
+    return found != nullptr ? textOf(found->value) : std::nullopt;
+}
+
+std::vector<std::string> PPD::attributes(const std::string &name) const
+{
+    std::vector<std::string> values;
+    const ppd_attr_t *found = ppdFindAttr(_file.get(), name.c_str(), nullptr);
+    for (; found != nullptr; found = ppdFindNextAttr(_file.get(), name.c_str(), nullptr))
+        values.push_back(textOf(found->value).value_or(""));
+    return values;
+}
+
+std::vector<std::string> PPD::filters() const
+{
+    const auto filters = listOf(_file->filters, _file->num_filters);
+    return {filters.begin(), filters.end()};
+}
+
+std::optional<std::string> PPD::headerBegin() const
+{
+    return textOf(_file->jcl_begin);
+}
+
+std::optional<std::string> PPD::headerEnd() const
+{
+    return textOf(_file->jcl_ps);
+}
+
+bool PPD::repeatsPagesForCopies() const
+{
+    return _file->manual_copies != 0;
+}
+
+std::vector<PPD::Option> PPD::options() const
+{
+    std::vector<Option> options;
+    for (const ppd_group_t &group : listOf(_file->groups, _file->num_groups)) {
+        for (const ppd_option_t &option : listOf(group.options, group.num_options))
+            options.push_back(describe(_file.get(), option));
+    }
+    return options;
 }
 
 bool PPD::hasOption(const std::string &option) const
@@ -160,7 +220,7 @@ std::optional<std::string> PPD::codeOfMarkedChoice(const std::string &option) co
     const ppd_option_t *found = ppdFindOption(_file.get(), option.c_str());
     if (found == nullptr)
         return std::nullopt;
-    const std::span choices(found->choices, static_cast<std::size_t>(found->num_choices));
+    const auto choices = listOf(found->choices, found->num_choices);
     const auto marked = std::ranges::find_if(
         choices, [](const ppd_choice_t &choice) { return choice.marked != 0; });
     return marked != choices.end() ? codeOf(&*marked) : std::nullopt;

@@ -51,6 +51,38 @@ public:
     /// is none or it has no value.
     std::optional<std::string> attribute(const std::string &name) const;
 
+    /// The values of all attributes of that name, in the PPD's order.
+    std::vector<std::string> attributes(const std::string &name) const;
+
+    /// What the lines "cupsFilter" say ("application/vnd.cups-postscript 0 jobfilter"), in order.
+    std::vector<std::string> filters() const;
+
+    /// What the header begins with (JCLBegin) and ends with (JCLToPSInterpreter), decoded; nullopt
+    /// when the PPD does not say.
+    std::optional<std::string> headerBegin() const;
+    std::optional<std::string> headerEnd() const;
+
+    /// Whether copies are made by repeating pages (cupsManualCopies).
+    bool repeatsPagesForCopies() const;
+
+    /// A choice and its code.
+    struct Choice {
+        std::string name;
+        std::string code; ///< empty also when it has none
+    };
+
+    /// An option, as it stands in the PPD.
+    struct Option {
+        std::string keyword;
+        std::string defaultChoice;
+        bool jobControl; ///< whether its code goes into the header
+        bool typed;      ///< whether it takes a value that is typed ("Custom")
+        std::vector<Choice> choices;
+    };
+
+    /// All options, in the PPD's order.
+    std::vector<Option> options() const;
+
     bool hasOption(const std::string &option) const;
     bool hasChoice(const std::string &option, const std::string &choice) const;
 

@@ -1,0 +1,73 @@
+#include "checkPPD.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <string_view>
+
+namespace {
+
+constexpr int kNoMistakes = 0;
+constexpr int kMistakes = 1;
+constexpr int kNotChecked = 2;
+
+constexpr char kUsage[] =
+    "Usage: jobfilter-check-ppd FILE...\n"
+    "Says what a driver writer has wrong in a PPD that names jobfilter: what becomes of\n"
+    "jobs on paper, and how to mend it. The format itself is cupstestppd(1)'s.\n"
+    "\n"
+    "  --help     this text\n"
+    "  --version  the version\n"
+    "\n"
+    "Ends with status 0 when there is nothing to mend, 1 when there is, and 2 when a file\n"
+    "cannot be read as a PPD. The PPDs of queues lie in /etc/cups/ppd.\n";
+
+int report(const char *path, const std::vector<PPDMistake> &mistakes)
+{
+    for (const PPDMistake &mistake : mistakes)
+        std::printf("%s: %s\n    On paper: %s\n    To mend it: %s\n", path, mistake.what.c_str(),
+                    mistake.onPaper.c_str(), mistake.cure.c_str());
+    if (mistakes.empty())
+        std::printf("%s: nothing to mend\n", path);
+    return mistakes.empty() ? kNoMistakes : kMistakes;
+}
+
+int check(const char *path)
+{
+    std::string whyNot;
+    const auto ppd = PPD::open(path, &whyNot);
+    if (ppd)
+        return report(path, checkPPD(*ppd));
+    std::fprintf(stderr, "%s: %s\n", path, whyNot.c_str());
+    return kNotChecked;
+}
+
+int checkAll(int argc, char *argv[])
+{
+    int status = kNoMistakes;
+    for (int file = 1; file < argc; ++file)
+        status = std::max(status, check(argv[file]));
+    return std::fflush(stdout) == 0 ? status : kNotChecked;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const std::string_view first = argc > 1 ? argv[1] : "";
+    if (argc == 2 && first == "--help")
+        return std::fputs(kUsage, stdout) >= 0 ? EXIT_SUCCESS : kNotChecked;
+    if (argc == 2 && first == "--version")
+        return std::puts("jobfilter-check-ppd " KL_VERSION) >= 0 ? EXIT_SUCCESS : kNotChecked;
+    if (argc < 2 || first.starts_with('-')) {
+        std::fputs(kUsage, stderr);
+        return kNotChecked;
+    }
+    try {
+        return checkAll(argc, argv);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "jobfilter-check-ppd: %s\n", error.what());
+        return kNotChecked;
+    }
+}
