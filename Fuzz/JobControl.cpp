@@ -4,13 +4,11 @@
 #include "KLJobControlStripper.h"
 
 #include "Fuzzing.h"
+#include "JobControlModel.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace {
-
-constexpr std::string_view kMarker = "\033%-12345X";
 
 /// What is kept of the stream, which comes in blocks of that many bytes.
 std::string strip(std::string_view stream, std::size_t blockSize)
@@ -29,74 +27,26 @@ std::string strip(std::string_view stream, std::size_t blockSize)
     return kept;
 }
 
-/// A job-control line without the control-Ds in front, in upper case, each run of blanks as one.
-std::string normalForm(std::string_view line)
+/// What the filter promises of every document.
+void requirePromises(std::string_view document, const std::string &kept)
 {
-    line.remove_prefix(std::min(line.find_first_not_of('\x04'), line.size()));
-    std::string text;
-    for (const char c : line) {
-        const char plain = c == '\t' ? ' ' : c;
-        if (plain != ' ' || !text.ends_with(' '))
-            text += static_cast<char>(std::toupper(static_cast<unsigned char>(plain)));
-    }
-    return text;
-}
-
-bool entersLanguage(std::string_view line)
-{
-    static constexpr std::string_view kCommand = "@PJL ENTER LANGUAGE";
-    const std::string text = normalForm(line);
-    return text.starts_with(kCommand) &&
-           (text.size() == kCommand.size() ||
-            std::isalpha(static_cast<unsigned char>(text[kCommand.size()])) == 0);
-}
-
-/// The page data of a job-control block, from behind its marker up to the next one.
-std::string_view pageDataOf(std::string_view block)
-{
-    while (!block.empty()) {
-        const auto behindEnds =
-            block.substr(std::min(block.find_first_not_of('\x04'), block.size()));
-        if (behindEnds.starts_with("%!"))
-            return behindEnds;
-        const auto lineEnd = block.find_first_of("\r\n");
-        if (lineEnd == std::string_view::npos)
-            return {};
-        const auto line = block.substr(0, lineEnd);
-        block.remove_prefix(lineEnd);
-        const bool isLast = entersLanguage(line);
-        block.remove_prefix(isLast && block.starts_with("\r\n") ? 2 : 1);
-        if (isLast)
-            return block;
-    }
-    return {};
-}
-
-std::string_view withoutEnds(std::string_view pageData)
-{
-    return pageData.substr(0, pageData.find_last_not_of('\x04') + 1);
-}
-
-std::string modelOfStrip(std::string_view stream)
-{
-    const auto first = std::min(stream.find(kMarker), stream.size());
-    std::string kept(withoutEnds(stream.substr(0, first)));
-    stream.remove_prefix(first);
-    while (!stream.empty()) {
-        stream.remove_prefix(kMarker.size());
-        const auto next = std::min(stream.find(kMarker), stream.size());
-        kept += withoutEnds(pageDataOf(stream.substr(0, next)));
-        stream.remove_prefix(next);
-    }
-    return kept;
+    Fuzz::require(!Support::hasMarker(kept), "what is kept holds no marker");
+    if (!Support::hasMarker(document))
+        Fuzz::requireEqual(Support::withoutEnds(document), kept,
+                           "a document without job control is kept byte for byte");
+    const std::string whole = Support::pageDataBetweenWholeMarkers(document);
+    if (!Support::hasMarker(whole))
+        Fuzz::requireEqual(whole, kept, "only a marker that would be joined costs more bytes");
+    Fuzz::requireEqual(kept, strip(kept, kept.size()), "what is kept is without job control");
 }
 
 } // namespace
 
 void Fuzz::tryInput(std::string_view input)
 {
-    const std::string expected = modelOfStrip(input);
+    const std::string expected = Support::pageDataOf(input);
     for (const std::size_t blockSize : {std::max<std::size_t>(input.size(), 1), std::size_t{1},
                                         std::size_t{2}, std::size_t{7}, std::size_t{64}})
         requireEqual(expected, strip(input, blockSize), "job control goes, all else stays");
+    requirePromises(input, expected);
 }

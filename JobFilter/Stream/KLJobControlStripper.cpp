@@ -40,32 +40,44 @@ KLJobControlStripper::KLJobControlStripper(Sink sink) : _sink(std::move(sink)) {
 void KLJobControlStripper::strip(std::string_view block)
 {
     while (!block.empty()) {
-        if (_matched == 0) {
-            const auto escape = std::min(block.find(kMarker.front()), block.size());
-            takeData(block.substr(0, escape));
-            block.remove_prefix(escape);
-        }
-        while (!block.empty() && _matched < kMarker.size() && block.front() == kMarker[_matched]) {
-            _matched++;
-            block.remove_prefix(1);
-        }
-        if (_matched == kMarker.size())
+        block = holdMarkerBytes(block);
+        if (_matched == kMarker.size()) {
             takeMarker();
-        else if (!block.empty())
-            // The byte that broke the match is looked at again: it may begin a marker itself.
-            takeData(kMarker.substr(0, std::exchange(_matched, 0)));
+        } else if (!block.empty()) {
+            takeHeldBytes();
+            block = takeUpToEscape(block);
+        }
     }
 }
 
 void KLJobControlStripper::finish()
 {
-    takeData(kMarker.substr(0, std::exchange(_matched, 0)));
+    takeHeldBytes();
     _hasDropped = _hasDropped || _pendingEnds > 0;
+}
+
+/// @return what is left of the bytes behind those that begin a marker, or go on with it.
+std::string_view KLJobControlStripper::holdMarkerBytes(std::string_view bytes)
+{
+    if (_matchStart == _matched)
+        _matchStart = _matched = keptMatchBefore(bytes.front());
+    while (!bytes.empty() && _matched < kMarker.size() && bytes.front() == kMarker[_matched]) {
+        _matched++;
+        bytes.remove_prefix(1);
+    }
+    return bytes;
+}
+
+/// How many bytes of a marker end what was kept, where this byte may go on with them.
+std::size_t KLJobControlStripper::keptMatchBefore(char byte) const
+{
+    const bool followsDirectly = !_inJobControl && _pendingEnds == 0;
+    return followsDirectly && byte != kMarker.front() ? _keptMatch : 0;
 }
 
 void KLJobControlStripper::takeMarker()
 {
-    _matched = 0;
+    _matchStart = _matched = 0;
     _pendingEnds = 0;
     _skipsLineFeed = false;
     _inJobControl = true;
@@ -73,12 +85,35 @@ void KLJobControlStripper::takeMarker()
     _lineStart.clear();
 }
 
-void KLJobControlStripper::takeData(std::string_view bytes)
+/// The bytes that are held back have not become a marker.
+void KLJobControlStripper::takeHeldBytes()
+{
+    if (_matchStart == _matched)
+        return;
+    take(kMarker.substr(_matchStart, _matched - _matchStart));
+    if (!_inJobControl)
+        _keptMatch = _matched;
+    _matchStart = _matched = 0;
+}
+
+/// Takes bytes up to the next that begins a marker, or goes on with one. @return what is left.
+std::string_view KLJobControlStripper::takeUpToEscape(std::string_view bytes)
+{
+    const auto escape = std::min(bytes.find(kMarker.front()), bytes.size());
+    const auto left = take(bytes.substr(0, escape));
+    return bytes.substr(escape - left.size());
+}
+
+/// Takes bytes in which no marker begins.
+/// @return what is left where job control ends: bytes of which the first may belong to a marker.
+std::string_view KLJobControlStripper::take(std::string_view bytes)
 {
     if (_inJobControl)
-        bytes = skipJobControl(bytes);
-    if (!_inJobControl)
-        keep(skipLineFeed(bytes));
+        return skipJobControl(bytes);
+    if (beginsWithSkippedLineFeed(bytes))
+        return bytes.substr(1);
+    keep(bytes);
+    return {};
 }
 
 /// Hands over page data but for the control-Ds at its end, which may end all of it.
@@ -96,11 +131,14 @@ void KLJobControlStripper::keep(std::string_view bytes)
 void KLJobControlStripper::writePendingEnds()
 {
     // Piece by piece: there may be as many as the stream is long.
-    std::array<char, 4096> ends;
-    ends.fill(kControlD);
+    static constexpr auto kEnds = [] {
+        std::array<char, 4096> ends{};
+        ends.fill(kControlD);
+        return ends;
+    }();
     while (_pendingEnds > 0) {
-        const auto length = std::min(_pendingEnds, ends.size());
-        hand({ends.data(), length});
+        const auto length = std::min(_pendingEnds, kEnds.size());
+        hand({kEnds.data(), length});
         _pendingEnds -= length;
     }
 }
@@ -128,11 +166,9 @@ std::string_view KLJobControlStripper::skipJobControl(std::string_view bytes)
     return {};
 }
 
-std::string_view KLJobControlStripper::skipLineFeed(std::string_view bytes)
+bool KLJobControlStripper::beginsWithSkippedLineFeed(std::string_view bytes)
 {
-    if (bytes.empty() || !std::exchange(_skipsLineFeed, false) || bytes.front() != '\n')
-        return bytes;
-    return bytes.substr(1);
+    return !bytes.empty() && std::exchange(_skipsLineFeed, false) && bytes.front() == '\n';
 }
 
 void KLJobControlStripper::enterPageData()
@@ -163,5 +199,6 @@ bool KLJobControlStripper::lineEntersLanguage() const
 void KLJobControlStripper::hand(std::string_view bytes)
 {
     _hasKept = true;
+    _keptMatch = 0;
     _sink(bytes);
 }

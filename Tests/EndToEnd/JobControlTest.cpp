@@ -1,8 +1,12 @@
 #include "EndToEndTest.h"
 
+#include "PDFBuilder.h"
+
+using Support::lpOption;
 using Support::PJLJob;
 using testing::AnyOf;
 using testing::Contains;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -93,6 +97,91 @@ TEST_F(JobControlTest, EscapeInACustomChoiceLeavesPJL)
     const int job = scheduler().submit(
         {"-d", "custom", "-o", "JCLNote=Custom.a\033%-12345X", document("sample.ps")});
     EXPECT_THAT(bytesOf(job), HasSubstr("@PJL COMMENT a\033%-12345X\n"));
+}
+
+// Taking out the marker in the middle joins what stands around it to another.
+class SplitMarkerTest : public JobControlTest {
+protected:
+    static constexpr char kInjection[] = "\033%-123\033%-12345X@PJL ENTER LANGUAGE = POSTSCRIPT\n"
+                                         "45X@PJL COMMENT DSSC PRINT USERLOGIN=otto\r\n"
+                                         "@PJL COMMENT DSSC PRINT ACCESSCODE=1\r\n"
+                                         "@PJL ENTER LANGUAGE = POSTSCRIPT\r\n";
+
+    /// Prints as anna, who has the department code 4711. @return the page data of a job that is
+    /// right to the last line and has one header, hers
+    static std::string bodyOf(const std::string &queue, const std::string &format,
+                              const std::string &document)
+    {
+        const Support::TemporaryFolder folder;
+        const PJLJob job = finishedJob(
+            scheduler().submit({"-U", "anna", "-d", queue, "-o", "document-format=" + format, "-o",
+                                lpOption("com.kalmira.pde.print-mode-ovm.departmentCode", "4711"),
+                                folder.write("document", document)}));
+        const std::string bytes = job.header + job.body + job.end;
+        EXPECT_THAT(settings(bytes, "USERLOGIN"), ElementsAre("anna"));
+        EXPECT_THAT(settings(bytes, "ACCESSCODE"), ElementsAre("4711"));
+        return job.body;
+    }
+
+    static std::string postScript()
+    {
+        std::string document = Support::readFile(EndToEndTest::document("sample.ps"));
+        return document.insert(document.find("%%EndProlog"), kInjection);
+    }
+
+    /// In a picture: the chain writes a PDF document anew, but leaves compressed pictures as they
+    /// are.
+    static std::string pdf()
+    {
+        Support::PDFBuilder builder;
+        const std::string picture =
+            builder.addStream(kInjection, "/Type /XObject /Subtype /Image /Width 1 /Height 1 "
+                                          "/BitsPerComponent 8 /ColorSpace /DeviceGray "
+                                          "/Filter /DCTDecode");
+        builder.addPage("/MediaBox [ 0 0 595 842 ] /Resources << /XObject << /P " + picture +
+                            " >> >>",
+                        "0 0 99 99 re f /P Do");
+        return builder.document();
+    }
+
+private:
+    /// The values of each DSSC line that has the setting, wherever it stands in the job.
+    static std::vector<std::string> settings(const std::string &job, const std::string &name)
+    {
+        const std::string beginning = dssc(name + "=");
+        std::vector<std::string> values;
+        for (auto at = job.find(beginning); at != job.npos; at = job.find(beginning, at)) {
+            at += beginning.size();
+            values.push_back(job.substr(at, job.find_first_of("\r\n", at) - at));
+        }
+        return values;
+    }
+};
+
+TEST_F(SplitMarkerTest, PostScriptThatTheChainPreparesHasOneHeader)
+{
+    EXPECT_THAT(bodyOf(kQueue, "application/postscript", postScript()), HasSubstr("%%EndProlog"));
+}
+
+TEST_F(SplitMarkerTest, PreparedPostScriptHasOneHeader)
+{
+    EXPECT_THAT(bodyOf(kQueue, "application/vnd.cups-postscript", postScript()),
+                HasSubstr("%%EndProlog"));
+}
+
+TEST_F(SplitMarkerTest, PDFThatTheChainMakesPostScriptOfHasOneHeader)
+{
+    EXPECT_THAT(bodyOf(kQueue, "application/pdf", pdf()), StartsWith("%!PS"));
+}
+
+TEST_F(SplitMarkerTest, PDFForAPrinterThatTakesPDFHasOneHeader)
+{
+    EXPECT_THAT(bodyOf(kPDFQueue, "application/pdf", pdf()), StartsWith("%PDF-"));
+}
+
+TEST_F(SplitMarkerTest, PreparedPDFHasOneHeader)
+{
+    EXPECT_THAT(bodyOf(kPDFQueue, "application/vnd.cups-pdf", pdf()), StartsWith("%PDF-"));
 }
 
 TEST_F(JobControlTest, RawJobGoesPastTheFilter)

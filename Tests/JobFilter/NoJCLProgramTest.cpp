@@ -79,6 +79,16 @@ TEST(NoJCLProgramTest, JobOfNothingButJobControlSaysSo)
     EXPECT_EQ(0, result.exitStatus);
 }
 
+TEST(NoJCLProgramTest, MarkerThatLeavingOutAnotherWouldJoinGoesWithItsJobControl)
+{
+    const auto result = runProgram(call("%!PS\n\033%-123" + kMarker +
+                                        "@PJL ENTER LANGUAGE=POSTSCRIPT\n"
+                                        "45X@PJL SET INJ=1\r\n"));
+    EXPECT_EQ("%!PS\n\033%-123", result.output);
+    EXPECT_EQ("", result.errors);
+    EXPECT_EQ(0, result.exitStatus);
+}
+
 TEST(NoJCLProgramTest, UnreadableJobs)
 {
     const TemporaryFolder folder;

@@ -1,7 +1,11 @@
 #include "KLJobControlStripper.h"
 
+#include "JobControlModel.h"
+
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -114,6 +118,7 @@ TEST(KLJobControlStripperTest, LinesThatOnlyLookLikeTheLanguageLineAreNone)
     EXPECT_EQ("", strip(kMarker + "@PJL ENTER LANGUAGES=PCL\npages"));
     EXPECT_EQ("", strip(kMarker + " @PJL ENTER LANGUAGE=PCL\npages"));
     EXPECT_EQ("", strip(kMarker + "@PJLENTER LANGUAGE=PCL\npages"));
+    EXPECT_EQ("", strip(kMarker + "@PJL\x04 ENTER LANGUAGE=PCL\npages"));
     EXPECT_EQ("", strip(kMarker + "@PJL COMMENT @PJL ENTER LANGUAGE=PCL\npages"));
 }
 
@@ -186,48 +191,102 @@ TEST(KLJobControlStripperTest, ManyControlDsAreKeptWhenMoreFollows)
     EXPECT_EQ(ends + "a", strip(ends + "a" + ends));
 }
 
-/// Every way to cut this stream into three blocks.
-TEST(KLJobControlStripperTest, CutsBetweenBlocksChangeNothing)
+// What was dropped joins what it stood between.
+
+TEST(KLJobControlStripperTest, RestOfAMarkerBehindJobControlThatSplitItBeginsJobControl)
 {
-    const std::string stream = kMarker +
-                               "@PJL JOB\r\n@PJL ENTER LANGUAGE=PS\r\n%!PS\n\033%-1\x04x\x04" +
-                               kMarker + "@PJL\n%!\n\x04" + kMarker;
-    const std::string kept = "%!PS\n\033%-1\x04x%!\n";
+    EXPECT_EQ("%!PS\n\033%-123", strip("%!PS\n\033%-123" + kHeader + "45X@PJL SET INJ=1\r\n"));
+    EXPECT_EQ("\033", strip("\033" + kHeader + "%-12345X@PJL SET INJ=1\r\n"));
+    EXPECT_EQ("\033%-12345", strip("\033%-12345" + kHeader + "X@PJL SET INJ=1\r\n"));
+}
+
+TEST(KLJobControlStripperTest, JobControlBehindAJoinedMarkerEndsLikeAnyOther)
+{
+    EXPECT_EQ("\033%-123" + kPages,
+              strip("\033%-123" + kHeader + "45X@PJL\n@PJL ENTER LANGUAGE=PS\r\n" + kPages));
+    EXPECT_EQ("\033%-123" + kPages, strip("\033%-123" + kHeader + "45X" + kPages));
+    EXPECT_EQ("\033%-123" + kPages, strip("\033%-123" + kHeader + "45X@PJL " + kHeader + kPages));
+}
+
+TEST(KLJobControlStripperTest, WhatWasKeptMayBeginMoreThanOneMarker)
+{
+    EXPECT_EQ("\033%-123",
+              strip("\033%-123" + kHeader + "45X@PJL\n" + kHeader + "45X@PJL\n" + kTrailer));
+    EXPECT_EQ("\033%-123",
+              strip("\033%-123" + kHeader + "45X@PJL ENTER LANGUAGE=PS\n45X@PJL SET A=B\n"));
+}
+
+TEST(KLJobControlStripperTest, ControlDThatIsDroppedSplitsNoMarker)
+{
+    EXPECT_EQ("\033%-123", strip("\033%-123\x04" + kHeader + "45X@PJL SET A=B\n"));
+    EXPECT_EQ("\033%-123", strip("\033%-123" + kHeader + "\x04" + kHeader + "45X@PJL SET A=B\n"));
+}
+
+TEST(KLJobControlStripperTest, ControlDThatIsKeptSplitsAMarker)
+{
+    const std::string stream = "\033%-123" + kHeader + "\x04" + "45X";
+    const std::string kept = std::string("\033%-123\x04") + "45X";
+    EXPECT_EQ(kept, strip(stream));
+    EXPECT_EQ(kept, strip(stream, {stream.size() - 3}));
+}
+
+TEST(KLJobControlStripperTest, BrokenMarkerInJobControlBeginsNoMarkerOfThePageData)
+{
+    EXPECT_EQ("345X", strip(kMarker + "\033%-12\n@PJL ENTER LANGUAGE\n345X"));
+}
+
+TEST(KLJobControlStripperTest, BytesThatOnlyGoOnWithAMarkerAreKept)
+{
+    EXPECT_EQ("\033%-12345Y", strip("\033%-123" + kHeader + "45Y"));
+    EXPECT_EQ("\033%-12345", strip("\033%-123" + kHeader + "45"));
+    EXPECT_EQ("\033%-123\033%-12", strip("\033%-123" + kHeader + "\033%-12" + kHeader));
+    EXPECT_EQ("\033%-123\n45X", strip("\033%-123" + kHeader + "\n45X"));
+    EXPECT_EQ("\033%!\n-12345X", strip("\033" + kMarker + "%!\n-12345X"));
+}
+
+TEST(KLJobControlStripperTest, MarkerInTwoPiecesThatNothingDroppedPartsIsNone)
+{
+    EXPECT_EQ("\033%-123\n45X", strip("\033%-123\n45X"));
+    EXPECT_EQ("a\033%-12345Y\n45X", strip("a\033%-123" + kHeader + "45Y\n45X"));
+}
+
+// Which bytes are dropped depends on those of a marker that went before, in pieces large and small.
+TEST(KLJobControlStripperTest, JoinedMarkersAreSeenThroughManySplits)
+{
+    EXPECT_EQ("\033%\033%-1\033%-123" + kPages,
+              strip("\033%" + kHeader + "\033%-1" + kHeader + "\033%-123" + kHeader + "45X" +
+                    kHeader + "45X" + kPages));
+    EXPECT_EQ("\033%-12345", strip("\033" + kHeader + "%-" + kHeader + "12" + kHeader + "345" +
+                                   kHeader + "X@PJL"));
+}
+
+/// Every way to cut a stream into three blocks.
+void expectEveryCutKeeps(const std::string &kept, const std::string &stream)
+{
     for (std::size_t first = 0; first <= stream.size(); first++)
         for (std::size_t second = first; second <= stream.size(); second++)
             ASSERT_EQ(kept, strip(stream, {first, second})) << first << " " << second;
 }
 
-/// The same rules told another way: on the whole stream, cut at its markers.
-std::string stripWhole(const std::string &stream)
+TEST(KLJobControlStripperTest, CutsBetweenBlocksChangeNothing)
 {
-    const auto pageData = [](std::string text) {
-        return text.substr(0, text.find_last_not_of('\x04') + 1);
-    };
-    const auto behindJobControl = [&](const std::string &text) -> std::string {
-        for (std::size_t start = 0; start < text.size();) {
-            start = std::min(text.find_first_not_of('\x04', start), text.size());
-            if (text.compare(start, 2, "%!") == 0)
-                return pageData(text.substr(start));
-            const auto end = text.find_first_of("\r\n", start);
-            if (end == std::string::npos)
-                return "";
-            const auto next = text.compare(end, 2, "\r\n") == 0 ? end + 2 : end + 1;
-            if (text.compare(start, 20, "@PJL ENTER LANGUAGE=") == 0)
-                return pageData(text.substr(next));
-            start = next;
-        }
-        return "";
-    };
-    std::size_t marker = stream.find(kMarker);
-    std::string kept = pageData(stream.substr(0, marker));
-    while (marker != std::string::npos) {
-        const auto start = marker + kMarker.size();
-        marker = stream.find(kMarker, start);
-        kept += behindJobControl(
-            stream.substr(start, marker == std::string::npos ? marker : marker - start));
-    }
-    return kept;
+    expectEveryCutKeeps("%!PS\n\033%-1\x04x%!\n",
+                        kMarker + "@PJL JOB\r\n@PJL ENTER LANGUAGE=PS\r\n%!PS\n\033%-1\x04x\x04" +
+                            kMarker + "@PJL\n%!\n\x04" + kMarker);
+    expectEveryCutKeeps("%!\n\033%-123\033%\n\033%-1",
+                        "%!\n\033%-123\x04" + kMarker + "@PJL ENTER LANGUAGE\r\n45X@PJL\r\n" +
+                            kMarker + "\n@PJL ENTER LANGUAGE\n\033%\n\033%-1" + kMarker +
+                            "@PJL ENTER LANGUAGE\r2345X@PJL\n\x04");
+}
+
+/// What holds for every stream, whatever it holds.
+void expectTheRulesFor(const std::string &stream, const std::string &kept)
+{
+    const std::string whole = Support::pageDataBetweenWholeMarkers(stream);
+    EXPECT_EQ(Support::pageDataOf(stream), kept) << testing::PrintToString(stream);
+    EXPECT_TRUE(kept == whole || Support::hasMarker(whole)) << testing::PrintToString(stream);
+    EXPECT_FALSE(Support::hasMarker(kept)) << testing::PrintToString(stream);
+    EXPECT_EQ(kept, strip(kept));
 }
 
 TEST(KLJobControlStripperTest, RandomStreamsInRandomBlocksFollowTheRules)
@@ -235,6 +294,8 @@ TEST(KLJobControlStripperTest, RandomStreamsInRandomBlocksFollowTheRules)
     const std::vector<std::string> pieces = {kMarker,
                                              "\033",
                                              "\033%-123",
+                                             "%-12345X",
+                                             "45X",
                                              "\x04",
                                              "\r",
                                              "\n",
@@ -245,19 +306,113 @@ TEST(KLJobControlStripperTest, RandomStreamsInRandomBlocksFollowTheRules)
                                              "@PJL ",
                                              "@PJL ENTER LANGUAGE=",
                                              "@PJL ENTER LANGUAGE=PS\r\n",
+                                             kHeader,
                                              "x",
                                              "\0\xff"s};
     std::mt19937 random(20260101);
     const auto below = [&](std::size_t limit) { return random() % limit; };
-    for (int round = 0; round < 20000; round++) {
+    for (int round = 0; round < 20000 && !HasFailure(); round++) {
         std::string stream;
         for (auto count = below(14); count > 0; count--)
             stream += pieces[below(pieces.size())];
         std::vector<std::size_t> cuts;
         for (std::size_t cut = 0; cut + 1 < stream.size();)
             cuts.push_back(cut = std::min(stream.size(), cut + 1 + below(9)));
-        ASSERT_EQ(stripWhole(stream), strip(stream, cuts)) << testing::PrintToString(stream);
+        expectTheRulesFor(stream, strip(stream, cuts));
     }
+}
+
+/// Calls the action with every stream of up to so many pieces that begins like this one.
+void forEveryStreamBehind(const std::string &beginning, const std::vector<std::string> &pieces,
+                          int count, const std::function<void(const std::string &)> &action)
+{
+    action(beginning);
+    if (count > 0 && !testing::Test::HasFailure())
+        for (const std::string &piece : pieces)
+            forEveryStreamBehind(beginning + piece, pieces, count - 1, action);
+}
+
+#ifdef NDEBUG
+constexpr int kFewerPieces = 0;
+#else
+constexpr int kFewerPieces = 1; // a slow build, with all that it looks at besides
+#endif
+
+TEST(KLJobControlStripperTest, EveryStreamOfLargePiecesInOneBlockFollowsTheRules)
+{
+    forEveryStreamBehind("",
+                         {kMarker, "\033%-123", "45X", "\033", "@PJL ENTER LANGUAGE\r\n",
+                          "@PJL ENTER LANGUAGE\r", "%!", "\x04", "\n"},
+                         6 - kFewerPieces,
+                         [](const auto &stream) { expectTheRulesFor(stream, strip(stream)); });
+}
+
+/// Every stream of up to so many pieces, each stripped in blocks of one piece. What streams have
+/// in common at their beginnings is stripped once.
+class EveryStream {
+public:
+    explicit EveryStream(std::vector<std::string> pieces) : _pieces(std::move(pieces)) {}
+
+    /// Counts the streams, the empty one not among them. Ends at the first that breaks a rule.
+    void tryUpTo(int pieces)
+    {
+        tryBehind(KLJobControlStripper([this](std::string_view bytes) { _kept += bytes; }), pieces);
+    }
+
+    std::size_t tried() const { return _tried; }
+
+    /// The stream that came out with a marker, or was without job control and did not come out
+    /// byte for byte.
+    const std::optional<std::string> &offender() const { return _offender; }
+
+private:
+    /// Tries the streams that begin with `_stream`; of that `_kept` has been handed over until now.
+    void tryBehind(const KLJobControlStripper &beginning, int pieces)
+    {
+        const std::size_t length = _stream.size();
+        const std::size_t keptLength = _kept.size();
+        for (const std::string &piece : _pieces) {
+            KLJobControlStripper stripper = beginning;
+            _stream += piece;
+            stripper.strip(piece);
+            if (pieces > 1)
+                tryBehind(stripper, pieces - 1);
+            stripper.finish();
+            judge();
+            if (_offender)
+                return;
+            _stream.resize(length);
+            _kept.resize(keptLength);
+        }
+    }
+
+    void judge()
+    {
+        _tried++;
+        const bool keptAll = _kept == Support::withoutEnds(_stream);
+        if (Support::hasMarker(_kept) || (!keptAll && !Support::hasMarker(_stream)))
+            _offender = _stream;
+    }
+
+    const std::vector<std::string> _pieces;
+    std::string _stream;
+    std::string _kept;
+    std::size_t _tried = 0;
+    std::optional<std::string> _offender;
+};
+
+// ESC, the marker in halves and in quarters, and what begins, ends and surrounds job control.
+TEST(KLJobControlStripperTest, EveryStreamOfSmallPiecesKeepsNoMarkerAndIsElseKept)
+{
+    constexpr int kPieces = 7 - kFewerPieces;
+    EveryStream streams({"\033", "\033%-12", "345X", "\033%-", "12", "34", "5X",
+                         "@PJL ENTER LANGUAGE", "%!", "\x04", "x", "\r", "\n"});
+    streams.tryUpTo(kPieces);
+    EXPECT_EQ(std::nullopt, streams.offender());
+    std::size_t expected = 0;
+    for (int pieces = 1, count = 13; pieces <= kPieces; pieces++, count *= 13)
+        expected += static_cast<std::size_t>(count);
+    EXPECT_EQ(expected, streams.tried());
 }
 
 } // namespace
