@@ -7,8 +7,8 @@
 
 namespace Platform {
 
-/// The URL of a local file, kept as the absolute path that it names. Whether the file exists is
-/// not looked at.
+/// The URL of a local file (RFC 8089), kept as the absolute path that it names. Whether the file
+/// exists is not looked at. A value: copies are independent.
 class FileURL {
 public:
     /// Reads a URL by the rules of RFC 3986.

@@ -7,6 +7,9 @@
 
 /// What went wrong, as a value that is handed up to whoever decides about it.
 ///
+/// Where a function takes a place for an error, the place is set when the function fails and stays
+/// as it was when it succeeds. It may be null only where the function says so.
+///
 /// The information dictionary holds at most two entries, so each is a member here: the description
 /// (`NSLocalizedDescriptionKey`) and the underlying error (`NSUnderlyingErrorKey`). Copies share
 /// the underlying error, which never changes.
@@ -26,6 +29,8 @@ public:
     {
         _underlying = std::make_shared<const KLError>(std::move(underlying));
     }
+
+    // The references are good as long as this error lives and is not assigned to.
 
     const std::string &domain() const { return _domain; }
     int code() const { return _code; }

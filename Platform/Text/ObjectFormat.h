@@ -40,6 +40,7 @@ public:
     /// An owned text is a number's description.
     using Value =
         std::variant<std::string_view, std::string, long long, unsigned long long, double>;
+    /// For the formatter.
     const Value &value() const { return _value; }
 
 private:
@@ -65,7 +66,8 @@ std::string objectFormat(std::string_view format, const Arguments &...arguments)
     return objectFormatWithArguments(format, {FormatArgument(arguments)...});
 }
 
-/// The text form of a value, as "%@" prints it.
+/// The text form of a value, as "%@" prints it: a text as it stands, an integer in decimal, a
+/// boolean as 1 or 0.
 std::string description(const KLValue &value);
 
 } // namespace Platform

@@ -28,6 +28,17 @@ TEST(NumbersTest, AnIntegerBeyondTheRangeIsTheNearestLimit)
     EXPECT_EQ(std::numeric_limits<std::int64_t>::min(), integerFromText("-99999999999999999999"));
 }
 
+TEST(NumbersTest, BlanksInFrontOfANumberAreSkippedInUTF8Only)
+{
+    EXPECT_EQ(12, integerFromText("\xC2\xA0 12\xC3\xA9"));
+    EXPECT_EQ(12, integerFromText("12\xE9"));
+    EXPECT_EQ(0, integerFromText(" 12\xE9"));
+    EXPECT_TRUE(booleanFromText("1\xE9"));
+    EXPECT_FALSE(booleanFromText(" 1\xE9"));
+    EXPECT_EQ(1.5, doubleFromText("1.5\xE9"));
+    EXPECT_EQ(0.0, doubleFromText(" 1.5\xE9"));
+}
+
 TEST(NumbersTest, ABooleanIsTrueForYesTrueAndDigitsAboveZero)
 {
     for (const char *text : {"1", "Y", "yes", "T", "true", "True", " 9", "-1", "+001", "0y"})

@@ -21,6 +21,7 @@ TEST(TextTest, TextIsCutBetweenCharacters)
     EXPECT_EQ(4U, lengthCutAtCharacter(text, 4));
     EXPECT_EQ(1U, lengthCutAtCharacter(text, 3));
     EXPECT_EQ(1U, lengthCutAtCharacter(text, 2));
+    EXPECT_EQ(0U, lengthCutAtCharacter("\xE2\x82\xAC", 2));
     EXPECT_EQ(0U, lengthCutAtCharacter("\x82\xAC\xAC", 2)); // no beginning of a character
 }
 
@@ -98,4 +99,9 @@ TEST(TextTest, GivesEveryWordATitleLetter)
     EXPECT_EQ("Front-Side It's 2nd", titlecaseText("FRONT-SIDE IT'S 2ND"));
     EXPECT_EQ("\xC3\x89t\xC3\xA9", titlecaseText("\xC3\xA9T\xC3\x89"));
     EXPECT_EQ("", titlecaseText(""));
+}
+
+TEST(TextTest, AWordThatBeginsWithADigitOrAnApostropheGetsNoTitleLetter)
+{
+    EXPECT_EQ("2nd 'tis \xE2\x80\x99tis", titlecaseText("2ND 'TIS \xE2\x80\x99TIS"));
 }
