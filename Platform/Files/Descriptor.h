@@ -8,7 +8,7 @@ namespace Platform {
 /// A file descriptor with an owner: closed by the destructor. Moves, and is not copied.
 class Descriptor {
 public:
-    /// @param number  an open descriptor, or -1 for none.
+    /// @param number  an open descriptor, this object's from now on, or -1 for none.
     explicit Descriptor(int number = -1) : _number(number) {}
     ~Descriptor() { close(); }
     Descriptor(Descriptor &&other) noexcept : _number(std::exchange(other._number, -1)) {}
@@ -19,13 +19,14 @@ public:
         return *this;
     }
 
-    /// -1 when there is none.
+    /// -1 when there is none. It stays this object's.
     int number() const { return _number; }
 
-    /// Gives it up without closing it. @return its number
+    /// Gives it up without closing it. @return its number, the caller's now; -1 when there was none
     int release() { return std::exchange(_number, -1); }
 
-    /// Closes it now. What close() reports is ignored: nothing that is written is held like this.
+    /// Closes it now; nothing happens when there is none. What close() reports is ignored: nothing
+    /// that is written is held like this.
     void close()
     {
         if (_number >= 0)
