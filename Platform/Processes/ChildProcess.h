@@ -22,7 +22,8 @@ public:
 /// inherits environment, working directory and signal mask, and no other descriptor; a SIGPIPE
 /// that is ignored here is deadly there as usual. It leads a process group of its own, which ends
 /// when the run is cancelled (Cancellation.h). Children of a parent that ignores SIGCHLD can be
-/// waited for all the same. One child at a time, one thread.
+/// waited for all the same: its disposition is the default one as long as this object lives. One
+/// child at a time, one thread.
 class ChildProcess {
 public:
     /// Bytes of the error text that are kept; it is cut between two characters.
@@ -31,10 +32,10 @@ public:
     /// Starts the program.
     /// @param program    its path; PATH is not searched
     /// @param arguments  what follows the program's own name, each as it stands
-    /// @throws ChildProcessError when it does not start
+    /// @throws ChildProcessError when it does not start; nothing is left behind then
     ChildProcess(const std::string &program, const std::vector<std::string> &arguments);
 
-    /// Kills the child's process group if the child has not been waited for.
+    /// Kills the child's process group if the child has not been waited for, and waits for it.
     ~ChildProcess();
     ChildProcess(const ChildProcess &) = delete;
     ChildProcess &operator=(const ChildProcess &) = delete;
@@ -48,10 +49,12 @@ public:
     ///
     /// A child that has already ended when this is called keeps its text to itself. That is meant
     /// (ChildThatHasEndedAtTheFirstLookKeepsItsTextToItself).
+    /// @return any bytes; empty when the child said nothing, and when asked again
     std::string collectErrorText();
 
-    /// Waits until the child has ended.
-    /// @return its exit status, or the number of the signal that ended it
+    /// Waits until the child has ended. Can be asked again.
+    /// @return its exit status, or the number of the signal that ended it; -1 when the system does
+    ///         not tell
     int terminationStatus();
 
 private:

@@ -20,8 +20,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// The address of a symbol that a module exports.
-/// @throws ModuleError
+/// The address of a symbol that a module exports, good until the process ends.
+/// @throws ModuleError when `fileName` is no plain file name, or the module or the symbol is not
+///         there
 /// @see callModule
 void *symbolFromModule(const std::string &fileName, const std::string &symbol);
 
@@ -42,8 +43,10 @@ void callModule(const std::string &fileName, const std::string &symbol, Paramete
         throw ModuleError(failure);
 }
 
-/// What the exported functions of a module are made of: does the work, and lets no exception out.
-/// @param failure  empty; gets what() of the exception that ended the work.
+/// What the exported functions of a module are made of: does the work, and lets no std::exception
+/// out. The work throws nothing else.
+/// @param failure  empty, and stays so when the work succeeds; gets what() of the exception that
+///                 ended it, never the empty text.
 template <class Work>
 void withinModule(std::string &failure, const Work &work)
 {
