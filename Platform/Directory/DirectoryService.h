@@ -24,9 +24,10 @@ inline constexpr std::string_view kNativeDomainName = "dsAttrTypeNative:DomainNa
 
 /// A session with the directory service that knows the host's users.
 ///
-/// Asked in the order of its operations: each relies on the success of those before it. Answers
-/// come from the network; nothing about their contents is promised but that their size has a
-/// limit. One thread.
+/// Asked in the order of its operations, each once but for recordDetails(): each relies on the
+/// success of those before it. Answers come from the network; nothing about their contents is
+/// promised but that their size has a limit. An operation returns when its answer is there or its
+/// time is over. Places for an error are not null (KLError.h). One thread.
 class DirectoryService {
 public:
     virtual ~DirectoryService() = default;
@@ -47,7 +48,7 @@ public:
     virtual std::size_t runQuery() = 0;
 
     /// The attributes of a record.
-    /// @param record  less than what runQuery() returned
+    /// @param record  less than what runQuery() returned; std::out_of_range is thrown for others
     /// @return nullopt when they cannot be had
     virtual std::optional<DirectoryAttributes> recordDetails(std::size_t record) = 0;
 

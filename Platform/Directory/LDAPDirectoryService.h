@@ -36,19 +36,25 @@ struct LDAPTimeLimits {
 ///   name as the server writes it.
 ///
 /// Servers are asked anonymously, from child processes that end with each answer or with the time
-/// limit (see ChildMessages.h). Only those load KLDirectoryModule and the client library.
+/// limit (see ChildMessages.h). Only those load KLDirectoryModule and the client library. Errors
+/// are those of ChildReport, but for a user name that is not UTF-8.
 class LDAPDirectoryService : public DirectoryService {
 public:
     /// Opens a session; contacts no server.
-    /// @return null, with the error set, when the configuration cannot be had
+    /// @param error  not null
+    /// @return null, with the error set, when the configuration cannot be had; a configuration that
+    ///         names no server is one
     static std::unique_ptr<LDAPDirectoryService> open(std::optional<KLError> *error,
                                                       const LDAPTimeLimits &limits = {});
 
     bool openAuthenticationNode() override;
-    /// Fails for a name that is not UTF-8.
+    /// Contacts no server. Fails for a name that is not UTF-8, in the domain "LDAPErrorDomain",
+    /// with code 0.
     bool prepareQueryForUser(const std::string &userName, std::optional<KLError> *error) override;
     std::size_t runQuery() override;
     std::optional<DirectoryAttributes> recordDetails(std::size_t record) override;
+    /// Asks all about the node at once. True as soon as its server was reached: whether it answered
+    /// is nodeDetails()' to tell.
     bool openNodeNamed(const std::string &name, std::optional<KLError> *error) override;
     std::optional<DirectoryAttributes> nodeDetails(std::optional<KLError> *error) override;
 

@@ -8,7 +8,8 @@ class ChildMessageSender;
 
 // The questions to LDAP servers, made to be asked in a child process (see ChildMessages.h): each
 // may hang for as long as a server likes. They change the environment of the process that asks
-// (useOnlyHostConfiguration()) and throw LDAPFailure. KLDirectoryModule exports them.
+// (useOnlyHostConfiguration()) and throw LDAPFailure; what was sent before that stands.
+// KLDirectoryModule exports them.
 
 /// What the messages that come in answer mean.
 enum LDAPAnswer : char {
@@ -22,18 +23,21 @@ enum LDAPAnswer : char {
     LDAPNativeDomain = 'd',     ///< the domain name that the directory gives the node
 };
 
-/// The servers that ldap.conf(5) names, in its order. Contacts none.
+/// Sends the servers that ldap.conf(5) names, in its order; nothing when it names none. Contacts
+/// none.
 void listLDAPServers(const ChildMessageSender &answers);
 
-/// The server's naming contexts, then all entries whose `uid` or `sAMAccountName` is the name:
-/// below the configured search base, else below each context in the server's order.
+/// Sends the server's naming contexts, then all entries whose `uid` or `sAMAccountName` is the
+/// name: below the configured search base, else below each context in the server's order. Of an
+/// unknown user, nothing follows the contexts but LDAPProgress.
 /// @param uri       a server from listLDAPServers()
 /// @param userName  UTF-8, taken literally
 void findLDAPUser(const ChildMessageSender &answers, const std::string &uri,
                   const std::string &userName);
 
-/// The search base of a naming context and, when it has one, its domain name: `associatedDomain`
-/// (RFC 4524), else `canonicalName`, which Active Directory has, without the slash at its end.
+/// Sends the search base of a naming context, as soon as its server is reached, and, when it has
+/// one, its domain name: `associatedDomain` (RFC 4524), else `canonicalName`, which Active
+/// Directory has, without the slash at its end. Of several values the first counts.
 /// @param url  a node from findLDAPUser()
 void inspectLDAPNode(const ChildMessageSender &answers, const std::string &url);
 
