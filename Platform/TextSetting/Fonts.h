@@ -22,14 +22,20 @@ struct Releaser {
     }
 };
 
-/// A font file, opened at one pixel per font unit, so that nothing is rounded or hinted.
+/// A font file, opened at one pixel per font unit, so that nothing is rounded or hinted. Moves, and
+/// is not copied. One thread.
 ///
 /// Lengths of `shaper()` and of glyph outlines come in font units times 64; times `unit()` they
-/// are fractions of the font's size. The other lengths are such fractions at once.
+/// are fractions of the font's size. The other lengths are such fractions at once; the descent is
+/// positive.
 class Font {
 public:
-    /// @return nullopt when the file cannot be read or has no outlines.
+    /// @param library  outlives the font
+    /// @param pattern  what fontconfig knows of the file, its path at least; stays the caller's
+    /// @return nullopt when the pattern names no file, the file cannot be read or has no outlines.
     static std::optional<Font> open(FT_Library library, const FcPattern *pattern);
+
+    // Both are never null and stay this object's.
 
     FT_Face face() const { return _face.get(); }
     hb_font_t *shaper() const { return _shaper.get(); }
@@ -50,19 +56,25 @@ private:
     std::unique_ptr<hb_font_t, Releaser<hb_font_destroy>> _shaper;
 };
 
-/// The font of a PostScript name and those that fontconfig puts behind it for what it lacks.
+/// The font of a PostScript name and those that fontconfig puts behind it for what it lacks. Owns
+/// them all. Not copied. One thread.
 class Fonts {
 public:
-    /// @param postScriptName  an unknown one gives what fontconfig takes for the nearest.
+    /// @param postScriptName  an unknown one, and the empty text, give what fontconfig takes for
+    /// the
+    ///                        nearest.
     explicit Fonts(const std::string &postScriptName);
 
-    /// True only when the system has no font that could be opened.
+    /// True only when the system has no font that could be opened. Nothing else is to be asked
+    /// then.
     bool empty() const { return _fonts.empty(); }
 
-    /// 0 is the font of the name. The index is one that fontWithCharacter() has returned.
+    /// 0 is the font of the name. The index is one that fontWithCharacter() has returned; the
+    /// reference is good until that is called again.
     const Font &operator[](std::size_t index) const { return _fonts[index]; }
 
-    /// The font to set the character in: the first that has it, else the font of the name.
+    /// The font to set the character in: the first that has it, else the font of the name. May open
+    /// one more font.
     std::size_t fontWithCharacter(char32_t character);
 
 private:

@@ -12,9 +12,10 @@ namespace Platform {
 // that every PostScript printer has resolve to faces of the same metrics, and an unknown name to
 // the nearest that fontconfig offers. What the font lacks comes from other fonts, character by
 // character. Texts are UTF-8; a byte that is not, sets U+FFFD, a control character nothing.
-// Right-to-left and complex scripts are set as their rules ask.
+// Right-to-left and complex scripts are set as their rules ask. A text is one line, whatever line
+// ends are in it. One thread.
 
-/// Width: how far the pen moves. Height: ascent + descent + line gap.
+/// Points. Width: how far the pen moves. Height: ascent + descent + line gap, of whatever letters.
 struct TextSize {
     double width = 0;
     double height = 0;
@@ -47,7 +48,7 @@ struct ShapedText {
 };
 
 /// Sets a text. An empty text has the font's height, no width and no outline; without any font on
-/// the system all is zero.
+/// the system all is zero. Throws nothing of its own.
 /// @param fontName  PostScript name
 /// @param size      in points; 0 makes everything zero, a negative size mirrors both axes
 ShapedText shapeText(const std::string &text, const std::string &fontName, double size);
@@ -56,8 +57,10 @@ ShapedText shapeText(const std::string &text, const std::string &fontName, doubl
 TextSize measureText(const std::string &text, const std::string &fontName, double size);
 
 /// The same through the module that carries the font libraries, which is loaded by the first
-/// call: for a program that seldom measures. (In KLPlatform; the others are in KLTextMeasuring.)
-/// @throws ModuleError when the module is not installed or fails, or when there is no font at all
+/// call: for a program that seldom measures. (In the library KLPlatformTextSetting; the others are
+/// in KLTextMeasuring.)
+/// @throws ModuleError when the module is not installed or fails, or when there is no font at all:
+///         a height of 0 for any size but 0
 TextSize measureTextWithModule(const std::string &text, const std::string &fontName, double size);
 
 } // namespace Platform
