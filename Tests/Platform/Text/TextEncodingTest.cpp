@@ -1,8 +1,10 @@
 #include "TextEncoding.h"
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <ostream>
 #include <stdexcept>
+#include <sys/resource.h>
 
 using namespace Platform;
 using namespace std::string_literals;
@@ -144,6 +146,37 @@ TEST(TextEncodingTest, ConvertsTextOfAnyLength)
     }
     EXPECT_EQ(utf8, decodedText(latin1, TextEncoding::ISOLatin1));
     EXPECT_EQ(latin1, encodedText(utf8, TextEncoding::ISOLatin1));
+}
+
+namespace {
+
+/// Leaves with status 0 when the operation says that there is no converter. Converters are files,
+/// and none can be opened.
+template <class Operation>
+[[noreturn]] void runWithoutConverters(const Operation &operation)
+{
+    constexpr rlimit kNoFiles = {0, 0};
+    setrlimit(RLIMIT_NOFILE, &kNoFiles);
+    try {
+        operation();
+    } catch (const std::runtime_error &) {
+        std::_Exit(0);
+    }
+    std::_Exit(1);
+}
+
+} // namespace
+
+TEST(TextEncodingTest, MissingConverterIsReportedWhateverIsToBeConverted)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a new process: no converter is there yet
+    const auto isTold = testing::ExitedWithCode(0);
+    EXPECT_EXIT(runWithoutConverters([] { decodedText("A", TextEncoding::MacRoman); }), isTold, "");
+    EXPECT_EXIT(runWithoutConverters([] { encodedText("A", TextEncoding::MacRoman); }), isTold, "");
+    EXPECT_EXIT(runWithoutConverters([] { decodedText("", TextEncoding::MacRoman); }), isTold, "");
+    const auto isNotNeeded = testing::ExitedWithCode(1);
+    EXPECT_EXIT(runWithoutConverters([] { decodedText("A", TextEncoding::UTF8); }), isNotNeeded,
+                "");
 }
 
 TEST(TextEncodingTest, UnknownEncodingIsRefused)
