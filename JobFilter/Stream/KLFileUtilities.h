@@ -13,7 +13,8 @@ public:
     /// six unique characters.
     ///
     /// The file is closed again and belongs to the caller, who removes it. A cancelled run removes
-    /// it unless Platform::keepWhenCancelled() has been called for it.
+    /// it unless Platform::keepWhenCancelled() has been called for it, or eight files were on its
+    /// list already (Cancellation.h).
     /// @return its path; nullopt, and no file, when it cannot be made or when the path needs more
     ///         than 1023 bytes.
     static std::optional<std::string> generateTemporaryFilenameWithPrefix(std::string_view prefix);

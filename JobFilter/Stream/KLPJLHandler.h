@@ -24,6 +24,9 @@ class KLPJLHandler {
 public:
     /// Called once for each line, with the handler to edit it through and the line as it was read,
     /// its line end included. Both belong to the walk and live as long as the call.
+    ///
+    /// What it throws ends the walk and comes through; nothing of its line is written. An empty
+    /// action does the same at the first line: it throws std::bad_function_call.
     using Action = std::function<void(KLPJLHandler &handler, const std::string &currentLine)>;
 
     /// The arguments of an object format.
@@ -35,7 +38,8 @@ public:
     ///
     /// A class derived from this one is named as `Handler` and made by its constructor of the same
     /// argument.
-    /// @param action  not empty
+    /// @param printJob  not null; its streams report their errors to their owner, not here
+    /// @param action    not empty
     template <class Handler = KLPJLHandler>
     static void enumeratePJLFromPrintJobUsingBlock(std::shared_ptr<KLPrintJob> printJob,
                                                    const Action &action)
@@ -72,8 +76,11 @@ public:
     /// @throws std::out_of_range when the line has been replaced by one of less than 24 characters.
     std::optional<std::string> DSSCCommand() const;
 
-    /// The DSSC line whose setting is the format applied to the arguments.
-    /// @throws std::invalid_argument @see Platform::objectFormat
+    /// The DSSC line whose setting is the format applied to the arguments, in the format of this
+    /// class alone: a derived class that speaks another changes what the operations on a handler
+    /// write (see DSSCLine()), and not this.
+    /// @throws std::invalid_argument when the format does not fit the arguments (see
+    ///         Platform::objectFormat)
     static std::string formatDSSCLineArguments(std::string_view format, Arguments arguments);
     template <class... Values>
     static std::string formatDSSCLine(std::string_view format, const Values &...values)
@@ -81,9 +88,11 @@ public:
         return formatDSSCLineArguments(format, {Platform::FormatArgument(values)...});
     }
 
-    // Editing the current line, from the action. Lines inserted before or added after it are
-    // written in the order of the calls. While they are being written, the lines of that kind
-    // cannot be changed: NSInternalInconsistencyException, without effect.
+    // Editing the current line, from the action; each line forgets what was done to the one before.
+    // Lines inserted before or added after it are written in the order of the calls. While they are
+    // being written, the lines of that kind cannot be changed: NSInternalInconsistencyException,
+    // without effect. The operations that end in "Format" throw std::invalid_argument, without
+    // effect, when the format does not fit the arguments (see Platform::objectFormat).
 
     void insertLineBeforeCurrentLine(std::string line);
     template <class... Values>
@@ -111,8 +120,10 @@ public:
     void removeCurrentLine() { _removeCurrentLine = true; }
 
 protected:
-    /// The line that all operations ending in "Format" make: formatDSSCLineArguments() here. A
-    /// class derived from this one that has another format returns its own.
+    /// The line that all operations on a handler that end in "Format" make:
+    /// formatDSSCLineArguments() here. A class derived from this one that has another format
+    /// returns its own, line end included; the static functions go on making this class's.
+    /// @throws std::invalid_argument when the format does not fit the arguments
     virtual std::string DSSCLine(std::string_view format, Arguments arguments) const;
 
 private:

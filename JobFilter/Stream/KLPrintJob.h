@@ -26,7 +26,9 @@ class KLPrintOptions;
 ///
 /// Text is UTF-8 and written as it stands, byte for byte. The operations that name an encoding
 /// convert; text that does not fit into the encoding raises std::invalid_argument and nothing is
-/// written or queued.
+/// written or queued. Where the system lacks the converter of an encoding other than UTF-8, they
+/// raise std::runtime_error, the reading ones too (see Platform::decodedText): of what
+/// readLineWithEncoding() does, only the line's being consumed has happened then.
 ///
 /// One thread. Not copied: it may own its streams.
 class KLPrintJob {
@@ -51,7 +53,7 @@ public:
         return std::make_shared<Job>(inFile, closeInputWhenDone, outFile, closeOutputWhenDone);
     }
 
-    /// A job (`initWithInputFile:outputFile:`) that closes neither stream.
+    /// A job (`initWithInputFile:outputFile:`) that closes neither stream. Both are not null.
     KLPrintJob(FILE *inFile, FILE *outFile);
 
     /// A job (`initWithInputFile:closeWhenDone:outputFile:closeWhenDone:`). Nothing is read or
@@ -99,7 +101,7 @@ public:
 
     // Writing at once, at any time.
 
-    /// Writes the bytes to the output.
+    /// Writes the bytes to the output; nothing for none.
     void writeData(std::string_view data);
     void writeString(std::string_view text) { writeData(text); }
     void writeStringWithEncoding(std::string_view text, Platform::TextEncoding encoding);
@@ -168,7 +170,14 @@ public:
     /// - What the action for the end queues is not written; it has to write at once. Without any
     ///   registered line action it must not queue.
     ///
-    /// An exception from an action ends the walk and comes through.
+    /// An exception from an action ends the walk and comes through; neither its line nor what it
+    /// queued is written.
+    ///
+    /// Called by a line's action, it walks the rest of the input, the end's action included. The
+    /// line of the calling action is lost then, with all that is queued around it: from there on
+    /// the outer call is over, queuing raises NSInternalInconsistencyException, and so does the
+    /// outer process() when the action returns. The action for the end must not call it: it would
+    /// be run again and again.
     void process();
 
 private:

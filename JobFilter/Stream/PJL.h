@@ -2,7 +2,8 @@
 
 #include <string_view>
 
-// The words of the printer job language by which both filters find their way.
+// The words of the printer job language (PJL) by which both filters find their way. Letter case
+// counts in the walk over our own header; KLJobControlStripper, which reads others', ignores it.
 
 /// The universal exit language marker: whatever language the printer speaks, it leaves it and
 /// reads PJL from here on. Has no line end.

@@ -23,6 +23,7 @@ void writeLogLine(const std::string &message);
 ///
 /// @param format  object-format syntax (see Platform::objectFormat). It begins with the level that
 ///                the scheduler reads: "DEBUG: ", "INFO: ", "ERROR: "; see filter(7).
+/// @throws std::invalid_argument when the format does not fit the arguments; nothing is written
 template <class... Arguments>
 void WriteLog(std::string_view format, const Arguments &...arguments)
 {

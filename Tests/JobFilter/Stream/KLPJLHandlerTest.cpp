@@ -357,6 +357,13 @@ TEST_F(KLPJLHandlerTest, ExceptionFromTheActionEndsTheWalkBeforeItsLineIsWritten
     EXPECT_EQ("@PJL B\n", unread());
 }
 
+TEST_F(KLPJLHandlerTest, EmptyActionThrowsAtTheFirstLine)
+{
+    EXPECT_THROW(walk(kMarker + "@PJL A\n@PJL B\n", nullptr), std::bad_function_call);
+    EXPECT_EQ("@PJL B\n", unread());
+    EXPECT_EQ(kMarker, walk(kMarker, nullptr)) << "no line, no call";
+}
+
 // DSSC lines.
 
 TEST_F(KLPJLHandlerTest, FormatsADSSCLine)
@@ -412,6 +419,12 @@ TEST_F(KLPJLHandlerTest, DerivedClassChangesEveryDSSCLine)
                                      handler.replaceCurrentLineWithDSSCLineWithFormat("C=%d", 2);
                                      handler.addDSSCLineAfterCurrentLineWithFormat("A=%d", 3);
                                  })));
+}
+
+TEST_F(KLPJLHandlerTest, StaticFunctionsDoNotFollowADerivedClass)
+{
+    EXPECT_EQ(kPrefix + "A=1\r\n", OtherHandler::formatDSSCLine("A=%d", 1));
+    EXPECT_EQ(kPrefix + "A=1\r\n", OtherHandler::formatDSSCLineArguments("A=%d", {1}));
 }
 
 TEST_F(KLPJLHandlerTest, LineIsDSSCOnlyWithTheWholePrefix)

@@ -855,6 +855,7 @@ TEST_F(KLPrintJobTest, ProcessingWithinAnActionLeavesNothingToFlush)
         job().insertDataBefore("lost");
         job().addDataAfter("lost");
         job().process();
+        EXPECT_EQ(kCannotAdd, inconsistencyOf([this] { job().insertDataBefore("late"); }));
     });
     EXPECT_EQ(kCannotFlush, inconsistencyOf([this] { job().process(); }));
     EXPECT_EQ(3, runs);

@@ -1,6 +1,7 @@
 #include "WriteLog.h"
 
 #include <gtest/gtest.h>
+#include <stdexcept>
 
 #include "CapturedErrors.h"
 
@@ -19,6 +20,13 @@ TEST(WriteLogTest, APercentSignInAnArgumentMeansNothing)
     CapturedErrors errors;
     WriteLog("ERROR: %@", "50%@ %s %n");
     EXPECT_EQ("ERROR: 50%@ %s %n\n", errors.nextWrite());
+}
+
+TEST(WriteLogTest, AFormatThatDoesNotFitItsArgumentsWritesNothing)
+{
+    CapturedErrors errors;
+    EXPECT_THROW(WriteLog("ERROR: %@"), std::invalid_argument);
+    EXPECT_EQ("", errors.text());
 }
 
 TEST(WriteLogTest, ALineBreakInsideTheMessageStartsNoNewLine)
