@@ -15,7 +15,7 @@ struct FilterArguments {
     const char *file; ///< null when the job comes on standard input
 };
 
-/// Ends the run with a "CRIT: " line that carries what() and with status 1.
+/// Ends the run with a "CRIT: " line that carries what() and with status 1. One line, no line feed.
 class FatalError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

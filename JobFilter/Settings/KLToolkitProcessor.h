@@ -10,8 +10,9 @@
 #include <string_view>
 #include <vector>
 
-/// The name under which the toolkit knows a paper source of the printer; a name without one of its
-/// own stays as it is.
+/// The name under which the toolkit knows a paper source of the printer: "Auto" is "AutoSelect",
+/// "SheetFeedBypass" is "Bypass", "AdditionalExternalLCF" is "ExternalLCF2". Any other name, the
+/// empty one too, stays as it is; letter case counts.
 std::string adjustPaperSourceForToolkit(std::string_view source);
 
 /// A place on the page, in points from its lower left corner.
@@ -24,9 +25,9 @@ struct KLWatermarkPosition {
 /// chosen spot: the lower left corner of its box.
 /// @param box    width and height of the text, in points
 /// @param page   width and height of the page, in points
-/// @param angle  in degrees, clockwise
-/// @param spotX  percent of the page's width
-/// @param spotY  percent of the page's height
+/// @param angle  in degrees, clockwise; any value
+/// @param spotX  percent of the page's width, from the left; any value
+/// @param spotY  percent of the page's height, from below; any value
 KLWatermarkPosition watermarkPosition(const Platform::TextSize &box, const KLPageSize &page,
                                       double angle, double spotX, double spotY);
 
@@ -36,13 +37,15 @@ KLWatermarkPosition watermarkPosition(const Platform::TextSize &box, const KLPag
 /// One thread; a call returns when its child has ended. Nothing is logged here: errors go up.
 class KLToolkitProcessor {
 public:
-    /// How the size of a text is found: text, PostScript font name, size in points.
+    /// How the size of a text is found: text, PostScript font name, size in points. Throws
+    /// Platform::ModuleError when it cannot be found.
     using TextMeasurer = std::function<Platform::TextSize(
         const std::string &text, const std::string &fontName, double size)>;
 
     /// (`initWithToolkitPath:`)
     /// @param toolkitPath  the executable's full path; not looked at before it is run.
-    /// @param measureText  only called for a watermark
+    /// @param measureText  not empty; only called for a watermark, which fails when it throws
+    ///                     Platform::ModuleError
     explicit KLToolkitProcessor(std::string toolkitPath,
                                 TextMeasurer measureText = Platform::measureTextWithModule);
 
@@ -53,8 +56,10 @@ public:
     ///
     /// The output is a new temporary file ("toolkit-XXXXXX"). A command that worked consumes its
     /// input: the file is removed, whoever made it.
-    /// @param arguments  the command word and its options
-    /// @param error      where an error goes; may be null
+    /// @param inputPath  handed on as it is; not opened here
+    /// @param arguments  the command word and its options, handed on as they are
+    /// @param error      where an error goes; may be null. It stays as it was on success, and when
+    ///                   this throws.
     /// @return the output file's path, a file that then belongs to the caller. nullopt on failure:
     ///         the input is untouched, the output gone, and the error is either of
     ///         - NSCocoaErrorDomain, 4: there is no place for the output; nothing was run
@@ -69,15 +74,48 @@ public:
                                        std::optional<KLError> *error = nullptr);
 
     /// Runs the commands that the job's settings ask for, each on the file that the last one which
-    /// worked has left: watermark, booklet, cover pages.
+    /// worked has left, in this order. A value is read in its text form and compared exactly,
+    /// letter case included; numbers are read as far as they go (Platform::doubleFromText()).
     ///
-    /// After a booklet that worked the job prints duplex with tumble: the PPD's mark and the store
-    /// say so.
-    /// @param errors  receives the list of errors, also when it is empty; may be null. A command
-    ///                that failed, or a watermark that could not be measured, adds one of domain
-    ///                KLToolkitProcessorErrorDomain and code 127 with what led to it underneath.
-    /// @return the path of the file that is now the job; `jobPath` when no command worked
-    /// @throws Platform::ChildProcessError as above
+    /// watermark, when the text is not empty. Keys begin with "com.kalmira.pde.watermark.":
+    /// - "text", default empty; "font", a PostScript name, default "Helvetica"; "color", default
+    ///   "0,0,0": handed on as they are
+    /// - "size", points, default "36": handed on as it is, and read to measure the text
+    /// - "angle", degrees, clockwise, default "0": handed on negated
+    /// - "x" and "y", percent of the page from the lower left, default "50": with the text's size
+    ///   and KLPrintOptions::pageSize() they make the position (see watermarkPosition())
+    /// - "ordering", default "0": that is above the page's marks, all else below
+    ///
+    /// booklet, when "BookletPaperSize", default "None", is not "None" (the empty text is a name too):
+    /// - "BookletCenterMargin" and "BookletOuterMargin", lengths as toolkit(1) reads them, default
+    ///   "Off", which is 0
+    /// - "BookletPageLayout", default "True": that is from left to right, all else right to left
+    /// When it worked, the job prints duplex with tumble: the PPD's mark and the store's "Duplex"
+    /// become "DuplexTumble", for the cover pages and for the header.
+    ///
+    /// coverpages, when "UseFrontCover" or "UseBackCover", default "False", is "True":
+    /// - "FrontCoverPrintStyle" and "BackCoverPrintStyle", default "None": in lower case, and
+    /// "none"
+    ///   for a side that is off
+    /// - "FrontCoverMediaType", "BackCoverMediaType" and, of the job itself, "MediaType", default
+    ///   "None"
+    /// - "FrontCoverSource", "BackCoverSource" and, of the job itself, "InputSlot", default "Auto",
+    ///   by the toolkit's names (see adjustPaperSourceForToolkit())
+    /// - "Duplex", default "None": "none", "tumble" for "DuplexTumble", "notumble" for
+    ///   "DuplexNoTumble", any other as it is
+    ///
+    /// The words of the command lines, in order, are in toolkit(1).
+    /// @param jobPath  consumed by the first command that works
+    /// @param errors   receives the list of errors, in the place of what it held, also when it is
+    ///                 empty; may be null. A command that failed, or a watermark that could not be
+    ///                 measured, adds one of domain KLToolkitProcessorErrorDomain and code 127 with
+    ///                 what led to it underneath: processWithArgumentsAndReturnError()'s error, or
+    ///                 NSCocoaErrorDomain, 4 with the measurer's words. The descriptions are
+    ///                 "Unable to apply watermark", "Unable to apply booklet mode" and "Unable to
+    ///                 apply cover pages".
+    /// @return the path of the file that is now the job, the caller's; `jobPath` when no command
+    ///         worked
+    /// @throws Platform::ChildProcessError as above; what earlier commands left is not known then
     std::string applyToolkitToFileWithOptionsAndReturnErrors(const std::string &jobPath,
                                                              KLPrintOptions &options,
                                                              std::vector<KLError> *errors);

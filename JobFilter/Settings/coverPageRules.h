@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-// What makes a cover page, without the store that the settings come from.
+// What makes a cover page, without the store that the settings come from. Nothing here keeps state.
 
 /// A cover sheet, fed from a paper source of its own.
 struct CoverPage {
@@ -23,7 +23,8 @@ struct CoverPage {
 
 /// The PostScript of a cover page, in the protected form of a printer feature: an error inside does
 /// not end the job. A missing code is written as "(null)", the media type's inside a page device
-/// call of its own with an empty line behind it.
+/// call of its own with an empty line behind it. Names stand in it as they are. Ends in a line
+/// feed.
 std::string coverPagePostScript(const CoverPage &cover);
 
 /// What a front cover adds to its PostScript, and where the job's own settings come back.
@@ -36,5 +37,8 @@ struct FrontCover {
 
 /// A blank front cover ("NoPrint") is a sheet before page 1. One printed on one side ("Print1")
 /// holds page 1, one printed like the job ("Print") holds page 1 or, on two sides, pages 1 and 2.
-/// Letter case counts.
+/// @param printStyle  letter case counts
+/// @param oneSided    whether the job prints on one side; else a style that prints one side
+/// switches
+///                    duplex off
 FrontCover frontCover(std::string_view printStyle, bool oneSided);

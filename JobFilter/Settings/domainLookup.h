@@ -11,7 +11,8 @@
 class KLPrintOptions;
 
 /// The network domain of the job's user, settled once per job: from the directory service when
-/// the job's "UseOpenDirectoryForAuthentication" is exactly "True", else from the host.
+/// the job's "UseOpenDirectoryForAuthentication" is exactly the text "True", else from the host.
+/// The user is "com.kalmira.username", in its text form.
 ///
 /// A job that does not ask for the directory service neither loads nor contacts it. Failures are
 /// logged and give the empty domain.
@@ -27,7 +28,8 @@ std::optional<std::string> domainForUser(const KLPrintOptions &options);
 /// @return nullopt when the name counts and is not UTF-8
 std::optional<std::string> domainFromHostAnswer(int result, std::string_view buffer);
 
-/// Opens a session with a directory service.
+/// Opens a session with a directory service, the caller's.
+/// @param error  not null
 /// @return null, with the error set, when there can be none
 using DirectoryServiceOpener =
     std::function<std::unique_ptr<Platform::DirectoryService>(std::optional<KLError> *error)>;
@@ -44,5 +46,5 @@ std::string domainFromDirectory(const std::optional<std::string> &userName,
 ///
 /// On purpose strict: split at every comma, no blank is trimmed, and each piece must begin with
 /// "dc=" in lower case.
-/// @return nullopt when a piece does not
+/// @return nullopt when a piece does not; so the empty text gives none either
 std::optional<std::string> domainFromSearchBase(std::string_view searchBase);

@@ -416,6 +416,14 @@ TEST_F(WatermarkRunTest, OnEveryPageOnceAndWithoutAnError)
     EXPECT_TRUE(rendering.pages[0] == rendering.pages[2]);
 }
 
+TEST_F(WatermarkRunTest, NegativeAngleIsInstalledAndFailsAtThePage)
+{
+    set("-30", "angle");
+    const auto atPage = "{ showpage } stopped { (page failed) = } if\n";
+    EXPECT_EQ("error undefined\npage failed\nerror undefined\npage failed\n",
+              run(std::string(atPage) + atPage).log);
+}
+
 TEST_F(WatermarkRunTest, SentTwiceItIsDrawnOnce)
 {
     const std::string first = options.generageWatermarkCode();

@@ -253,6 +253,16 @@ TEST_F(KLToolkitProcessorTest, TextOfAToolkitThatWorkedIsNoError)
     EXPECT_FALSE(error.has_value());
 }
 
+TEST_F(KLToolkitProcessorTest, SuccessLeavesTheErrorAsItWas)
+{
+    error.emplace("EarlierErrorDomain", 7, "earlier");
+    EXPECT_TRUE(process("exit 0"));
+    ASSERT_TRUE(error.has_value());
+    EXPECT_EQ("EarlierErrorDomain", error->domain());
+    EXPECT_EQ(7, error->code());
+    EXPECT_EQ("earlier", error->description());
+}
+
 TEST_F(KLToolkitProcessorTest, AnErrorNeedsNoPlace)
 {
     failOn("command");
