@@ -3,9 +3,9 @@
 #include "Commands.h"
 #include "Job.h"
 
-// The three commands on a PDF document. The output is complete when a function returns; all of them
-// throw ToolkitError when the document or the request cannot be served, and leave an output behind
-// then that is of no use.
+// The three commands on a PDF document (ISO 32000). The output is complete when a function returns;
+// all of them throw ToolkitError when the document or the request cannot be served, and leave an
+// output behind then that is of no use.
 
 /// Draws the text on every page, in the page's own contents.
 ///

@@ -9,15 +9,18 @@
 #include <string>
 #include <vector>
 
-/// A page as it is read: its CropBox (else its MediaBox), turned by its /Rotate, in points.
+/// A page as it is read: its CropBox (else its MediaBox, else what readers take: Letter), turned by
+/// its /Rotate, in points. It refers to the page object, which the document keeps; box and rotation
+/// are those of the time when it was made, width and height above 0.
 class PDFPage {
 public:
+    /// @param page  a page object, whatever its entries are; its document outlives this object
     explicit PDFPage(const QPDFObjectHandle &page);
 
     QPDFObjectHandle object() const { return _page; }
     double width() const;
     double height() const;
-    /// The visible area in user space.
+    /// The visible area in user space, its corners in order.
     QPDFObjectHandle::Rectangle box() const { return _box; }
     /// How far the page is turned clockwise for reading: 0, 90, 180 or 270 degrees.
     int rotation() const { return _rotation; }
@@ -28,11 +31,12 @@ public:
     /// The way back.
     QPDFMatrix fromUserSpace() const;
 
-    /// The page's resources, its own or inherited, as an indirect object; made when there are none.
+    /// The page's resources, its own or inherited, as an indirect object; made when there are none,
+    /// which changes the page or the node that they are inherited from.
     QPDFObjectHandle resources() const;
 
     /// The streams that its contents are made of, read one after another; what is no stream counts
-    /// as nothing.
+    /// as nothing. Empty for a blank page.
     std::vector<QPDFObjectHandle> contents() const;
 
 private:

@@ -12,7 +12,8 @@ struct Option {
     std::string value; ///< empty for a flag
 };
 
-/// The command line, told apart but not yet understood.
+/// The command line, told apart but not yet understood. Each word is as it was given; the
+/// command is one that there is.
 struct Arguments {
     std::string command;
     std::vector<Option> options; ///< in the order of the command line
@@ -29,7 +30,8 @@ struct Arguments {
 ///         for more or fewer than two files. Which file the output is, is not known then.
 Arguments splitArguments(const std::vector<std::string> &words);
 
-/// Understands the options.
+/// Understands the options; toolkit(1) has each one's values. The files are not looked at.
+/// @param arguments  from splitArguments()
 /// @throws ToolkitError for an option that is missing or repeated and for a value that is refused
 Command commandFromArguments(const Arguments &arguments);
 

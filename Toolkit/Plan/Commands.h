@@ -4,7 +4,8 @@
 #include <variant>
 #include <vector>
 
-// What the toolkit is asked to do, as plain values. Lengths are points (1/72 inch).
+// What the toolkit is asked to do, as plain values. Lengths are points (1/72 inch). Of all rooms of
+// the toolkit: one thread; what is given by pointer or reference stays the caller's.
 
 /// A point or a vector on a page, x to the right, y up.
 struct Point {

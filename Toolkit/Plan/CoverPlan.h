@@ -31,6 +31,8 @@ struct CoverPlan {
     std::optional<CoverSheet> back;
 };
 
+/// Every page of the job is in the plan once: on a cover or between. A back cover for which the job
+/// has not pages enough is left out (see backCoverPage()); without covers, all pages are the job's.
 /// @param pages     of the job, at least 1
 /// @param oneSided  whether the job is printed on one side
 CoverPlan coverPlan(std::int64_t pages, CoverStyle front, CoverStyle back, bool oneSided);

@@ -39,7 +39,8 @@ struct Placement {
     double y;
 };
 
-/// How many sides the booklet has: two for each sheet of four pages, the last one filled up.
+/// How many sides the booklet has: two for each sheet of four pages, the last one filled up. 0 for
+/// no pages.
 std::uint64_t bookletSideCount(std::uint64_t pages);
 
 /// What stands on a side.
@@ -58,5 +59,5 @@ PageSize sheetSize(const Booklet &booklet, const std::string &ppdPath);
 SheetLayout sheetLayout(PageSize sheet, const Booklet &booklet);
 
 /// The page as large as the area allows, centred in it, not turned.
-/// @param page  both above 0
+/// @param page  both above 0; in points, as the area is
 Placement placementInArea(PageSize page, const Rectangle &area);

@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-/// The bytes of a regular file, read by position.
+/// The bytes of a regular file, read by position: the stream itself stays where it stands.
 class InputFile {
 public:
-    /// @param stream  seekable; stays the caller's, who keeps it open at least as long
+    /// @param stream  of a regular file; stays the caller's, who keeps it open at least as long
     /// @throws ToolkitError when its size cannot be told
     explicit InputFile(std::FILE *stream);
 
@@ -23,7 +23,8 @@ public:
     /// @throws ToolkitError when reading fails
     std::size_t read(std::uint64_t position, std::span<char> buffer) const;
 
-    /// The bytes from begin up to end, for small ranges.
+    /// The bytes from begin up to end, for small ranges: fewer at the end of the file, none when
+    /// begin is not below end.
     /// @throws ToolkitError when reading fails
     std::string text(std::uint64_t begin, std::uint64_t end) const;
 
@@ -42,12 +43,14 @@ public:
 
     /// The bytes from a position on: as many as are held, at least so many if there are.
     /// @param atLeast  at most kSize
-    /// @return valid until the next call
+    /// @return valid until the next call; empty from the end on
+    /// @throws ToolkitError when reading fails
     std::string_view from(std::uint64_t position, std::size_t atLeast);
 
     /// Whether the watched word stands in anything that the window has moved over.
     bool hasSeenWatched() const { return _hasSeenWatched; }
 
+    /// Bytes.
     static constexpr std::size_t kSize = 256 * 1024;
 
 private:

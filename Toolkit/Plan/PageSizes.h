@@ -11,7 +11,8 @@ struct PageSize {
 
 /// The page size that a name stands for, upright or not as its owner has it.
 ///
-/// The PPD's own names come first, then the standard ones ("A4", "Letter", "iso_a4_210x297mm").
+/// The PPD's own names come first, then the standard ones of PPD files and of PWG 5101.1 ("A4",
+/// "Letter", "iso_a4_210x297mm"), names with measures in them included, as libcups reads them.
 /// @param ppdPath  the queue's PPD; empty when there is none
 /// @return nullopt for a name that neither knows
 /// @throws ToolkitError when there is a PPD and it cannot be read

@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 /// Why a command cannot be carried out: one sentence in plain words that the user is shown. It
-/// names nothing of the job: no text, no file, no option value.
+/// names nothing of the job: no text, no file, no option value. what() has no line end.
 class ToolkitError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -25,8 +25,8 @@ struct DSCPage {
     std::uint32_t media = DSCMedia::kDefault; ///< a number of DSCMedia
 };
 
-/// A PostScript document by the structuring conventions: where its parts lie. Nothing of them is
-/// kept in memory but a few words for each page.
+/// A PostScript document by the structuring conventions (DSC 3.0): where its parts lie. Nothing of
+/// them is kept in memory but a few words for each page.
 ///
 /// The parts follow each other without a gap: header, prolog (with defaults), setup, pages,
 /// trailer. What counts is what is there, not what comments say about it: the pages are those
@@ -56,6 +56,7 @@ public:
     /// At least one.
     const std::vector<DSCPage> &pages() const { return _pages; }
     /// The page's %%Page comment, read from the file.
+    /// @throws ToolkitError when it cannot be read
     DSCComment pageComment(const DSCPage &page) const;
     /// From behind the last page to the end of the file.
     DSCRange trailer() const { return {_trailer, _file.size()}; }
@@ -94,5 +95,5 @@ private:
 };
 
 /// The label in a %%Page comment: one word, or a text with its parentheses.
-/// @return "?" when the comment has none
+/// @return "?" when the comment has none; else a part of the comment, good as long as that is
 std::string_view labelOfPage(const DSCComment &comment);

@@ -15,11 +15,13 @@ struct DSCComment {
 
     /// Whether it is this one ("%%Page"), with or without a value behind a colon or a blank.
     bool is(std::string_view keyword) const;
-    /// What follows the keyword, without blanks around it; empty when nothing does.
+    /// What follows the keyword, without blanks around it; empty when nothing does. A part of
+    /// `text`.
     std::string_view value() const;
 };
 
-/// Finds the comments that structure a document, in the order of the file.
+/// Finds the comments that structure a document (DSC 3.0), in the order of the file. One pass; what
+/// reads throws ToolkitError when reading fails.
 ///
 /// What lies inside embedded documents (%%BeginDocument), counted binary and counted data is
 /// content, whatever it looks like, and the comments that frame it are passed over with it. A
@@ -27,7 +29,7 @@ struct DSCComment {
 /// Needs the same memory for every document.
 class DSCScanner {
 public:
-    /// Longer comments are cut.
+    /// In bytes. Longer comments are cut.
     static constexpr std::size_t kLongestText = 1024;
 
     /// @param file     stays the caller's, who keeps it at least as long
@@ -37,6 +39,7 @@ public:
     DSCScanner(const InputFile &file, std::uint64_t begin, std::uint64_t end,
                std::string_view watched = {});
 
+    /// The next comment outside all data.
     /// @return nullopt at the end
     std::optional<DSCComment> next();
 
