@@ -17,7 +17,8 @@ std::vector<std::string> deviceLogArguments();
 /// its own name: {"MEDIATYPE", "THICK1"}.
 using DeviceState = std::map<std::string, std::string>;
 
-/// The state that each side of a log is shown in; behind the last one, the state at the end.
+/// The state that each side of a log is shown in; behind the last one, the state at the end: one
+/// empty state for an empty log.
 std::vector<DeviceState> statesOfSides(std::string_view log);
 
 } // namespace Support

@@ -7,7 +7,7 @@
 
 namespace Support {
 
-/// The number in four big-endian bytes, as ICC profiles have them.
+/// The number in four big-endian bytes, as ICC profiles (ICC.1) have them.
 std::string bigEndian(std::uint32_t number);
 
 /// One entry of an ICC profile's tag table.

@@ -6,7 +6,8 @@
 
 namespace Support {
 
-/// Writes a PDF document object by object, so that a test sees every byte that matters.
+/// Writes a PDF document (ISO 32000) object by object, so that a test sees every byte that matters.
+/// Nothing that is added is looked at.
 class PDFBuilder {
 public:
     /// Adds an object. @return its reference, e.g. "3 0 R"

@@ -20,7 +20,7 @@ struct PJLJob {
 /// @return nullopt when the job has no "@PJL ENTER LANGUAGE" line, or no marker behind it.
 std::optional<PJLJob> splitPJLJob(std::string_view job);
 
-/// The lines of a text, each with its line end; a last one without a line feed counts too.
+/// The lines of a text, each with its line feed; a last one without counts too. None for no text.
 std::vector<std::string> linesOf(std::string_view text);
 
 /// What is wrong with a finished job, one plain sentence for each problem; empty when nothing is.

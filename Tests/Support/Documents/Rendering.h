@@ -93,7 +93,7 @@ private:
 };
 
 struct Rendering {
-    std::vector<RenderedPage> pages;
+    std::vector<RenderedPage> pages; ///< perhaps none
     /// All that the document printed (with "print", "=" and the like), and Ghostscript's warnings.
     std::string log;
 };

@@ -4,7 +4,8 @@
 
 namespace Support {
 
-/// Takes standard error's place for as long as it lives and keeps one write from the next.
+/// Takes standard error's place for as long as it lives and keeps one write from the next. One at a
+/// time, one thread.
 ///
 /// Holds as much as a pipe does, 64 KiB; what goes beyond is lost.
 class CapturedErrors {

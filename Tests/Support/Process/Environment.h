@@ -6,7 +6,8 @@
 
 namespace Support {
 
-/// Sets or, with nullopt, unsets an environment variable of this process for a while.
+/// Sets or, with nullopt, unsets an environment variable of this process for as long as it lives;
+/// then it is what it was. One thread.
 class ScopedEnvironment {
 public:
     ScopedEnvironment(const std::string &name, const std::optional<std::string> &value)

@@ -20,6 +20,7 @@ struct StreamFunctions {
 
 /// A stdio stream, for reading and writing, made of functions. None of them may throw.
 /// The caller closes it.
+/// @throws std::system_error, as all here, when there is no memory for it
 FILE *openStream(StreamFunctions functions);
 
 /// A stream to read the bytes from. The caller closes it.
@@ -35,7 +36,7 @@ public:
 
     /// Open for writing, as long as this object lives.
     FILE *stream() const { return _stream; }
-    /// All bytes written up to now.
+    /// All bytes written up to now, those included that the stream holds back.
     std::string bytes() const;
 
 private:

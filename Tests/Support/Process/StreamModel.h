@@ -31,10 +31,11 @@ struct SeenLine {
     bool operator==(const SeenLine &) const = default;
 };
 
+/// What process() comes to.
 struct ProcessedStream {
     std::string output;
-    std::vector<SeenLine> seen;
-    std::string currentLine; ///< what it holds in the end
+    std::vector<SeenLine> seen; ///< in order
+    std::string currentLine;    ///< what it holds in the end
     bool operator==(const ProcessedStream &) const = default;
 };
 
@@ -52,7 +53,10 @@ struct PassedThrough {
     bool operator==(const PassedThrough &) const = default;
 };
 
+/// As passDataThroughUntilEndOfLine() does it.
 PassedThrough modelOfPassingLine(const std::string &input);
+/// As passDataThroughUntilMarker() does it.
+/// @param marker  not empty
 PassedThrough modelOfPassingMarker(const std::string &input, const std::string &marker);
 
 } // namespace Support

@@ -19,6 +19,8 @@ public:
     const std::string &path() const { return _path; }
     /// The path of a file of that name in the folder; nothing is made.
     std::string file(std::string_view name) const;
+    // These throw std::runtime_error when they cannot.
+
     /// Makes or replaces the file. @return its path
     std::string write(std::string_view name, std::string_view bytes) const;
     /// Makes an executable shell script out of the lines that follow "#!/bin/sh". @return its path
@@ -33,6 +35,7 @@ private:
 /// @throws std::runtime_error when the file cannot be read
 std::string readFile(const std::string &path);
 /// Makes or replaces a file.
+/// @throws std::runtime_error when it cannot
 void writeFile(const std::string &path, std::string_view bytes);
 
 } // namespace Support

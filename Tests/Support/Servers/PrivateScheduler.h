@@ -34,6 +34,9 @@ public:
     /// @throws std::runtime_error, with what it said, unless it ends with status 0
     std::string run(std::vector<std::string> arguments) const;
 
+    // What asks the scheduler throws std::runtime_error, with what it said, when it
+    // refuses or does not answer.
+
     /// Makes a queue that accepts jobs. `options` are further arguments of lpadmin.
     void addQueue(const std::string &name, const std::string &ppd, const std::string &deviceURI,
                   const std::vector<std::string> &options = {}) const;
@@ -41,6 +44,7 @@ public:
     /// Runs lp(1) with these arguments. @return the job's number
     int submit(const std::vector<std::string> &arguments) const;
 
+    /// How the job stands now.
     JobStatus status(int job) const;
 
     /// Waits until the job is completed, cancelled, aborted or stopped by a filter that failed.

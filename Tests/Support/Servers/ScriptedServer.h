@@ -13,7 +13,8 @@ namespace Support {
 /// of its own.
 class ScriptedServer {
 public:
-    /// Serves one connection; the socket is closed when it returns.
+    /// Serves one connection, in a process of its own: what it changes is not seen by the test. The
+    /// socket is closed when it returns.
     /// @param number  0 for the first connection
     using Script = std::function<void(int socket, int number)>;
 
