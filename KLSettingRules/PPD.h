@@ -9,23 +9,25 @@
 
 struct ppd_file_s; // libcups' own record
 
-/// Options of a job, in order: name and value. No name comes up twice.
+/// Options of a job: name and value, any bytes but NUL. No name comes up twice, letter case aside.
 using JobOptions = std::vector<std::pair<std::string, std::string>>;
 
-/// The options of an option string, in the syntax of cupsParseOptions(): of a name that is repeated
-/// the last value counts, and a name without a value is "true" or, begun with "no", "false".
+/// The options of an option string, in the syntax of cupsParseOptions() and in its order, that of
+/// the names: of a name that is repeated the last value counts, and a name without a value is
+/// "true" or, begun with "no", "false". Empty for the empty text; nothing is refused.
 JobOptions parsedOptions(const std::string &optionString);
 
 /// A queue's PPD (format 4.3), opened: its options, their choices, and which of them are marked.
 ///
-/// The one door to the library that reads PPDs: nothing else includes its header. Names of options
-/// and choices are compared without regard to letter case, as that library does. Owns the PPD; can
-/// be moved, not copied. One thread.
+/// The one door to the library that reads PPDs: nothing else includes its header. Names of options,
+/// choices and attributes are compared without regard to letter case, as that library does. What is
+/// returned is the caller's. Owns the PPD; can be moved, not copied, and only be destroyed or
+/// assigned to once moved from. One thread.
 class PPD {
 public:
     /// Opens a PPD, all of it: where reading breaks off, libcups by itself would take what came
     /// before for the whole.
-    /// @param whyNot  set when there is none; not null
+    /// @param whyNot  says why there is none, else becomes empty; not null
     /// @return no choice is marked in it; nullopt when the path leads to no regular file of at most
     ///         16 MiB that can be read and is a PPD
     static std::optional<PPD> open(const std::string &path, std::string *whyNot);
@@ -42,7 +44,8 @@ public:
     /// PPD's own; a value "Custom.TEXT" or "{NAME=TEXT}" sets the parameters of a custom choice.
     void mark(const JobOptions &options);
 
-    /// Option keyword and choice name of every choice that is marked (see markedChoices.h).
+    /// Option keyword and choice name of every choice that is marked (see markedChoices.h); none
+    /// before anything was marked.
     std::vector<std::pair<std::string, std::string>> markedChoices() const;
 
     // Looking up.
@@ -51,7 +54,8 @@ public:
     /// is none or it has no value.
     std::optional<std::string> attribute(const std::string &name) const;
 
-    /// The values of all attributes of that name, in the PPD's order.
+    /// The values of all attributes of that name, in the PPD's order; an empty text for one
+    /// without.
     std::vector<std::string> attributes(const std::string &name) const;
 
     /// What the lines "cupsFilter" say ("application/vnd.cups-postscript 0 jobfilter"), in order.
@@ -90,11 +94,12 @@ public:
     /// no such option.
     bool isJobControl(const std::string &option) const;
 
-    /// The code of a choice, untouched.
+    /// The code of a choice as the library hands it over: in job-control codes hexadecimal digits
+    /// in angle brackets stand for bytes already. Nothing is trimmed.
     /// @return nullopt when no such option, no such choice or no code is there
     std::optional<std::string> code(const std::string &option, const std::string &choice) const;
 
-    /// The code of the option's first choice that is marked, untouched.
+    /// The code of the option's first choice that is marked, likewise.
     /// @return nullopt when no such option, no marked choice or no code is there
     std::optional<std::string> codeOfMarkedChoice(const std::string &option) const;
 
@@ -104,6 +109,8 @@ public:
         double height;
     };
 
+    /// @param name  where the PPD takes custom sizes, also "Custom.WIDTHxHEIGHT" with a unit;
+    ///              "Custom" alone is 0 by 0
     /// @return nullopt when the PPD does not know the name
     std::optional<PageSize> pageSize(const std::string &name) const;
 

@@ -6,6 +6,8 @@
 
 /// The job's page, counted from 1, at which the back cover begins; -1 for no back cover.
 ///
+/// Keeps no state; nothing fails.
+///
 /// A blank back cover ("NoPrint") follows the last page, however few or many there are: nothing is
 /// checked. Printed on one side ("Print1") it holds the last page. Printed like the job ("Print")
 /// it is the last sheet of a job of two sides: sheets begin at even pages behind a front cover that

@@ -25,8 +25,9 @@ struct KLPageSize {
 /// The job's settings: the choices marked in the queue's PPD, overlaid by the job's option string,
 /// as one map from keys to values.
 ///
-/// Keys are text and compare exactly. Texts are UTF-8; bytes that are not pass through as they
-/// are. Made once per job; owns the opened PPD. One thread. Not copied.
+/// Keys are text and compare exactly, bytes that is. Texts are UTF-8; bytes that are not pass
+/// through as they are. Made once per job; owns the opened PPD. What is returned is the caller's.
+/// One thread. Not copied.
 class KLPrintOptions {
 public:
     /// Builds the store (`initWithString:`) from the option string, in the syntax of
@@ -36,7 +37,8 @@ public:
     /// Every option of the string then replaces the PPD's entry of that name:
     /// - the value "true" becomes "True", "false" becomes "False";
     /// - "KEY..n." stores an integer under KEY, "KEY..b." a boolean (see Numbers.h);
-    /// - all else is stored as text.
+    /// - all else is stored as text, also a value that the PPD has no choice for.
+    /// The empty string leaves the PPD's defaults.
     /// @throws KLNoPPDError when "PPD" is not set or names nothing that opens as a PPD.
     explicit KLPrintOptions(const std::string &optionString);
 
@@ -74,7 +76,7 @@ public:
     // What the PPD says about the job's choices, and the same said in PostScript.
     //
     // Names are libcups' (letter case does not count there); an option or choice that the PPD does
-    // not have is answered with nullopt. Nothing changes a mark.
+    // not have is answered with nullopt. Nothing changes a mark. Codes are as PPD::code() has them.
 
     /// The code text of the choice that the PPD has marked for the option, untouched.
     /// @return nullopt when no such option, no marked choice or no code is there
@@ -108,15 +110,26 @@ public:
     std::optional<std::string> postscriptCodeForDefaultDuplexSetting() const;
 
     /// The size of the page that this store holds under "PageSize".
-    /// @return 842.0 by 596.0 points (on purpose neither upright nor quite A4) when the store holds
-    ///         none or the PPD does not know its name
+    /// @return points; 842.0 by 596.0 (on purpose neither upright nor quite A4) when the store
+    ///         holds none or the PPD does not know its name
     KLPageSize pageSize() const;
 
     // Cover pages and watermark as PostScript. A job gets its own from the toolkit: nothing that
     // prints a job calls these.
 
-    /// The PostScript that feeds a cover sheet from its own source and media, made from the
-    /// settings under "com.kalmira.pde.cover-pages." (see coverPageRules.h).
+    /// The PostScript that feeds a cover sheet from its own source and media (see
+    /// coverPagePostScript()). Keys begin with "com.kalmira.pde.cover-pages."; for a back cover,
+    /// "back" takes the place of "front":
+    /// - "useFrontCover": the cover is wanted when this is text, "true" in any letter case; a
+    ///   boolean is no text. Default: not wanted.
+    /// - "frontCoverSource": a choice of the PPD's "InputSlot". "(null)" stands in the place of the
+    ///   code of one that it does not have.
+    /// - "frontCoverMediaType": a choice of the PPD's "MediaType", which must be a job-control
+    ///   option; any other gives a media type of "(null)".
+    /// - "frontCoverPrintStyle": "NoPrint", "Print1" or "Print", letter case counts. With any other
+    ///   the sheet is fed, and nothing said of its sides.
+    /// A front cover also asks for "Duplex": the text "None" is one-sided, all else and nothing is
+    /// two-sided (see frontCover()).
     ///
     /// @param position         "front" or "back", in any letter case
     /// @param restorationPage  for a front cover in a known style, set to the job's page, counted
@@ -127,12 +140,30 @@ public:
     generateCoverPageCodeForPositionRestorationPage(std::string_view position,
                                                     std::int64_t &restorationPage) const;
 
-    /// The job's page, counted from 1, at which the back cover begins (see backCoverPage()).
+    /// The job's page, counted from 1, at which the back cover begins (see backCoverPage()). Keys
+    /// begin with "com.kalmira.pde.cover-pages.", and flags must be text, as above:
+    /// - "useBackCover": the others are asked for only when it is wanted
+    /// - "backCoverPrintStyle": "NoPrint", "Print1" or "Print"; any other, and none, is no cover
+    /// - "useFrontCover", "frontCoverPrintStyle": a front cover in the style "Print1" makes page 1
+    ///   a sheet of its own
+    /// Besides, "Duplex": the text "None" is one-sided, all else and nothing is two-sided.
+    /// @param totalPages  of the job, of any value
     /// @return -1 when there is none or it is not wanted
     std::int64_t calculateBackCoverPageFromTotalPages(std::int64_t totalPages) const;
 
-    /// The PostScript that draws the watermark of the settings under "com.kalmira.pde.watermark."
-    /// on every page (see watermarkPostScript()). The name is spelt so on purpose.
+    /// The PostScript that draws a watermark on every page (see watermarkPostScript()). The name is
+    /// spelt so on purpose. Keys begin with "com.kalmira.pde.watermark."; each value is written in
+    /// its text form, as it is. The toolkit's watermark has the same keys with other defaults.
+    /// - "text", default empty: the PostScript is made all the same
+    /// - "font", a PostScript name, default "Helvetica"; "size", points, default "50.0"
+    /// - "x" and "y", percent of the page's width from the left and of its height from below,
+    ///   default "50.0": the middle of the text's base line
+    /// - "angle", degrees, clockwise, default "0.0". It is written behind a minus sign: a negative
+    ///   one gives PostScript that is installed and then fails at each page. Say 330 for -30.
+    /// - "color", default "0 0 0 1": cyan, magenta, yellow, black, from 0 to 1, with blanks between
+    /// - "ordering": the text "0" is beneath the page's marks, all else and nothing above
+    /// Besides, "orientation-requested", IPP's (RFC 8011), read as an integer, default 0: 4, 5 and
+    /// 6 turn the page, any other is portrait.
     ///
     /// Does NOT return when the watermark's text holds a backslash or a parenthesis: it takes all
     /// the memory there is and then throws std::bad_alloc. Kept on purpose; look for the three

@@ -86,7 +86,8 @@ public:
     ///   and KLPrintOptions::pageSize() they make the position (see watermarkPosition())
     /// - "ordering", default "0": that is above the page's marks, all else below
     ///
-    /// booklet, when "BookletPaperSize", default "None", is not "None" (the empty text is a name too):
+    /// booklet, when "BookletPaperSize", default "None", is not "None" (the empty text is a name
+    /// too):
     /// - "BookletCenterMargin" and "BookletOuterMargin", lengths as toolkit(1) reads them, default
     ///   "Off", which is 0
     /// - "BookletPageLayout", default "True": that is from left to right, all else right to left
@@ -95,8 +96,7 @@ public:
     ///
     /// coverpages, when "UseFrontCover" or "UseBackCover", default "False", is "True":
     /// - "FrontCoverPrintStyle" and "BackCoverPrintStyle", default "None": in lower case, and
-    /// "none"
-    ///   for a side that is off
+    ///   "none" for a side that is off
     /// - "FrontCoverMediaType", "BackCoverMediaType" and, of the job itself, "MediaType", default
     ///   "None"
     /// - "FrontCoverSource", "BackCoverSource" and, of the job itself, "InputSlot", default "Auto",

@@ -39,6 +39,5 @@ struct FrontCover {
 /// holds page 1, one printed like the job ("Print") holds page 1 or, on two sides, pages 1 and 2.
 /// @param printStyle  letter case counts
 /// @param oneSided    whether the job prints on one side; else a style that prints one side
-/// switches
-///                    duplex off
+///                    switches duplex off
 FrontCover frontCover(std::string_view printStyle, bool oneSided);

@@ -13,8 +13,7 @@ class KLPrintJob;
 /// the handler. Markers are lines that begin like this, letter case included; of the keys that they
 /// ask for, values that are compared must be text in exactly this form, unless it says otherwise.
 /// - DSSC "ACCESSCODE=": carries "com.kalmira.pde.print-mode-ovm.departmentCode"; removed when
-/// there
-///   is none.
+///   there is none.
 /// - DSSC "COLLATE=": gets "FORCE_DEVICECOLOR=" before it. That is 1 exactly when
 ///   "com.kalmira.pde.q5.color-profile" names by a file URL the standard sRGB profile,
 ///   "AP_ColorMatchingMode" is not "AP_VendorColorMatching" and

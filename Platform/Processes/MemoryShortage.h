@@ -11,7 +11,7 @@ namespace Platform {
 /// sanitizers' build nobody is, for their allocator is their own. A program that links this file
 /// has its malloc() and kin.
 /// @param line  with its level word and line feed; of static lifetime. That of the last call
-/// counts.
+///              counts.
 void endWhenMemoryRunsOut(const char *line);
 
 } // namespace Platform

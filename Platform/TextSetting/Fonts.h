@@ -61,8 +61,7 @@ private:
 class Fonts {
 public:
     /// @param postScriptName  an unknown one, and the empty text, give what fontconfig takes for
-    /// the
-    ///                        nearest.
+    ///                        the nearest.
     explicit Fonts(const std::string &postScriptName);
 
     /// True only when the system has no font that could be opened. Nothing else is to be asked

@@ -8,5 +8,5 @@
 /// The queue's PPD.
 /// @param path  empty when there is none
 /// @return nullopt without a path
-/// @throws ToolkitError when there is a path and the PPD cannot be read, not even in part
+/// @throws ToolkitError when there is a path and the PPD cannot be read, or only a part of it
 std::optional<PPD> queuePPD(const std::string &path);
