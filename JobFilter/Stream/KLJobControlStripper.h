@@ -31,7 +31,8 @@ public:
     /// Takes bytes that are kept; the view is valid during the call only.
     using Sink = std::function<void(std::string_view)>;
 
-    /// @param sink  called from strip() and finish(), never with an empty view
+    /// @param sink  not empty; called from strip() and finish(), never with an empty view. What it
+    ///              throws comes through; the stripper is of no use then.
     explicit KLJobControlStripper(Sink sink);
 
     /// Takes the next bytes of the stream. The last few may be held back until more come.
