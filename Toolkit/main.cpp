@@ -1,10 +1,12 @@
 #include "Arguments.h"
 #include "Cancellation.h"
 #include "MemoryShortage.h"
+#include "ProcessorTime.h"
 #include "Streams.h"
 #include "ToolkitError.h"
 #include "carryOut.h"
 
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -12,6 +14,7 @@
 #include <new>
 #include <string>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <vector>
 
 namespace {
@@ -40,6 +43,18 @@ void limitMemory()
 #endif
 }
 
+/// It can also keep a processor busy for hours. A sound document takes a small part of this time,
+/// which grows with it: nothing that it unpacks to counts.
+void limitTime(const std::string &inputPath)
+{
+    constexpr std::chrono::seconds kLeast(3);
+    constexpr off_t kBytesInASecond = 50'000;
+    struct stat status = {};
+    const off_t size = stat(inputPath.c_str(), &status) == 0 ? status.st_size : 0;
+    Platform::endAfterProcessorTime(kLeast + std::chrono::seconds(size / kBytesInASecond),
+                                    "The document takes too much processor time.\n");
+}
+
 int printHelp(const std::string &text)
 {
     return std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0 ? EXIT_SUCCESS
@@ -61,8 +76,10 @@ int main(int argc, char *argv[])
     try {
         if (const auto help = requestedHelp(words))
             return printHelp(*help);
+        const Arguments arguments = splitArguments(words);
+        limitTime(arguments.input);
         const char *ppdPath = std::getenv("PPD");
-        carryOut(splitArguments(words), ppdPath == nullptr ? "" : ppdPath);
+        carryOut(arguments, ppdPath == nullptr ? "" : ppdPath);
         return EXIT_SUCCESS;
     } catch (const ToolkitError &error) {
         complain(error.what());

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <poll.h>
 #include <sys/wait.h>
@@ -60,10 +61,12 @@ extern "C" void cleanUpAndDie(int signalNumber)
     raise(signalNumber); // pending until the handler returns, deadly then
 }
 
-sigset_t cancellingSignals()
+/// Whose handlers look at the list of files.
+sigset_t cleaningSignals()
 {
     sigset_t set;
     sigemptyset(&set);
+    sigaddset(&set, SIGXCPU); // ProcessorTime.h
     for (const int signalNumber : kSignals)
         sigaddset(&set, signalNumber);
     return set;
@@ -75,7 +78,7 @@ void cleanUpWhenCancelled()
 {
     struct sigaction action = {};
     action.sa_handler = &cleanUpAndDie;
-    action.sa_mask = cancellingSignals();
+    action.sa_mask = cleaningSignals();
     for (const int signalNumber : kSignals) {
         struct sigaction inherited = {};
         if (sigaction(signalNumber, nullptr, &inherited) == 0 && inherited.sa_handler != SIG_IGN)
@@ -117,15 +120,17 @@ void endWhenCancelled(pid_t child)
     childToEnd = child;
 }
 
-void abandonRun()
+void abandonRun(const char *line)
 {
     const CancellationDelay delay;
     cleanUp(false);
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line, std::strlen(line));
+    _exit(EXIT_FAILURE);
 }
 
 CancellationDelay::CancellationDelay()
 {
-    const sigset_t signals = cancellingSignals();
+    const sigset_t signals = cleaningSignals();
     sigprocmask(SIG_BLOCK, &signals, &_originalMask);
 }
 

@@ -35,13 +35,15 @@ void setUnfinished(const std::string &path, bool unfinished);
 /// the one named before; 0 for none.
 void endWhenCancelled(pid_t child);
 
-/// Ends the child, which may take a second, and removes the unfinished files, for a run that cannot
-/// go on to clean up in the usual way. Async-signal-safe.
-void abandonRun();
+/// Ends a run that cannot go on to clean up in the usual way: ends the child, which may take a
+/// second, removes the unfinished files, writes the line to standard error and exits with status 1.
+/// What streams still hold is not written. Async-signal-safe; allocates nothing.
+/// @param line  with its line feed
+[[noreturn]] void abandonRun(const char *line);
 
-/// Holds back the three signals as long as it lives, so that an effect and its registration
-/// happen together or not at all. What came meanwhile is acted on at its end. May be nested: the
-/// outermost one counts.
+/// Holds back the three signals, and the one that ends the run's processor time, as long as it
+/// lives, so that an effect and its registration happen together or not at all. What came meanwhile
+/// is acted on at its end. May be nested: the outermost one counts.
 class CancellationDelay {
 public:
     CancellationDelay();

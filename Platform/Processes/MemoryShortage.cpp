@@ -5,9 +5,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
-#include <cstring>
 #include <pthread.h>
-#include <unistd.h>
 
 #if defined(__SANITIZE_ADDRESS__)
 #define KL_OWN_ALLOCATOR 0
@@ -53,15 +51,12 @@ void *__libc_memalign(std::size_t alignment, std::size_t size);
 
 namespace {
 
-/// Allocates nothing. What the streams still hold is not written: it is no whole job.
+/// What the streams still hold is not written: it is no whole job.
 void *orEnd(void *memory)
 {
-    if (memory != nullptr || Platform::lastLine == nullptr)
-        return memory;
-    Platform::abandonRun();
-    [[maybe_unused]] const ssize_t written =
-        write(STDERR_FILENO, Platform::lastLine, std::strlen(Platform::lastLine));
-    _exit(EXIT_FAILURE);
+    if (memory == nullptr && Platform::lastLine != nullptr)
+        Platform::abandonRun(Platform::lastLine);
+    return memory;
 }
 
 } // namespace

@@ -148,6 +148,28 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
     return pages;
 }
 
+/// Streams that have a filter go through as they are, whatever it unpacks to; what has none is
+/// compressed. The library by itself would unpack those with several filters, and metadata.
+void keepPackedStreams(QPDF &document)
+{
+    for (QPDFObjectHandle &object : document.getAllObjects()) {
+        if (object.isStream() && object.getDict().hasKey("/Filter") && !object.isDataModified())
+            object.setFilterOnWrite(false);
+    }
+}
+
+/// Lets the output's identifier, and what else the library makes up, depend on the document alone.
+/// The first half of the identifier stays the input's if it has one.
+void leaveOutTheClock(QPDFWriter &writer, bool isEncrypted)
+{
+    if (!isEncrypted)
+        return writer.setDeterministicID(true);
+    // Its identifier must be known before a byte is written. As to the initialization vectors:
+    // whoever has the document opens it as it was opened here, without a password.
+    writer.setStaticID(true);
+    writer.setStaticAesIV(true);
+}
+
 } // namespace
 
 PDFDocument::PDFDocument(std::FILE *input)
@@ -191,9 +213,9 @@ void PDFDocument::replacePages(std::vector<QPDFObjectHandle> pages)
 void PDFDocument::write(std::FILE *output)
 {
     try {
+        keepPackedStreams(_qpdf);
         QPDFWriter writer(_qpdf, "output", output, false);
-        // Streams go through as they are; only what has no compression gets one.
-        writer.setDecodeLevel(qpdf_dl_none);
+        leaveOutTheClock(writer, _qpdf.isEncrypted());
         writer.write();
     } catch (const QPDFSystemError &problem) {
         throw unwritableOutput(problem.getErrno());

@@ -119,6 +119,11 @@ bool talk(const ProgramCall &call, Streams &streams, ProgramResult &result)
     return true;
 }
 
+std::chrono::microseconds durationOf(const timeval &time)
+{
+    return std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_usec);
+}
+
 } // namespace
 
 ProgramResult runProgram(const ProgramCall &call)
@@ -138,7 +143,7 @@ ProgramResult runProgram(const ProgramCall &call)
     if (call.afterStart)
         call.afterStart(child);
 
-    ProgramResult result = {{}, {}, -1, 0, 0};
+    ProgramResult result = {{}, {}, -1, 0, 0, {}};
     const bool inTime = talk(call, streams, result);
     if (!inTime)
         kill(-child, SIGKILL);
@@ -152,6 +157,7 @@ ProgramResult runProgram(const ProgramCall &call)
     if (WIFSIGNALED(status))
         result.signal = WTERMSIG(status);
     result.peakMemory = usage.ru_maxrss;
+    result.processorTime = durationOf(usage.ru_utime) + durationOf(usage.ru_stime);
     return result;
 }
 

@@ -26,11 +26,12 @@ struct ProgramCall {
 };
 
 struct ProgramResult {
-    std::string output; ///< all of its standard output
-    std::string errors; ///< all of its standard error
-    int exitStatus;     ///< -1 when a signal ended it
-    int signal;         ///< 0 when it exited
-    long peakMemory;    ///< most resident memory at any time, in KiB
+    std::string output;                          ///< all of its standard output
+    std::string errors;                          ///< all of its standard error
+    int exitStatus;                              ///< -1 when a signal ended it
+    int signal;                                  ///< 0 when it exited
+    long peakMemory;                             ///< most resident memory at any time, in KiB
+    std::chrono::duration<double> processorTime; ///< all that it took, its own and the system's
 };
 
 /// Runs a program to its end with its three standard streams connected to the test.

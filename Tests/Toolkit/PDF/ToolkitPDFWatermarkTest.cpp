@@ -1,5 +1,6 @@
 #include "PDFCommands.h"
 
+#include "Deflated.h"
 #include "PDFBuilder.h"
 #include "PDFPage.h"
 #include "Program.h"
@@ -377,6 +378,38 @@ TEST_F(ToolkitPDFWatermarkTest, APartThatCannotBeUnpackedIsRefusedWhereItHasToBe
     EXPECT_EQ("none", problem(single.document()));
 }
 
+TEST_F(ToolkitPDFWatermarkTest, PartsThatComeToMoreThan256MiBAreRefused)
+{
+    const auto document = [](std::size_t mebibytes) {
+        PDFBuilder builder;
+        const std::string large = builder.addStream(
+            Support::deflatedWithBlanks("0 g", mebibytes - 1), "/Filter /FlateDecode");
+        const std::string small = builder.addStream(std::string(1 << 20, ' '));
+        builder.addPage(std::string(kSmall) + " /Contents [" + large + " " + small + "]");
+        return builder.document();
+    };
+    EXPECT_EQ("none", problem(document(255)));
+    EXPECT_EQ("The PDF document has a page that is damaged or too large.", problem(document(256)));
+}
+
+TEST_F(ToolkitPDFWatermarkTest, StreamsWithAFilterAreCopiedAndOthersAreCompressed)
+{
+    PDFBuilder builder;
+    const auto add = [&](const std::string &data, const std::string &entries) {
+        return builder.addStream(data, "/Subtype /Image /Width 1 /Height 1 " + entries);
+    };
+    const std::string blanks(1000, ' ');
+    const std::string objects = "/A " + add("68 65 78>", "/Filter /AHx") + " /B " +
+                                add("6C 69 73 74>", "/Filter [/AHx]") + " /C " +
+                                add("nobody knows", "/Filter /Unknown") + " /D " + add(blanks, "");
+    builder.addPage(std::string(kSmall) + " /Resources << /XObject << " + objects + " >> >>",
+                    "/A Do /B Do /C Do /D Do");
+    const std::string result = marked(builder.document(), redText());
+    for (const char *kept : {"68 65 78>", "6C 69 73 74>", "nobody knows"})
+        EXPECT_THAT(result, HasSubstr(kept));
+    EXPECT_THAT(result, testing::Not(HasSubstr(blanks)));
+}
+
 TEST_F(ToolkitPDFWatermarkTest, PagesMayShareContentsButNotResources)
 {
     PDFBuilder builder;
@@ -475,6 +508,48 @@ TEST_F(ToolkitPDFWatermarkTest, AnEncryptedDocumentOpensWithTheEmptyPassword)
         pdf.processMemoryFile("marked", result.data(), result.size());
         EXPECT_TRUE(pdf.isEncrypted());
         EXPECT_FALSE(pdf.allowPrintHighRes());
+    }
+}
+
+/// The two halves of a document's identifier.
+std::vector<std::string> identifierOf(const std::string &document)
+{
+    QPDF pdf;
+    pdf.processMemoryFile("document", document.data(), document.size());
+    std::vector<std::string> halves;
+    for (QPDFObjectHandle half : pdf.getTrailer().getKey("/ID").getArrayAsVector())
+        halves.push_back(half.getStringValue());
+    return halves;
+}
+
+TEST_F(ToolkitPDFWatermarkTest, AnotherDocumentHasAnotherIdentifier)
+{
+    Watermark another = redText();
+    another.text = "Other";
+    std::set<std::string> firstHalves;
+    std::set<std::string> secondHalves;
+    for (const std::string &document : {marked(onePage(), redText()), marked(onePage(), another),
+                                        marked(onePage("0 g"), another)}) {
+        const auto halves = identifierOf(document);
+        ASSERT_EQ(2U, halves.size());
+        firstHalves.insert(halves[0]);
+        secondHalves.insert(halves[1]);
+    }
+    EXPECT_EQ(3U, firstHalves.size());
+    EXPECT_EQ(3U, secondHalves.size());
+}
+
+TEST_F(ToolkitPDFWatermarkTest, TheFirstHalfOfAnIdentifierStaysAndTheSecondIsNew)
+{
+    for (const std::vector<std::string> &words : std::vector<std::vector<std::string>>{
+             {"qpdf", "in", "out"}, {"qpdf", "--encrypt", "", "owner", "256", "--", "in", "out"}}) {
+        const std::string document = made(words, onePage());
+        const auto before = identifierOf(document);
+        const auto after = identifierOf(marked(document, redText()));
+        ASSERT_EQ(2U, before.size());
+        ASSERT_EQ(2U, after.size());
+        EXPECT_EQ(before[0], after[0]);
+        EXPECT_NE(before[1], after[1]);
     }
 }
 
