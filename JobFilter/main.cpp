@@ -48,15 +48,11 @@ bool copyWhole(FILE *input, FILE *output)
 
 JobFile spoolStandardInput()
 {
-    const auto path = KLFileUtilities::generateTemporaryFilename();
-    if (!path)
+    auto file = KLFileUtilities::makeTemporaryFile();
+    if (!file || !copyWhole(stdin, file->stream.get()) ||
+        !Platform::closeStream(std::move(file->stream)))
         throw FatalError(kUnableToSpool);
-    Platform::Stream spoolFile = Platform::openForWriting(*path);
-    if (!spoolFile)
-        throw FatalError(kUnableToSpool);
-    if (!copyWhole(stdin, spoolFile.get()) || !Platform::closeStream(std::move(spoolFile)))
-        throw FatalError(kUnableToSpool);
-    return {*path, true};
+    return {file->path, true};
 }
 
 JobFile secureJobData(const FilterArguments &arguments)
@@ -66,10 +62,13 @@ JobFile secureJobData(const FilterArguments &arguments)
     return spoolStandardInput();
 }
 
+/// What the toolkit has made of a file that was named stays, as a file of whoever named it.
 void removeIfSpooled(const JobFile &jobFile)
 {
     if (jobFile.spooled)
         KLFileUtilities::removeFile(jobFile.path);
+    else
+        KLFileUtilities::keepFile(jobFile.path);
 }
 
 /// Builds the store with the arguments as defaults.
@@ -188,7 +187,7 @@ void printJob(const FilterArguments &arguments)
     settleDomain(*options);
     jobFile.path = applyToolkit(jobFile.path, *options);
 
-    const Platform::Stream job = Platform::openForReading(jobFile.path);
+    const Platform::Stream job = KLFileUtilities::openForReading(jobFile.path);
     if (!job)
         throw FatalError(kUnableToRead);
 

@@ -1,8 +1,8 @@
 #include "KLToolkitProcessor.h"
 
-#include "Cancellation.h"
 #include "ChildProcess.h"
 #include "KLFileUtilities.h"
+#include "MadeFiles.h"
 #include "Module.h"
 #include "Numbers.h"
 #include "ObjectFormat.h"
@@ -27,7 +27,7 @@ class OutputFile {
 public:
     explicit OutputFile(std::string path) : _path(std::move(path))
     {
-        Platform::setUnfinished(_path, true);
+        Platform::MadeFiles::setUnfinished(_path, true);
     }
     ~OutputFile()
     {
@@ -38,9 +38,11 @@ public:
     OutputFile &operator=(const OutputFile &) = delete;
 
     const std::string &path() const { return _path; }
+    /// @return the path, whatever the toolkit has left under it
     std::string release()
     {
-        Platform::setUnfinished(_path, false);
+        KLFileUtilities::takeBack(_path);
+        Platform::MadeFiles::setUnfinished(_path, false);
         return std::exchange(_path, {});
     }
 
@@ -234,6 +236,11 @@ KLToolkitProcessor::processWithArgumentsAndReturnError(const std::string &inputP
         return std::nullopt;
     }
     OutputFile output(std::move(*outputPath));
+    if (KLFileUtilities::isReplaced(inputPath)) {
+        store(error,
+              {kGeneralErrorDomain, kNoSuchFile, "The job's file has been replaced by another."});
+        return std::nullopt;
+    }
     Platform::ChildProcess toolkit(_toolkitPath,
                                    childArguments(arguments, inputPath, output.path()));
     std::string errorText = toolkit.collectErrorText();

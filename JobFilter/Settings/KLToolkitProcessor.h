@@ -56,13 +56,17 @@ public:
     ///
     /// The output is a new temporary file ("toolkit-XXXXXX"). A command that worked consumes its
     /// input: the file is removed, whoever made it.
-    /// @param inputPath  handed on as it is; not opened here
+    /// @param inputPath  a temporary file of this run, or any other; handed on as it is, and not
+    ///                   opened here
     /// @param arguments  the command word and its options, handed on as they are
     /// @param error      where an error goes; may be null. It stays as it was on success, and when
     ///                   this throws.
-    /// @return the output file's path, a file that then belongs to the caller. nullopt on failure:
-    ///         the input is untouched, the output gone, and the error is either of
-    ///         - NSCocoaErrorDomain, 4: there is no place for the output; nothing was run
+    /// @return the output file's path, a file that then belongs to the caller; open it with
+    ///         KLFileUtilities::openForReading(), which refuses it when the toolkit has left
+    ///         something else there than a regular file of its own. nullopt on failure: the input
+    ///         is untouched, the output gone, and the error is either of
+    ///         - NSCocoaErrorDomain, 4: there is no place for the output, or another file has the
+    ///           name of the input that this run made; nothing was run
     ///         - KLToolkitProcessorErrorDomain: the toolkit's exit status, or the number of the
     ///           signal that ended it, with its standard error as description (see
     ///           Platform::ChildProcess for a text that comes too early)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <fcntl.h>
 #include <unistd.h>
 #include <utility>
 
@@ -21,6 +22,10 @@ public:
 
     /// -1 when there is none. It stays this object's.
     int number() const { return _number; }
+
+    /// Another one for what is open here; both share its position. Not inherited by children.
+    /// @return none, with errno set, when there cannot be one more
+    Descriptor duplicate() const { return Descriptor(fcntl(_number, F_DUPFD_CLOEXEC, 0)); }
 
     /// Gives it up without closing it. @return its number, the caller's now; -1 when there was none
     int release() { return std::exchange(_number, -1); }

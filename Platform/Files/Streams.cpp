@@ -6,25 +6,17 @@
 #include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace Platform {
 namespace {
 
 /// Closes a descriptor that is of no use; errno goes on saying why.
-void giveUp(int descriptor)
+void giveUp(Descriptor &file)
 {
     const int problem = errno;
-    close(descriptor);
+    file.close();
     errno = problem;
-}
-
-/// The stream takes the descriptor over; when there is no memory for it, the descriptor is closed.
-Stream streamOf(int descriptor, const char *mode)
-{
-    Stream stream(fdopen(descriptor, mode));
-    if (!stream)
-        giveUp(descriptor);
-    return stream;
 }
 
 /// Whether the kernel says no more than that it does not move bytes between such files, or not
@@ -58,6 +50,16 @@ void widenPipe(int descriptor)
 
 } // namespace
 
+Stream streamOf(Descriptor file, const char *mode)
+{
+    Stream stream(fdopen(file.number(), mode));
+    if (stream)
+        file.release();
+    else
+        giveUp(file);
+    return stream;
+}
+
 bool closeStream(Stream stream)
 {
     const bool failedBefore = std::ferror(stream.get()) != 0;
@@ -68,28 +70,33 @@ Stream openForReading(const std::string &path)
 {
     // Without O_NONBLOCK the open itself would wait for a FIFO's writer. Regular files and
     // devices are read the same either way.
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0)
+    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (file.number() < 0)
         return nullptr;
     struct stat status = {};
-    if (fstat(descriptor, &status) == 0) {
+    if (fstat(file.number(), &status) == 0) {
         if (!S_ISDIR(status.st_mode) && !S_ISFIFO(status.st_mode))
-            return streamOf(descriptor, "rb");
+            return streamOf(std::move(file), "rb");
         errno = S_ISDIR(status.st_mode) ? EISDIR : ESPIPE;
     }
-    giveUp(descriptor);
+    giveUp(file);
     return nullptr;
 }
 
 Stream openForWriting(const std::string &path)
 {
-    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-    if (descriptor < 0)
+    Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
+    if (file.number() < 0)
         return nullptr;
-    if (makeEmpty(descriptor))
-        return streamOf(descriptor, "wb");
-    giveUp(descriptor);
+    if (makeEmpty(file.number()))
+        return streamOf(std::move(file), "wb");
+    giveUp(file);
     return nullptr;
+}
+
+bool isSameFile(const struct stat &one, const struct stat &other)
+{
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
 bool makeEmpty(int descriptor)
@@ -102,8 +109,8 @@ bool makeEmpty(int descriptor)
 
 Stream openTemporary()
 {
-    const int descriptor = memfd_create("temporary", MFD_CLOEXEC);
-    return descriptor < 0 ? nullptr : streamOf(descriptor, "w+b");
+    Descriptor file(memfd_create("temporary", MFD_CLOEXEC));
+    return file.number() < 0 ? nullptr : streamOf(std::move(file), "w+b");
 }
 
 bool moveInKernel(FILE *input, FILE *output)

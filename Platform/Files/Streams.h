@@ -1,8 +1,12 @@
 #pragma once
 
+#include "Descriptor.h"
+
 #include <cstdio>
 #include <memory>
 #include <string>
+
+struct stat;
 
 namespace Platform {
 
@@ -17,6 +21,11 @@ struct StreamCloser {
 /// A stdio stream with an owner. Destruction ignores what closing reports: where a failed close
 /// loses data, call closeStream().
 using Stream = std::unique_ptr<FILE, StreamCloser>;
+
+/// The stream takes the descriptor over.
+/// @param mode  as fdopen(3) has it
+/// @return null, with errno set, when there is no memory for it; the descriptor is closed then.
+Stream streamOf(Descriptor file, const char *mode);
 
 /// Closes the stream, whatever comes of it.
 /// @param stream  not null
@@ -35,6 +44,9 @@ Stream openForReading(const std::string &path);
 /// mode 0666 less the umask, or emptied. A FIFO's reader is waited for.
 /// @return null on failure, with errno set; a file that was made by then stays, empty.
 Stream openForWriting(const std::string &path);
+
+/// Whether two files are one, whatever their names. Async-signal-safe.
+bool isSameFile(const struct stat &one, const struct stat &other);
 
 /// Takes everything out of a file that is open for writing. One that is empty is not touched: ext4
 /// takes a file that is truncated for one that is written anew, and brings all of it to the disk

@@ -1,6 +1,7 @@
 #include "Cancellation.h"
 
-#include <algorithm>
+#include "MadeFiles.h"
+
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -13,17 +14,6 @@ namespace Platform {
 namespace {
 
 constexpr std::array kSignals = {SIGTERM, SIGINT, SIGHUP};
-constexpr std::size_t kMostFiles = 8;
-constexpr std::size_t kPathSize = 1024;
-
-/// A file that the run has made.
-struct MadeFile {
-    char path[kPathSize]; ///< empty in a free slot
-    bool unfinished;
-};
-
-/// Their paths change only while the signals are held back.
-MadeFile madeFiles[kMostFiles];
 volatile pid_t childToEnd = 0;
 
 bool hasEnded(pid_t child)
@@ -44,19 +34,16 @@ void endChild(pid_t child)
     kill(-child, SIGKILL);
 }
 
-void cleanUp(bool everything)
+void endTheChild()
 {
     if (childToEnd != 0)
         endChild(childToEnd);
-    for (const MadeFile &file : madeFiles) {
-        if (*file.path != '\0' && (everything || file.unfinished))
-            unlink(file.path);
-    }
 }
 
 extern "C" void cleanUpAndDie(int signalNumber)
 {
-    cleanUp(true);
+    endTheChild();
+    MadeFiles::removeAll();
     signal(signalNumber, SIG_DFL);
     raise(signalNumber); // pending until the handler returns, deadly then
 }
@@ -86,35 +73,6 @@ void cleanUpWhenCancelled()
     }
 }
 
-bool removeWhenCancelled(const std::string &path)
-{
-    const CancellationDelay delay;
-    const auto slot =
-        std::ranges::find_if(madeFiles, [](const auto &file) { return *file.path == '\0'; });
-    if (path.size() >= kPathSize || slot == std::end(madeFiles))
-        return false;
-    std::memcpy(slot->path, path.c_str(), path.size() + 1);
-    slot->unfinished = false;
-    return true;
-}
-
-void keepWhenCancelled(const std::string &path)
-{
-    const CancellationDelay delay;
-    for (MadeFile &file : madeFiles) {
-        if (path == file.path)
-            *file.path = '\0';
-    }
-}
-
-void setUnfinished(const std::string &path, bool unfinished)
-{
-    for (MadeFile &file : madeFiles) {
-        if (path == file.path)
-            file.unfinished = unfinished;
-    }
-}
-
 void endWhenCancelled(pid_t child)
 {
     childToEnd = child;
@@ -123,7 +81,8 @@ void endWhenCancelled(pid_t child)
 void abandonRun(const char *line)
 {
     const CancellationDelay delay;
-    cleanUp(false);
+    endTheChild();
+    MadeFiles::removeUnfinished();
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line, std::strlen(line));
     _exit(EXIT_FAILURE);
 }

@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <ctime>
+#include <filesystem>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
@@ -74,6 +75,14 @@ protected:
         for (int page = 0; page < 8000; ++page)
             builder.addPage("/MediaBox [0 0 200 300]", "10 10 50 50 re f");
         _folder.write("in", builder.document());
+    }
+
+    /// From then on the run is in the middle of its work. The output has to be there before.
+    void waitUntilSomethingIsWritten() const
+    {
+        struct stat status = {};
+        while (stat(output().c_str(), &status) == 0 && status.st_size == 0)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 
     const Support::TemporaryFolder _folder;
@@ -197,23 +206,50 @@ TEST_F(ToolkitCommandTest, WordsThatCannotBeToldApartLeaveEveryFileAlone)
 TEST_F(ToolkitCommandTest, InputAndOutputMustNotBeTheSameFile)
 {
     ASSERT_EQ(0, link(input().c_str(), _folder.file("hard").c_str()));
-    ASSERT_EQ(0, symlink(input().c_str(), _folder.file("soft").c_str()));
-    for (const char *name : {"in", "hard", "soft"}) {
+    for (const char *name : {"in", "hard"}) {
         expectComplaint(run(watermark(input(), _folder.file(name))), "the same file");
         EXPECT_EQ(_document, Support::readFile(_folder.file(name))) << name;
     }
 }
 
-TEST_F(ToolkitCommandTest, ALinkAsOutputIsFollowed)
+// Who owns a folder could have put it there.
+TEST_F(ToolkitCommandTest, ALinkAsOutputIsRefusedAndLedNowhere)
 {
-    _folder.write("target", "");
-    ASSERT_EQ(0, symlink(_folder.file("target").c_str(), output().c_str()));
-    ASSERT_EQ(0, runWatermark().exitStatus);
-    EXPECT_THAT(Support::readFile(_folder.file("target")), testing::StartsWith("%PDF-"));
+    _folder.write("another", "mine");
+    for (const char *target : {"in", "another", "missing", "out"}) {
+        ASSERT_EQ(0, symlink(_folder.file(target).c_str(), output().c_str()));
+        expectComplaint(runWatermark(), "The output is a symbolic link.");
+        EXPECT_TRUE(std::filesystem::is_symlink(output())) << target;
+        ASSERT_EQ(0, unlink(output().c_str()));
+    }
+    EXPECT_EQ("mine", Support::readFile(_folder.file("another")));
+    EXPECT_EQ(_document, Support::readFile(input()));
+    EXPECT_FALSE(exists(_folder.file("missing")));
+}
+
+TEST_F(ToolkitCommandTest, ALinkToTheFolderOfTheOutputIsFollowed)
+{
+    ASSERT_EQ(0, symlink(_folder.path().c_str(), _folder.file("link").c_str()));
+    ASSERT_EQ(0, run(watermark(input(), _folder.file("link/out"))).exitStatus);
+    EXPECT_THAT(Support::readFile(output()), testing::StartsWith("%PDF-"));
 
     _folder.write("in", "no document");
-    EXPECT_EQ(1, runWatermark().exitStatus);
-    EXPECT_FALSE(exists(_folder.file("target")));
+    EXPECT_EQ(1, run(watermark(input(), _folder.file("link/out"))).exitStatus);
+    EXPECT_FALSE(exists(output()));
+}
+
+TEST_F(ToolkitCommandTest, AnOutputIsNamedFromTheCurrentFolder)
+{
+    const auto goThere = [this] {
+        if (chdir(_folder.path().c_str()) != 0)
+            _exit(99);
+    };
+    ASSERT_EQ(0, run(watermark("in", "out"), {.inChild = goThere}).exitStatus);
+    EXPECT_THAT(Support::readFile(output()), testing::StartsWith("%PDF-"));
+
+    _folder.write("in", "no document");
+    EXPECT_EQ(1, run(watermark("in", "out"), {.inChild = goThere}).exitStatus);
+    EXPECT_FALSE(exists(output()));
 }
 
 TEST_F(ToolkitCommandTest, OnlyRegularFilesAreReadAndWritten)
@@ -282,10 +318,7 @@ TEST_F(ToolkitCommandTest, ACancelledRunRemovesTheOutput)
     for (const int signalNumber : {SIGTERM, SIGINT, SIGHUP}) {
         _folder.write("out", "");
         const auto cancel = [&](pid_t child) {
-            // Once something is written, the run is in the middle of its work.
-            struct stat status = {};
-            while (stat(output().c_str(), &status) == 0 && status.st_size == 0)
-                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            waitUntilSomethingIsWritten();
             kill(child, signalNumber);
         };
         const ProgramResult result = runWatermark({.afterStart = cancel});
@@ -293,6 +326,33 @@ TEST_F(ToolkitCommandTest, ACancelledRunRemovesTheOutput)
         EXPECT_THAT(_folder.names(), ElementsAre("in"));
     }
     EXPECT_EQ(before, Support::readFile(input()));
+}
+
+TEST_F(ToolkitCommandTest, AFailedOrCancelledRunRemovesNothingButItsOutput)
+{
+    writeLongInput();
+    for (const bool isCancelled : {false, true}) {
+        _folder.write("out", "");
+        ProgramCall call;
+        call.inChild = [&] {
+            const rlimit limit = {300000, 300000};
+            if (!isCancelled)
+                setrlimit(RLIMIT_FSIZE, &limit);
+        };
+        call.afterStart = [&](pid_t child) {
+            waitUntilSomethingIsWritten();
+            kill(child, SIGSTOP);
+            ASSERT_EQ(0, rename(output().c_str(), _folder.file("moved").c_str()));
+            _folder.write("out", "mine");
+            kill(child, SIGCONT);
+            if (isCancelled)
+                kill(child, SIGTERM);
+        };
+        const ProgramResult result = runWatermark(call);
+        EXPECT_EQ(isCancelled ? SIGTERM : 0, result.signal);
+        EXPECT_EQ(isCancelled ? -1 : 1, result.exitStatus) << result.errors;
+        EXPECT_EQ("mine", Support::readFile(output()));
+    }
 }
 
 TEST_F(ToolkitCommandTest, RunsWithoutStandardStreams)

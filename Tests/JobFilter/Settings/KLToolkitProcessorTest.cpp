@@ -2,6 +2,7 @@
 
 #include "ChildProcess.h"
 #include "Environment.h"
+#include "KLFileUtilities.h"
 #include "MinimalPPD.h"
 #include "Module.h"
 #include "TemporaryFolder.h"
@@ -34,6 +35,12 @@ using Calls = std::vector<std::vector<std::string>>;
 class KLToolkitProcessorTest : public testing::Test {
 protected:
     KLToolkitProcessorTest() { fs::create_directory(temporaries); }
+    ~KLToolkitProcessorTest() override
+    {
+        fs::create_directory(temporaries); // where a test has removed it
+        for (const std::string &name : temporaryNames())
+            KLFileUtilities::keepFile(temporaries + "/" + name);
+    }
 
     /// A toolkit that runs these lines once it has noted its call; "$D" is the test's folder, "$1"
     /// the command, "$input" and "$output" are the files.
@@ -308,6 +315,32 @@ TEST_F(KLToolkitProcessorTest, AnOutputThatTheToolkitReplacedIsTheOutput)
 TEST_F(KLToolkitProcessorTest, AnInputThatIsAlreadyGoneIsNoFailure)
 {
     EXPECT_TRUE(process("mv \"$input\" \"$output\""));
+}
+
+TEST_F(KLToolkitProcessorTest, AFileThatHasTheNameOfAnEarlierOutputIsNotHandedOn)
+{
+    const auto first = process(kCopy);
+    folder.write("another", "mine");
+    fs::rename(folder.file("another"), first.value());
+    fs::remove(folder.file("calls"));
+    EXPECT_EQ(std::nullopt, KLToolkitProcessor(toolkit).processWithArgumentsAndReturnError(
+                                *first, {"command"}, &error));
+    EXPECT_EQ("NSCocoaErrorDomain", error->domain());
+    EXPECT_EQ(4, error->code());
+    EXPECT_EQ("The job's file has been replaced by another.", error->description());
+    EXPECT_THAT(calls(), IsEmpty());
+    EXPECT_EQ("mine", Support::readFile(*first));
+    EXPECT_EQ(1U, temporaryNames().size());
+}
+
+TEST_F(KLToolkitProcessorTest, AnInputThatIsReplacedWhileTheToolkitWorksStays)
+{
+    const auto first = process(kCopy);
+    const auto second = KLToolkitProcessor(writeToolkit("cat \"$input\" > \"$output\"\n"
+                                                        "echo mine > $D/new; mv $D/new \"$input\""))
+                            .processWithArgumentsAndReturnError(first.value(), {"command"});
+    EXPECT_EQ("page", Support::readFile(second.value()));
+    EXPECT_EQ("mine\n", Support::readFile(*first));
 }
 
 // Which commands run

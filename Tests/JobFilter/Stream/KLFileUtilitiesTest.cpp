@@ -3,16 +3,32 @@
 #include "Environment.h"
 #include "TemporaryFolder.h"
 
+#include <array>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 using testing::MatchesRegex;
 
 class KLFileUtilitiesTest : public testing::Test {
 protected:
+    ~KLFileUtilitiesTest() override
+    {
+        for (const std::string &name : folder.names())
+            KLFileUtilities::keepFile(folder.file(name));
+    }
+
+    static std::string readAll(const std::string &path)
+    {
+        const Platform::Stream stream = KLFileUtilities::openForReading(path);
+        std::array<char, 100> bytes = {};
+        return {bytes.data(), std::fread(bytes.data(), 1, bytes.size(), stream.get())};
+    }
+
     Support::TemporaryFolder folder;
     Support::ScopedEnvironment temporaryDirectory{"TMPDIR", folder.path()};
 };
@@ -87,4 +103,81 @@ TEST_F(KLFileUtilitiesTest, APathOfMoreThan1023BytesGivesNothingAndNoFile)
     const Support::ScopedEnvironment tooLong("TMPDIR", longest + "f");
     EXPECT_EQ(std::nullopt, KLFileUtilities::generateTemporaryFilename());
     EXPECT_TRUE(fs::is_empty(longest + "f"));
+}
+
+// Files that stay open
+
+TEST_F(KLFileUtilitiesTest, ATemporaryFileIsEmptyNewAndTheOwnersAlone)
+{
+    const auto file = KLFileUtilities::makeTemporaryFile();
+    ASSERT_TRUE(file);
+    EXPECT_EQ(folder.path(), fs::path(file->path).parent_path());
+    EXPECT_THAT(fs::path(file->path).filename(), MatchesRegex("jobfilter-[A-Za-z0-9]{6}"));
+    struct stat status = {};
+    ASSERT_EQ(0, stat(file->path.c_str(), &status));
+    EXPECT_EQ(0600U, status.st_mode & 07777U);
+    EXPECT_EQ(0, status.st_size);
+}
+
+TEST_F(KLFileUtilitiesTest, WhereThereIsNoPlaceThereIsNoTemporaryFile)
+{
+    const Support::ScopedEnvironment missing("TMPDIR", folder.file("missing"));
+    EXPECT_FALSE(KLFileUtilities::makeTemporaryFile());
+}
+
+TEST_F(KLFileUtilitiesTest, WithoutADescriptorToHoldItByNoFileIsLeft)
+{
+    const int next = dup(0); // the lowest that is free
+    close(next);
+    rlimit usual = {};
+    ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &usual));
+    const rlimit oneMore = {static_cast<rlim_t>(next) + 1, usual.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &oneMore);
+    EXPECT_FALSE(KLFileUtilities::makeTemporaryFile());
+    setrlimit(RLIMIT_NOFILE, &usual);
+    EXPECT_TRUE(fs::is_empty(folder.path()));
+}
+
+TEST_F(KLFileUtilitiesTest, ATemporaryFileIsReadAsItWasWrittenWhateverHasItsName)
+{
+    auto file = KLFileUtilities::makeTemporaryFile();
+    ASSERT_TRUE(file);
+    std::fputs("pages", file->stream.get());
+    ASSERT_TRUE(Platform::closeStream(std::move(file->stream)));
+    fs::rename(folder.write("another", "another's"), file->path);
+    EXPECT_TRUE(KLFileUtilities::isReplaced(file->path));
+    EXPECT_EQ("pages", readAll(file->path));
+    KLFileUtilities::removeFile(file->path);
+    EXPECT_EQ("another's", Support::readFile(file->path));
+}
+
+TEST_F(KLFileUtilitiesTest, WhatOthersHaveWrittenIsReadOnceItIsTakenBack)
+{
+    const auto path = KLFileUtilities::generateTemporaryFilename();
+    ASSERT_TRUE(path);
+    Support::writeFile(*path, "pages");
+    EXPECT_FALSE(KLFileUtilities::openForReading(*path));
+    KLFileUtilities::takeBack(*path);
+    EXPECT_EQ("pages", readAll(*path));
+    KLFileUtilities::removeFile(*path);
+    EXPECT_TRUE(fs::is_empty(folder.path()));
+}
+
+TEST_F(KLFileUtilitiesTest, AnyOtherFileIsReadAndRemovedByItsName)
+{
+    const std::string path = folder.write("job", "pages");
+    fs::create_symlink(path, folder.file("link"));
+    EXPECT_EQ("pages", readAll(folder.file("link")));
+    EXPECT_FALSE(KLFileUtilities::isReplaced(path));
+    KLFileUtilities::removeFile(path);
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(KLFileUtilitiesTest, AFileThatIsKeptIsAFileLikeAnyOther)
+{
+    auto file = KLFileUtilities::makeTemporaryFile();
+    ASSERT_TRUE(file);
+    KLFileUtilities::keepFile(file->path);
+    fs::rename(folder.write("another", "another's"), file->path);
+    EXPECT_EQ("another's", readAll(file->path));
 }

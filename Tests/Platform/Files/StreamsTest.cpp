@@ -35,6 +35,53 @@ TEST(StreamsTest, NoStreamIsInheritedByChildren)
     EXPECT_TRUE(isClosedOnExec(openTemporary()));
 }
 
+TEST(StreamsTest, AStreamTakesItsDescriptorOver)
+{
+    const Support::TemporaryFolder folder;
+    Descriptor file(open(folder.write("job", "x").c_str(), O_RDONLY | O_CLOEXEC));
+    const int number = file.number();
+    const Stream stream = streamOf(std::move(file), "rb");
+    EXPECT_EQ(number, fileno(stream.get()));
+    EXPECT_EQ('x', std::fgetc(stream.get()));
+}
+
+TEST(StreamsTest, ADescriptorThatMakesNoStreamIsClosed)
+{
+    Descriptor file(open("/dev/null", O_RDONLY | O_CLOEXEC));
+    const int number = file.number();
+    errno = 0;
+    EXPECT_FALSE(streamOf(std::move(file), "no mode"));
+    EXPECT_EQ(EINVAL, errno);
+    EXPECT_EQ(-1, fcntl(number, F_GETFD));
+    EXPECT_FALSE(streamOf(Descriptor(), "rb"));
+}
+
+TEST(StreamsTest, ADuplicateIsOfTheSameFileAndStaysWhenTheFirstIsClosed)
+{
+    const Support::TemporaryFolder folder;
+    Descriptor file(open(folder.write("job", "xy").c_str(), O_RDONLY | O_CLOEXEC));
+    const Stream copy = streamOf(file.duplicate(), "rb");
+    file.close();
+    EXPECT_TRUE(isClosedOnExec(copy));
+    EXPECT_EQ('x', std::fgetc(copy.get()));
+    EXPECT_GT(0, Descriptor().duplicate().number());
+}
+
+TEST(StreamsTest, AFileIsTheSameUnderAllItsNames)
+{
+    const Support::TemporaryFolder folder;
+    const std::string one = folder.write("one", "");
+    ASSERT_EQ(0, link(one.c_str(), folder.file("same").c_str()));
+    const auto statusOf = [](const std::string &path) {
+        struct stat status = {};
+        EXPECT_EQ(0, stat(path.c_str(), &status));
+        return status;
+    };
+    EXPECT_TRUE(isSameFile(statusOf(one), statusOf(folder.file("same"))));
+    EXPECT_FALSE(isSameFile(statusOf(one), statusOf(folder.write("other", ""))));
+    EXPECT_FALSE(isSameFile(statusOf("/dev/null"), statusOf(one)));
+}
+
 TEST(StreamsTest, ATemporaryStreamIsReadBackAndLiesOnNoDisk)
 {
     const Stream stream = openTemporary();

@@ -1,5 +1,6 @@
 #include "Cancellation.h"
 
+#include "MadeFiles.h"
 #include "TemporaryFolder.h"
 
 #include <csignal>
@@ -30,7 +31,7 @@ TEST_F(CancellationTest, EachSignalRemovesTheFilesAndIsDeadly)
         EXPECT_EXIT(
             {
                 cleanUpWhenCancelled();
-                removeWhenCancelled(path);
+                MadeFiles::add(path);
                 raise(signalNumber);
             },
             KilledBySignal(signalNumber), "");
@@ -45,10 +46,10 @@ TEST_F(CancellationTest, AFileThatIsTakenOffTheListStays)
     EXPECT_EXIT(
         {
             cleanUpWhenCancelled();
-            removeWhenCancelled(removed);
-            removeWhenCancelled(kept);
-            keepWhenCancelled(kept);
-            keepWhenCancelled(folder.file("never on the list"));
+            MadeFiles::add(removed);
+            MadeFiles::add(kept);
+            MadeFiles::forget(kept);
+            MadeFiles::forget(folder.file("never on the list"));
             raise(SIGTERM);
         },
         KilledBySignal(SIGTERM), "");
@@ -62,7 +63,7 @@ TEST_F(CancellationTest, ASignalThatTheParentIgnoresStaysIgnored)
         {
             std::signal(SIGHUP, SIG_IGN);
             cleanUpWhenCancelled();
-            removeWhenCancelled(path);
+            MadeFiles::add(path);
             raise(SIGHUP);
             _exit(7);
         },
@@ -79,7 +80,7 @@ TEST_F(CancellationTest, ADelayHoldsTheSignalsBackAndLosesNone)
                 const CancellationDelay delay;
                 raise(SIGTERM);
                 // Has a delay of its own, which must not end this one.
-                removeWhenCancelled(folder.write("made while it waits", ""));
+                MadeFiles::add(folder.write("made while it waits", ""));
                 folder.write("reached", "");
             }
             folder.write("beyond", "");
@@ -92,17 +93,16 @@ TEST_F(CancellationTest, ADelayHoldsTheSignalsBackAndLosesNone)
 TEST_F(CancellationTest, TheListSaysWhatItHasNoRoomFor)
 {
     const auto isRight = [] {
-        if (removeWhenCancelled(std::string(1024, 'x')) ||
-            !removeWhenCancelled(std::string(1023, 'x')))
+        if (MadeFiles::add(std::string(1024, 'x')) || !MadeFiles::add(std::string(1023, 'x')))
             return false;
         for (int number = 2; number <= 8; ++number) {
-            if (!removeWhenCancelled(std::to_string(number)))
+            if (!MadeFiles::add(std::to_string(number)))
                 return false;
         }
-        if (removeWhenCancelled("9"))
+        if (MadeFiles::add("9"))
             return false;
-        keepWhenCancelled("5");
-        return removeWhenCancelled("9");
+        MadeFiles::forget("5");
+        return MadeFiles::add("9");
     };
     EXPECT_EXIT(_exit(isRight() ? 0 : 1), ExitedWithCode(0), "");
 }

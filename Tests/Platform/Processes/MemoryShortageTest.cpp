@@ -1,6 +1,7 @@
 #include "MemoryShortage.h"
 
 #include "Cancellation.h"
+#include "MadeFiles.h"
 #include "TemporaryFolder.h"
 
 #include <cstdint>
@@ -96,8 +97,8 @@ TEST(MemoryShortageTest, UnfinishedFilesGoAndOthersStay)
         {
             Platform::endWhenMemoryRunsOut(kLine);
             for (const std::string &path : {job, half})
-                Platform::removeWhenCancelled(path);
-            Platform::setUnfinished(half, true);
+                Platform::MadeFiles::add(path);
+            Platform::MadeFiles::setUnfinished(half, true);
             askForTooMuch(1);
         },
         testing::ExitedWithCode(EXIT_FAILURE), "^CRIT: no room\n$");

@@ -1,6 +1,7 @@
 #include "ProcessorTime.h"
 
 #include "Cancellation.h"
+#include "MadeFiles.h"
 #include "TemporaryFolder.h"
 
 #include <csignal>
@@ -41,8 +42,8 @@ TEST(ProcessorTimeTest, EndsTheProcessWithTheLineAndRemovesUnfinishedFiles)
     EXPECT_EXIT(
         {
             for (const std::string &path : {job, half})
-                Platform::removeWhenCancelled(path);
-            Platform::setUnfinished(half, true);
+                Platform::MadeFiles::add(path);
+            Platform::MadeFiles::setUnfinished(half, true);
             Platform::endAfterProcessorTime(kOneSecond, kLine);
             work();
         },
