@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -48,6 +49,12 @@ extern "C" void cleanUpAndDie(int signalNumber)
     raise(signalNumber); // pending until the handler returns, deadly then
 }
 
+bool isIgnored(int signalNumber)
+{
+    struct sigaction action = {};
+    return sigaction(signalNumber, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
 /// Whose handlers look at the list of files.
 sigset_t cleaningSignals()
 {
@@ -59,18 +66,37 @@ sigset_t cleaningSignals()
     return set;
 }
 
+void handleCancellingSignals(void (*handler)(int))
+{
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_mask = cleaningSignals();
+    for (const int signalNumber : kSignals) {
+        if (!isIgnored(signalNumber))
+            sigaction(signalNumber, &action, nullptr);
+    }
+}
+
+/// Exchanges the signal that cannot be handled for one that is.
+void cancelWithParent()
+{
+    int signalNumber = 0;
+    if (prctl(PR_GET_PDEATHSIG, &signalNumber) == 0 && signalNumber == SIGKILL &&
+        !isIgnored(SIGTERM))
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+}
+
 } // namespace
 
 void cleanUpWhenCancelled()
 {
-    struct sigaction action = {};
-    action.sa_handler = &cleanUpAndDie;
-    action.sa_mask = cleaningSignals();
-    for (const int signalNumber : kSignals) {
-        struct sigaction inherited = {};
-        if (sigaction(signalNumber, nullptr, &inherited) == 0 && inherited.sa_handler != SIG_IGN)
-            sigaction(signalNumber, &action, nullptr);
-    }
+    handleCancellingSignals(&cleanUpAndDie);
+    cancelWithParent();
+}
+
+void forgetCancellation()
+{
+    handleCancellingSignals(SIG_DFL);
 }
 
 void endWhenCancelled(pid_t child)

@@ -11,7 +11,14 @@ namespace Platform {
 // also that of the whole room where nothing else is said.
 
 /// Installs the handlers. A signal that the parent has set to be ignored stays ignored.
+///
+/// A process that is to be killed as soon as its parent has ended (Fork.h) is cancelled instead, by
+/// SIGTERM, so that it removes its files.
 void cleanUpWhenCancelled();
+
+/// In a child that was forked off a run: what the run has made is the run's to remove. The three
+/// signals are deadly again, but for those that are ignored.
+void forgetCancellation();
 
 /// Names the child, leader of its own process group, that a cancellation ends: with SIGTERM
 /// first, with SIGKILL to the whole group when it still lives after a second. It takes the place of

@@ -2,6 +2,7 @@
 
 #include "Cancellation.h"
 #include "Descriptor.h"
+#include "Fork.h"
 #include "Streams.h"
 
 #include <algorithm>
@@ -14,7 +15,6 @@
 #include <exception>
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -73,21 +73,11 @@ void limitMemory(std::size_t more)
     setrlimit(RLIMIT_DATA, &limit);
 }
 
-/// The parent's way of being cancelled is to clean up the parent's files: not the child's business.
-void becomeChild(pid_t parent, const sigset_t &signalMask)
-{
-    setpgid(0, 0);
-    for (const int signalNumber : {SIGTERM, SIGINT, SIGHUP})
-        std::signal(signalNumber, SIG_DFL);
-    sigprocmask(SIG_SETMASK, &signalMask, nullptr);
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (getppid() != parent || chdir("/") != 0)
-        _exit(EXIT_FAILURE);
-}
-
 [[noreturn]] void doWork(const std::function<void(const ChildMessageSender &)> &work, int sender,
                          std::size_t memory)
 {
+    if (chdir("/") != 0)
+        _exit(EXIT_FAILURE);
     const ChildMessageSender messages(keepOnly(sender));
     limitMemory(memory);
     try {
@@ -97,24 +87,6 @@ void becomeChild(pid_t parent, const sigset_t &signalMask)
         messages.send(kEndKind, *error.what() != '\0' ? error.what() : "unknown reason");
     }
     _exit(EXIT_SUCCESS); // what the parent had buffered is the parent's to write
-}
-
-/// Starts the child and registers it for cancellation. @return -1 when it cannot be started
-pid_t startChild(const std::function<void(const ChildMessageSender &)> &work, int sender,
-                 std::size_t memory)
-{
-    const pid_t parent = getpid();
-    const CancellationDelay delay;
-    const pid_t child = fork();
-    if (child == 0) {
-        becomeChild(parent, delay.originalMask());
-        doWork(work, sender, memory);
-    }
-    if (child > 0) {
-        setpgid(child, child);
-        endWhenCancelled(child);
-    }
-    return child;
 }
 
 void endChild(pid_t child)
@@ -239,7 +211,8 @@ ChildReport messagesFromChild(const std::function<void(const ChildMessageSender 
     const Descriptor receivingEnd(ends[0]);
     std::optional<Descriptor> sendingEnd(std::in_place, ends[1]);
 
-    const pid_t child = startChild(work, sendingEnd->number(), limits.memory);
+    const int sender = sendingEnd->number();
+    const pid_t child = forkChild([&] { doWork(work, sender, limits.memory); });
     if (child < 0)
         return {{}, childError(errno, std::strerror(errno))};
     sendingEnd.reset(); // so that the child's end is the end of the messages

@@ -1,70 +1,85 @@
 #include "ChildProcess.h"
 
 #include "Cancellation.h"
+#include "Fork.h"
 #include "Text.h"
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <spawn.h>
+#include <optional>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace Platform {
 namespace {
 
-std::string reason(int errorNumber)
+/// What a forked child needs in order to become the program.
+struct Start {
+    const char *program;
+    int file; ///< the program's, or -1
+    char *const *arguments;
+    int standardError;
+    int report; ///< where the errno goes of a start that failed; closed by one that worked
+};
+
+struct Pipe {
+    Descriptor readEnd;
+    Descriptor writeEnd;
+};
+
+/// @return nullopt with errno set when there is none to be had
+std::optional<Pipe> makePipe()
 {
-    return std::strerror(errorNumber);
+    std::array<int, 2> ends = {};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+        return std::nullopt;
+    return Pipe{Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
-/// What the child does with its descriptors before the program starts.
-class SpawnFiles {
-public:
-    explicit SpawnFiles(int standardError)
-    {
-        posix_spawn_file_actions_init(&_actions);
-        // The pipe first: its descriptor may be one of those that are opened next.
-        posix_spawn_file_actions_adddup2(&_actions, standardError, STDERR_FILENO);
-        posix_spawn_file_actions_addopen(&_actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        posix_spawn_file_actions_addopen(&_actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-        posix_spawn_file_actions_addclosefrom_np(&_actions, STDERR_FILENO + 1);
-    }
-    ~SpawnFiles() { posix_spawn_file_actions_destroy(&_actions); }
-    SpawnFiles(const SpawnFiles &) = delete;
-    SpawnFiles &operator=(const SpawnFiles &) = delete;
+/// Leaves the program the three standard streams.
+bool connectStreams(int standardError)
+{
+    const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
+    return dup2(standardError, STDERR_FILENO) >= 0 && dup2(nothing, STDIN_FILENO) >= 0 &&
+           dup2(nothing, STDOUT_FILENO) >= 0 &&
+           close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC) == 0;
+}
 
-    const posix_spawn_file_actions_t *get() const { return &_actions; }
+/// Returns, with errno set, only when the program does not start.
+void execute(const Start &start)
+{
+    if (start.file >= 0)
+        execveat(start.file, "", start.arguments, environ, AT_EMPTY_PATH);
+    // A script is opened once more by its interpreter, by name: that file would be closed by then,
+    // and the kernel says that there is none.
+    if (start.file < 0 || errno == ENOENT)
+        execve(start.program, start.arguments, environ);
+}
 
-private:
-    posix_spawn_file_actions_t _actions;
-};
+void becomeProgram(const Start &start)
+{
+    std::signal(SIGPIPE, SIG_DFL);
+    if (connectStreams(start.standardError))
+        execute(start);
+    const int problem = errno;
+    if (write(start.report, &problem, sizeof problem) < 0)
+        _exit(EXIT_FAILURE); // to nobody
+}
 
-/// The child's process group and signals.
-class SpawnAttributes {
-public:
-    explicit SpawnAttributes(const sigset_t &mask)
-    {
-        posix_spawnattr_init(&_attributes);
-        sigset_t defaults;
-        sigemptyset(&defaults);
-        sigaddset(&defaults, SIGPIPE);
-        posix_spawnattr_setsigdefault(&_attributes, &defaults);
-        posix_spawnattr_setsigmask(&_attributes, &mask);
-        posix_spawnattr_setpgroup(&_attributes, 0);
-        posix_spawnattr_setflags(&_attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK |
-                                                   POSIX_SPAWN_SETPGROUP);
-    }
-    ~SpawnAttributes() { posix_spawnattr_destroy(&_attributes); }
-    SpawnAttributes(const SpawnAttributes &) = delete;
-    SpawnAttributes &operator=(const SpawnAttributes &) = delete;
-
-    const posix_spawnattr_t *get() const { return &_attributes; }
-
-private:
-    posix_spawnattr_t _attributes;
-};
+/// Waits until the child has become the program, or has ended. @return errno of what was in the
+/// way, 0 for nothing
+int problemReported(int report)
+{
+    int problem = 0;
+    ssize_t length = 0;
+    do
+        length = read(report, &problem, sizeof problem);
+    while (length < 0 && errno == EINTR);
+    return length == sizeof problem ? problem : 0;
+}
 
 /// The argument vector for the C interface, which promises not to write to it. Refers to the
 /// texts.
@@ -92,29 +107,33 @@ ChildProcess::DefaultSignal::~DefaultSignal()
     sigaction(_signalNumber, &_before, nullptr);
 }
 
-ChildProcess::ChildProcess(const std::string &program, const std::vector<std::string> &arguments)
+ChildProcess::ChildProcess(const std::string &program, const std::vector<std::string> &arguments,
+                           int file)
 {
-    std::array<int, 2> ends = {};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw ChildProcessError("Unable to start " + program + ": " + reason(errno));
-    _errors = Descriptor(ends[0]);
-    const Descriptor writeEnd(ends[1]); // the child's alone once it runs
-    start(program, arguments, writeEnd.number());
+    if (const int problem = start(program, arguments, file); problem != 0)
+        throw ChildProcessError("Unable to start " + program + ": " + std::strerror(problem));
 }
 
-void ChildProcess::start(const std::string &program, const std::vector<std::string> &arguments,
-                         int standardError)
+int ChildProcess::start(const std::string &program, const std::vector<std::string> &arguments,
+                        int file)
 {
-    const CancellationDelay delay; // until the child is known to the cancellation
-    const SpawnFiles files(standardError);
-    const SpawnAttributes attributes(delay.originalMask());
-    const int problem = posix_spawn(&_child, program.c_str(), files.get(), attributes.get(),
-                                    argumentVector(program, arguments).data(), environ);
-    if (problem != 0) {
-        _child = 0;
-        throw ChildProcessError("Unable to start " + program + ": " + reason(problem));
-    }
-    endWhenCancelled(_child);
+    auto errors = makePipe();
+    auto report = makePipe();
+    if (!errors || !report)
+        return errno;
+    const auto vector = argumentVector(program, arguments);
+    const Start start = {program.c_str(), file, vector.data(), errors->writeEnd.number(),
+                         report->writeEnd.number()};
+    const pid_t child = forkChild([&start] { becomeProgram(start); });
+    if (child < 0)
+        return errno;
+    _child = child;
+    _errors = std::move(errors->readEnd);
+    report->writeEnd.close(); // so that the child's end is the end of its report
+    const int problem = problemReported(report->readEnd.number());
+    if (problem != 0)
+        terminationStatus();
+    return problem;
 }
 
 ChildProcess::~ChildProcess()

@@ -21,9 +21,10 @@ public:
 /// Its standard input and output are the null device, its standard error is a pipe to here. It
 /// inherits environment, working directory and signal mask, and no other descriptor; a SIGPIPE
 /// that is ignored here is deadly there as usual. It leads a process group of its own, which ends
-/// when the run is cancelled (Cancellation.h). Children of a parent that ignores SIGCHLD can be
-/// waited for all the same: its disposition is the default one as long as this object lives. One
-/// child at a time, one thread.
+/// when the run is cancelled (Cancellation.h), and it is killed when this process ends in whatever
+/// way (Fork.h). Children of a parent that ignores SIGCHLD can be waited for all the same: its
+/// disposition is the default one as long as this object lives. One child at a time, one thread.
+/// This process' own standard streams must be open.
 class ChildProcess {
 public:
     /// Bytes of the error text that are kept; it is cut between two characters.
@@ -32,8 +33,12 @@ public:
     /// Starts the program.
     /// @param program    its path; PATH is not searched
     /// @param arguments  what follows the program's own name, each as it stands
+    /// @param file       the program's file, open; -1 for whatever the path leads to. It stays the
+    ///                   caller's. Of a script only the interpreter is started in this way, which
+    ///                   opens the path: that must be one that nobody else can change.
     /// @throws ChildProcessError when it does not start; nothing is left behind then
-    ChildProcess(const std::string &program, const std::vector<std::string> &arguments);
+    ChildProcess(const std::string &program, const std::vector<std::string> &arguments,
+                 int file = -1);
 
     /// Kills the child's process group if the child has not been waited for, and waits for it.
     ~ChildProcess();
@@ -72,8 +77,8 @@ private:
     };
 
     std::string readErrorsToEnd();
-    void start(const std::string &program, const std::vector<std::string> &arguments,
-               int standardError);
+    /// @return errno of what was in the way, 0 for nothing
+    int start(const std::string &program, const std::vector<std::string> &arguments, int file);
 
     DefaultSignal _defaultChildSignal{SIGCHLD};
     Descriptor _errors;

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 using namespace Platform;
@@ -69,6 +70,22 @@ TEST_F(CancellationTest, ASignalThatTheParentIgnoresStaysIgnored)
         },
         ExitedWithCode(7), "");
     EXPECT_THAT(folder.names(), ElementsAre("made"));
+}
+
+TEST_F(CancellationTest, WhoIsToBeKilledWithItsParentIsCancelledInstead)
+{
+    const auto signalAfter = [](int signalBefore, void (*termination)(int)) {
+        std::signal(SIGTERM, termination);
+        prctl(PR_SET_PDEATHSIG, signalBefore);
+        cleanUpWhenCancelled();
+        int signalNumber = 0;
+        prctl(PR_GET_PDEATHSIG, &signalNumber);
+        return signalNumber;
+    };
+    EXPECT_EXIT(_exit(signalAfter(SIGKILL, SIG_DFL)), ExitedWithCode(SIGTERM), "");
+    EXPECT_EXIT(_exit(signalAfter(SIGKILL, SIG_IGN)), ExitedWithCode(SIGKILL), "");
+    EXPECT_EXIT(_exit(signalAfter(SIGUSR1, SIG_DFL)), ExitedWithCode(SIGUSR1), "");
+    EXPECT_EXIT(_exit(signalAfter(0, SIG_DFL)), ExitedWithCode(0), "");
 }
 
 TEST_F(CancellationTest, ADelayHoldsTheSignalsBackAndLosesNone)

@@ -154,6 +154,34 @@ TEST_F(ChildProcessTest, ASignalMaskOfTheCallersIsInheritedAndNoOther)
     EXPECT_EQ(0U, mask & (bit(SIGTERM) | bit(SIGINT) | bit(SIGHUP)));
 }
 
+// A program whose file is open
+
+TEST_F(ChildProcessTest, TheOpenFileIsStartedUnderItsPath)
+{
+    fs::copy_file(fs::canonical("/bin/sh"), folder.file("shell"));
+    const Platform::Descriptor file(open(folder.file("shell").c_str(), O_PATH | O_CLOEXEC));
+    fs::remove(folder.file("shell"));
+    ChildProcess child(folder.file("shell"), {"-c", "[ $0 = " + folder.file("shell") + " ]"},
+                       file.number());
+    EXPECT_EQ(0, child.terminationStatus());
+    EXPECT_THAT(complaintAbout(folder.file("shell")),
+                testing::EndsWith(": No such file or directory"));
+}
+
+TEST_F(ChildProcessTest, AScriptIsStartedUnderItsPathToo)
+{
+    const std::string path = script("[ $0 = $D/script ] && exit 5");
+    const Platform::Descriptor file(open(path.c_str(), O_PATH | O_CLOEXEC));
+    EXPECT_EQ(5, ChildProcess(path, {}, file.number()).terminationStatus());
+}
+
+TEST_F(ChildProcessTest, AnOpenFileThatCannotRunIsReportedWithItsReason)
+{
+    const std::string plain = folder.write("plain", "");
+    const Platform::Descriptor file(open(plain.c_str(), O_PATH | O_CLOEXEC));
+    EXPECT_THROW(ChildProcess(plain, {}, file.number()), ChildProcessError);
+}
+
 // How it ends
 
 TEST_F(ChildProcessTest, EveryExitStatusIsReported)

@@ -1,0 +1,81 @@
+#include "Fork.h"
+
+#include "Cancellation.h"
+#include "TemporaryFolder.h"
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Platform;
+using testing::ElementsAre;
+
+namespace {
+
+class ForkTest : public testing::Test {
+protected:
+    ~ForkTest() override { endWhenCancelled(0); }
+
+    /// Waits for a child. @return what wait(2) says about it
+    static int statusOf(pid_t child)
+    {
+        int status = 0;
+        EXPECT_EQ(child, waitpid(child, &status, 0));
+        return status;
+    }
+
+    Support::TemporaryFolder folder;
+};
+
+} // namespace
+
+TEST_F(ForkTest, TheChildDoesTheWorkAsTheLeaderOfAGroup)
+{
+    const int status = statusOf(forkChild([] { _exit(getpgrp() == getpid() ? 7 : 1); }));
+    EXPECT_EQ(7, WEXITSTATUS(status));
+}
+
+TEST_F(ForkTest, WorkThatReturnsHasFailed)
+{
+    EXPECT_EQ(EXIT_FAILURE, WEXITSTATUS(statusOf(forkChild([] {}))));
+}
+
+TEST_F(ForkTest, AChildThatIsTerminatedLeavesTheFilesOfTheRunAlone)
+{
+    const std::string made = folder.write("made", "");
+    const auto runItsChild = [&] {
+        cleanUpWhenCancelled();
+        removeWhenCancelled(made);
+        const int status = statusOf(forkChild([] { raise(SIGTERM); }));
+        keepWhenCancelled(made);
+        _exit(WIFSIGNALED(status) ? WTERMSIG(status) : 0);
+    };
+    EXPECT_EXIT(runItsChild(), testing::ExitedWithCode(SIGTERM), "");
+    EXPECT_THAT(folder.names(), ElementsAre("made"));
+}
+
+TEST_F(ForkTest, ASignalThatIsIgnoredStaysIgnored)
+{
+    const auto runItsChild = [] {
+        std::signal(SIGHUP, SIG_IGN);
+        const auto work = [] {
+            raise(SIGHUP);
+            _exit(9);
+        };
+        _exit(WEXITSTATUS(statusOf(forkChild(work))));
+    };
+    EXPECT_EXIT(runItsChild(), testing::ExitedWithCode(9), "");
+}
+
+TEST_F(ForkTest, TheChildIsKilledAsSoonAsItsParentHasEnded)
+{
+    int signalNumber = 0;
+    const auto work = [&] {
+        prctl(PR_GET_PDEATHSIG, &signalNumber);
+        _exit(signalNumber);
+    };
+    EXPECT_EQ(SIGKILL, WEXITSTATUS(statusOf(forkChild(work))));
+}
