@@ -13,7 +13,7 @@
 #include "headerText.h"
 #include "runFilter.h"
 #include "spoolToFile.h"
-#include "toolkitPath.h"
+#include "trustedToolkit.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -22,6 +22,7 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -112,17 +113,18 @@ void logToolkitErrors(const std::vector<KLError> &errors)
 std::string applyToolkit(const std::string &jobPath, KLPrintOptions &options)
 {
     std::optional<std::string> objection;
-    const auto path = toolkitPath(options, &objection);
-    if (!path) {
+    auto toolkit = trustedToolkit(options, &objection);
+    if (!toolkit) {
         WriteLog("INFO: A required component could not be found, some print settings may not be "
                  "applied");
         if (objection)
             WriteLog("DEBUG: The toolkit is not used: %@", objection);
         return jobPath;
     }
+    KLToolkitProcessor processor(std::move(*toolkit));
     std::vector<KLError> errors;
-    auto rewrittenPath = KLToolkitProcessor(*path).applyToolkitToFileWithOptionsAndReturnErrors(
-        jobPath, options, &errors);
+    auto rewrittenPath =
+        processor.applyToolkitToFileWithOptionsAndReturnErrors(jobPath, options, &errors);
     logToolkitErrors(errors);
     return rewrittenPath;
 }

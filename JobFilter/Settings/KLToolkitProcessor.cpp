@@ -220,7 +220,12 @@ KLWatermarkPosition watermarkPosition(const Platform::TextSize &box, const KLPag
 }
 
 KLToolkitProcessor::KLToolkitProcessor(std::string toolkitPath, TextMeasurer measureText)
-    : _toolkitPath(std::move(toolkitPath)), _measureText(std::move(measureText))
+    : KLToolkitProcessor(Platform::TrustedProgram{std::move(toolkitPath)}, std::move(measureText))
+{
+}
+
+KLToolkitProcessor::KLToolkitProcessor(Platform::TrustedProgram toolkit, TextMeasurer measureText)
+    : _toolkit(std::move(toolkit)), _measureText(std::move(measureText))
 {
 }
 
@@ -241,8 +246,8 @@ KLToolkitProcessor::processWithArgumentsAndReturnError(const std::string &inputP
               {kGeneralErrorDomain, kNoSuchFile, "The job's file has been replaced by another."});
         return std::nullopt;
     }
-    Platform::ChildProcess toolkit(_toolkitPath,
-                                   childArguments(arguments, inputPath, output.path()));
+    Platform::ChildProcess toolkit(
+        _toolkit.path, childArguments(arguments, inputPath, output.path()), _toolkit.file.number());
     std::string errorText = toolkit.collectErrorText();
     const int status = toolkit.terminationStatus();
     if (status != 0) {

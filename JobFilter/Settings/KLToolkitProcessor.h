@@ -3,6 +3,7 @@
 #include "KLError.h"
 #include "KLPrintOptions.h"
 #include "TextMeasuring.h"
+#include "TrustedProgram.h"
 
 #include <functional>
 #include <optional>
@@ -49,8 +50,13 @@ public:
     explicit KLToolkitProcessor(std::string toolkitPath,
                                 TextMeasurer measureText = Platform::measureTextWithModule);
 
-    const std::string &toolkitPath() const { return _toolkitPath; }
-    void setToolkitPath(std::string toolkitPath) { _toolkitPath = std::move(toolkitPath); }
+    /// The same with a program that has been looked at: the file that is open is the one that runs,
+    /// as long as no other path is set.
+    explicit KLToolkitProcessor(Platform::TrustedProgram toolkit,
+                                TextMeasurer measureText = Platform::measureTextWithModule);
+
+    const std::string &toolkitPath() const { return _toolkit.path; }
+    void setToolkitPath(std::string toolkitPath) { _toolkit = {std::move(toolkitPath)}; }
 
     /// Runs one toolkit command: toolkit path, the arguments, the input file, the output file.
     ///
@@ -137,6 +143,6 @@ private:
     bool runCommand(const std::vector<std::string> &arguments, const char *failure,
                     Progress &progress);
 
-    std::string _toolkitPath;
+    Platform::TrustedProgram _toolkit; ///< its file is none when only the path was given
     TextMeasurer _measureText;
 };

@@ -8,13 +8,16 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
@@ -67,6 +70,13 @@ protected:
         ASSERT_TRUE(Support::comesTrue([&] { return fs::exists(folder.file(name)); }));
     }
 
+    /// Whether the toolkit has begun to write its output.
+    bool outputIsWritten() const
+    {
+        const auto names = temporaries.names();
+        return names.size() == 1 && fs::file_size(temporaries.file(names.front())) > 0;
+    }
+
     static constexpr char kToolkit[] = "Panel.bundle/Contents/Linux/toolkit";
 
     Support::TemporaryFolder folder;
@@ -88,6 +98,17 @@ std::string body(const std::string &output)
     return from == std::string::npos || to < from
                ? "no body in: " + output
                : output.substr(from + begin.size(), to - from - begin.size());
+}
+
+/// A PostScript document that keeps our own toolkit busy.
+std::string documentOfPages(int count)
+{
+    std::string text = "%!PS-Adobe-3.0\n%%EndComments\n";
+    for (int page = 1; page <= count; ++page) {
+        const std::string number = std::to_string(page);
+        text += "%%Page: " + number + " " + number + "\n" + std::string(2000, '%') + "\nshowpage\n";
+    }
+    return text + "%%EOF\n";
 }
 
 /// Some PID that a script has written.
@@ -298,6 +319,160 @@ TEST_F(ToolkitProgramTest, AToolkitThatIsNotToBeTrustedCountsAsMissing)
               result.errors);
     EXPECT_EQ("page", body(result.output));
     EXPECT_EQ(0, result.exitStatus);
+}
+
+TEST_F(ToolkitProgramTest, AFolderOnTheWayThatIsNotToBeTrustedIsNamed)
+{
+    writeToolkit(kStamp);
+    const std::string bundle = folder.file("Panel.bundle");
+    ASSERT_EQ(0, chmod(bundle.c_str(), 0775));
+    const auto result = runProgram(call());
+    EXPECT_EQ(std::string(kNoToolkit) + "DEBUG: The toolkit is not used: " + bundle +
+                  " is writable by its group\n",
+              result.errors);
+    EXPECT_EQ("page", body(result.output));
+}
+
+namespace {
+
+/// Exchanges two files for one another as somebody else, again and again.
+class Swapper {
+public:
+    Swapper(const std::string &one, const std::string &other) : _process(fork())
+    {
+        if (_process != 0)
+            return;
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (setgid(kSomebody) != 0 || setuid(kSomebody) != 0)
+            _exit(99);
+        while (renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE) == 0)
+            usleep(100);
+        _exit(98);
+    }
+    ~Swapper()
+    {
+        kill(_process, SIGKILL);
+        waitpid(_process, nullptr, 0);
+    }
+    Swapper(const Swapper &) = delete;
+    Swapper &operator=(const Swapper &) = delete;
+
+    bool isAtWork() const { return waitpid(_process, nullptr, WNOHANG) == 0; }
+
+    static constexpr uid_t kSomebody = 65534;
+
+private:
+    pid_t _process;
+};
+
+/// A toolkit of root's, and a foreign one that somebody else may put in its place.
+class SwappedToolkitTest : public ToolkitProgramTest {
+protected:
+    void SetUp() override
+    {
+        if (geteuid() != 0)
+            GTEST_SKIP() << "only root can become a second user";
+        fs::permissions(folder.path(), fs::perms(0755));
+        writeToolkit(kStamp);
+        fs::create_directories(folder.file("foreign.bundle/Contents/Linux"));
+        folder.writeScript("foreign.bundle/Contents/Linux/toolkit",
+                           "echo ran >> " + folder.file("foreign-runs"));
+    }
+
+    /// Prints 250 jobs meanwhile. @return how many of them ran the foreign toolkit
+    std::size_t foreignRuns() const
+    {
+        const Swapper swapper(folder.file("Panel.bundle"), folder.file("foreign.bundle"));
+        for (int job = 0; job < 250; ++job)
+            EXPECT_EQ(0, runProgram(call("BookletPaperSize=A4")).exitStatus);
+        EXPECT_TRUE(swapper.isAtWork());
+        const std::string runs = folder.file("foreign-runs");
+        return fs::exists(runs) ? Support::readFile(runs).size() / std::string_view("ran\n").size()
+                                : 0;
+    }
+};
+
+} // namespace
+
+TEST_F(SwappedToolkitTest, InAFolderOfSomebodyElsesNoForeignToolkitRuns)
+{
+    ASSERT_EQ(0, chown(folder.path().c_str(), Swapper::kSomebody, Swapper::kSomebody));
+    EXPECT_EQ(0U, foreignRuns());
+}
+
+TEST_F(SwappedToolkitTest, InAFolderForEveryoneNoForeignToolkitRuns)
+{
+    fs::permissions(folder.path(), fs::perms(0777));
+    EXPECT_EQ(0U, foreignRuns());
+}
+
+// What a toolkit sees
+
+namespace {
+
+/// Has a shell save its own name and where its files lead, by number as text: the fourth is the
+/// script, the last what this very command is read from.
+constexpr char kSaveWhatIsSeen[] =
+    "all=$(for f in /proc/$$/fd/*; do readlink $f; done)\n"
+    "{ tr '\\0' '\\n' < /proc/$$/cmdline; echo \"$0\"; echo \"$all\"; } > \"$D/seen\"\n";
+
+std::string filesSeen(const std::string &script)
+{
+    return "/dev/null\n/dev/null\n" + script + "\npipe:.[0-9]+.\npipe:.[0-9]+.\n";
+}
+
+} // namespace
+
+TEST_F(ToolkitProgramTest, AScriptKnowsItsPathAndGetsNoFileOfTheFilters)
+{
+    writeToolkit(kSaveWhatIsSeen + std::string(kStamp));
+    EXPECT_EQ("", runProgram(call("BookletPaperSize=A4")).errors);
+    const std::string toolkit = folder.file(kToolkit);
+    EXPECT_THAT(Support::readFile(folder.file("seen")),
+                MatchesRegex("/bin/sh\n" + toolkit + "\nbooklet\n(.*\n)*" + toolkit + "\n" +
+                             filesSeen(toolkit)));
+}
+
+TEST_F(ToolkitProgramTest, AProgramKnowsItsPathAndGetsNoFileOfTheFilters)
+{
+    // A shell in the toolkit's place, which takes the command's word for the name of a script.
+    fs::copy_file(fs::canonical("/bin/sh"), folder.file(kToolkit));
+    folder.write("booklet", "D=.\n" + std::string(kSaveWhatIsSeen));
+    auto job = call("BookletPaperSize=A4");
+    job.inChild = [this] { fs::current_path(folder.path()); };
+    EXPECT_EQ("", runProgram(job).errors);
+    EXPECT_THAT(Support::readFile(folder.file("seen")),
+                MatchesRegex(folder.file(kToolkit) + "\nbooklet\n(.*\n)*booklet\n" +
+                             filesSeen(folder.file("booklet"))));
+}
+
+// A filter that is killed
+
+TEST_F(ToolkitProgramTest, AFilterThatIsKilledTakesAForeignToolkitAlong)
+{
+    writeToolkit("echo $$ > $D/new; mv $D/new $D/child; trap '' TERM; exec sleep 100\n");
+    auto killed = callWithFile();
+    killed.afterStart = [this](pid_t program) {
+        waitForFile("child");
+        kill(program, SIGKILL);
+    };
+    EXPECT_EQ(SIGKILL, runProgram(killed).signal);
+    EXPECT_TRUE(ends(pidIn(folder.file("child"))));
+}
+
+TEST_F(ToolkitProgramTest, AFilterThatIsKilledTakesOurToolkitAlongWhichRemovesItsOutput)
+{
+    // A script first, that says which process becomes our toolkit.
+    writeToolkit("echo $$ > $D/new; mv $D/new $D/child; exec " KL_TOOLKIT " \"$@\"\n");
+    auto killed = callWithFile("BookletPaperSize=A4");
+    folder.write("job.ps", documentOfPages(20000));
+    killed.afterStart = [this](pid_t program) {
+        EXPECT_TRUE(Support::comesTrue([this] { return outputIsWritten(); }));
+        kill(program, SIGKILL);
+    };
+    EXPECT_EQ(SIGKILL, runProgram(killed).signal);
+    EXPECT_TRUE(ends(pidIn(folder.file("child"))));
+    EXPECT_THAT(temporaries.names(), IsEmpty());
 }
 
 // A cancelled job

@@ -15,6 +15,7 @@
 #include <locale>
 #include <sstream>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
@@ -163,6 +164,22 @@ TEST_F(KLToolkitProcessorTest, RunsTheSetPath)
     KLToolkitProcessor processor("/missing");
     processor.setToolkitPath(toolkit);
     EXPECT_TRUE(processor.processWithArgumentsAndReturnError(jobPath, {"command"}));
+}
+
+TEST_F(KLToolkitProcessorTest, RunsTheFileThatWasLookedAtWhateverItsPathLeadsTo)
+{
+    fs::copy_file("/usr/bin/true", folder.file("program"));
+    auto program = Platform::openTrustedProgram(folder.file("program"), geteuid());
+    fs::rename(toolkit, program.path); // which would note its call
+    KLToolkitProcessor processor(std::move(program));
+    EXPECT_EQ(folder.file("program"), processor.toolkitPath());
+    EXPECT_TRUE(processor.processWithArgumentsAndReturnError(jobPath, {"command"}));
+    EXPECT_THAT(calls(), IsEmpty());
+
+    processor.setToolkitPath(folder.file("program"));
+    folder.write("job.ps", "page");
+    EXPECT_TRUE(processor.processWithArgumentsAndReturnError(jobPath, {"command"}));
+    EXPECT_THAT(calls(), testing::SizeIs(1));
 }
 
 TEST_F(KLToolkitProcessorTest, TheFilesFollowTheArguments)
