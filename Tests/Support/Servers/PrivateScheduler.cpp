@@ -119,6 +119,8 @@ void PrivateScheduler::makeFolders(const std::vector<std::string> &filters) cons
         fs::copy_file(filter, copy);
         fs::permissions(copy, fs::perms(0755)); // the scheduler refuses what others may change
     }
+    const fs::path modules = fs::path(filters.front()).parent_path().parent_path() / "lib";
+    fs::create_directory_symlink(modules, _folder.file("bin/lib"));
 }
 
 void PrivateScheduler::writeConfiguration() const
