@@ -232,7 +232,7 @@ KLToolkitProcessor::KLToolkitProcessor(Platform::TrustedProgram toolkit, TextMea
 std::optional<std::string>
 KLToolkitProcessor::processWithArgumentsAndReturnError(const std::string &inputPath,
                                                        const std::vector<std::string> &arguments,
-                                                       std::optional<KLError> *error)
+                                                       std::optional<KLError> *error) const
 {
     auto outputPath = KLFileUtilities::generateTemporaryFilenameWithPrefix("toolkit");
     if (!outputPath) {
@@ -287,7 +287,7 @@ void KLToolkitProcessor::applyWatermark(const KLPrintOptions &options, Progress 
 }
 
 bool KLToolkitProcessor::runCommand(const std::vector<std::string> &arguments, const char *failure,
-                                    Progress &progress)
+                                    Progress &progress) const
 {
     std::optional<KLError> error;
     auto outputPath = processWithArgumentsAndReturnError(progress.path, arguments, &error);

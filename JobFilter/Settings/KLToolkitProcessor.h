@@ -81,7 +81,7 @@ public:
     std::optional<std::string>
     processWithArgumentsAndReturnError(const std::string &inputPath,
                                        const std::vector<std::string> &arguments,
-                                       std::optional<KLError> *error = nullptr);
+                                       std::optional<KLError> *error = nullptr) const;
 
     /// Runs the commands that the job's settings ask for, each on the file that the last one which
     /// worked has left, in this order. A value is read in its text form and compared exactly,
@@ -141,7 +141,7 @@ private:
     /// @param failure  what the command's error says
     /// @return whether the command worked
     bool runCommand(const std::vector<std::string> &arguments, const char *failure,
-                    Progress &progress);
+                    Progress &progress) const;
 
     Platform::TrustedProgram _toolkit; ///< its file is none when only the path was given
     TextMeasurer _measureText;

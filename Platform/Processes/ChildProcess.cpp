@@ -133,6 +133,8 @@ int ChildProcess::start(const std::string &program, const std::vector<std::strin
     const int problem = problemReported(report->readEnd.number());
     if (problem != 0)
         terminationStatus();
+    else
+        _guard.emplace();
     return problem;
 }
 
@@ -187,7 +189,8 @@ int ChildProcess::terminationStatus()
     if (result == 0)
         _terminationStatus = ended.si_status;
 
-    // Off the list while its number is still its own.
+    // Off the lists while its number is still its own.
+    _guard.reset();
     endWhenCancelled(0);
     waitpid(_child, nullptr, 0);
     _child = 0;

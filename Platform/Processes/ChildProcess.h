@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Descriptor.h"
+#include "GroupGuard.h"
 
 #include <csignal>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <sys/types.h>
@@ -22,9 +24,9 @@ public:
 /// inherits environment, working directory and signal mask, and no other descriptor; a SIGPIPE
 /// that is ignored here is deadly there as usual. It leads a process group of its own, which ends
 /// when the run is cancelled (Cancellation.h), and it is killed when this process ends in whatever
-/// way (Fork.h). Children of a parent that ignores SIGCHLD can be waited for all the same: its
-/// disposition is the default one as long as this object lives. One child at a time, one thread.
-/// This process' own standard streams must be open.
+/// way (Fork.h), then with its group (GroupGuard.h). Children of a parent that ignores SIGCHLD can
+/// be waited for all the same: its disposition is the default one as long as this object lives. One
+/// child at a time, one thread. This process' own standard streams must be open.
 class ChildProcess {
 public:
     /// Bytes of the error text that are kept; it is cut between two characters.
@@ -84,6 +86,7 @@ private:
     Descriptor _errors;
     pid_t _child = 0;            ///< 0 before the start and once it has been waited for
     int _terminationStatus = -1; ///< no success as long as nothing is known
+    std::optional<GroupGuard> _guard;
 };
 
 } // namespace Platform

@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <iterator>
+#include <sstream>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -115,6 +117,13 @@ std::string documentOfPages(int count)
 pid_t pidIn(const std::string &path)
 {
     return std::stoi(Support::readFile(path));
+}
+
+std::vector<pid_t> childrenOf(pid_t process)
+{
+    const std::string number = std::to_string(process);
+    std::istringstream list(Support::readFile("/proc/" + number + "/task/" + number + "/children"));
+    return {std::istream_iterator<pid_t>(list), {}};
 }
 
 /// Waits until a process is gone or only waits to be reaped.
@@ -450,7 +459,8 @@ TEST_F(ToolkitProgramTest, AProgramKnowsItsPathAndGetsNoFileOfTheFilters)
 
 TEST_F(ToolkitProgramTest, AFilterThatIsKilledTakesAForeignToolkitAlong)
 {
-    writeToolkit("echo $$ > $D/new; mv $D/new $D/child; trap '' TERM; exec sleep 100\n");
+    writeToolkit("trap '' TERM; sleep 100 & echo $! > $D/grandchild\n"
+                 "echo page > $output; echo $$ > $D/new; mv $D/new $D/child; wait\n");
     auto killed = callWithFile();
     killed.afterStart = [this](pid_t program) {
         waitForFile("child");
@@ -458,6 +468,23 @@ TEST_F(ToolkitProgramTest, AFilterThatIsKilledTakesAForeignToolkitAlong)
     };
     EXPECT_EQ(SIGKILL, runProgram(killed).signal);
     EXPECT_TRUE(ends(pidIn(folder.file("child"))));
+    EXPECT_TRUE(ends(pidIn(folder.file("grandchild"))));
+    EXPECT_TRUE(Support::comesTrue([this] { return temporaries.names().empty(); }));
+}
+
+TEST_F(ToolkitProgramTest, AFilterThatIsKilledKeepsTheSpooledJob)
+{
+    writeToolkit("echo $$ > $D/new; mv $D/new $D/child; exec sleep 100\n");
+    auto killed = call();
+    killed.inChild = [this] { dup2(open(jobPath.c_str(), O_RDONLY), STDIN_FILENO); };
+    killed.afterStart = [this](pid_t program) {
+        waitForFile("child");
+        kill(program, SIGKILL);
+    };
+    EXPECT_EQ(SIGKILL, runProgram(killed).signal);
+    EXPECT_TRUE(ends(pidIn(folder.file("child"))));
+    EXPECT_TRUE(Support::comesTrue([this] { return temporaries.names().size() == 1; }));
+    EXPECT_THAT(temporaries.names(), testing::ElementsAre(StartsWith("jobfilter-")));
 }
 
 TEST_F(ToolkitProgramTest, AFilterThatIsKilledTakesOurToolkitAlongWhichRemovesItsOutput)
@@ -468,6 +495,11 @@ TEST_F(ToolkitProgramTest, AFilterThatIsKilledTakesOurToolkitAlongWhichRemovesIt
     folder.write("job.ps", documentOfPages(20000));
     killed.afterStart = [this](pid_t program) {
         EXPECT_TRUE(Support::comesTrue([this] { return outputIsWritten(); }));
+        // Also its guard, so that nobody else cleans up.
+        for (const pid_t child : childrenOf(program)) {
+            if (child != pidIn(folder.file("child")))
+                kill(child, SIGKILL);
+        }
         kill(program, SIGKILL);
     };
     EXPECT_EQ(SIGKILL, runProgram(killed).signal);
