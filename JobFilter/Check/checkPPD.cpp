@@ -1,13 +1,11 @@
 #include "checkPPD.h"
 
-#include "Bundle.h"
 #include "PJL.h"
 #include "markerSpelling.h"
-#include "toolkitPath.h"
+#include "trustedToolkit.h"
 
 #include <algorithm>
 #include <sstream>
-#include <unistd.h>
 
 namespace {
 
@@ -72,10 +70,10 @@ void checkFilters(const PPD &ppd, Mistakes &mistakes)
 /// Why the filter would not run a toolkit of that bundle; nullopt when it would.
 std::optional<std::string> objectionToToolkitIn(const std::string &bundlePath)
 {
-    const auto bundle = Platform::Bundle::withPath(bundlePath);
-    const auto path = bundle ? bundle->pathForAuxiliaryExecutable("toolkit") : std::nullopt;
-    return path ? objectionToProgram(*path, geteuid())
-                : std::optional("there is none in " + bundlePath);
+    std::optional<std::string> objection;
+    if (trustedToolkitIn(bundlePath, &objection))
+        return std::nullopt;
+    return objection ? objection : "there is none in " + bundlePath;
 }
 
 void checkToolkit(const PPD &ppd, Mistakes &mistakes)

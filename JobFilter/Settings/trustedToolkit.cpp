@@ -5,22 +5,18 @@
 
 #include <unistd.h>
 
-namespace {
-
-/// The path of the auxiliary executable, whoever put it there.
-std::optional<std::string> namedToolkit(const KLPrintOptions &options)
-{
-    const auto bundlePath = options.ppd().attribute("APDialogExtension");
-    const auto bundle = bundlePath ? Platform::Bundle::withPath(*bundlePath) : std::nullopt;
-    return bundle ? bundle->pathForAuxiliaryExecutable("toolkit") : std::nullopt;
-}
-
-} // namespace
-
 std::optional<Platform::TrustedProgram> trustedToolkit(const KLPrintOptions &options,
                                                        std::optional<std::string> *objection)
 {
-    const auto path = namedToolkit(options);
+    const auto bundlePath = options.ppd().attribute("APDialogExtension");
+    return bundlePath ? trustedToolkitIn(*bundlePath, objection) : std::nullopt;
+}
+
+std::optional<Platform::TrustedProgram> trustedToolkitIn(const std::string &bundlePath,
+                                                         std::optional<std::string> *objection)
+{
+    const auto bundle = Platform::Bundle::withPath(bundlePath);
+    const auto path = bundle ? bundle->pathForAuxiliaryExecutable("toolkit") : std::nullopt;
     if (!path)
         return std::nullopt;
     try {

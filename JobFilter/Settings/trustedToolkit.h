@@ -18,3 +18,7 @@ class KLPrintOptions;
 ///         objection
 std::optional<Platform::TrustedProgram>
 trustedToolkit(const KLPrintOptions &options, std::optional<std::string> *objection = nullptr);
+
+/// The same for the bundle at that path.
+std::optional<Platform::TrustedProgram>
+trustedToolkitIn(const std::string &bundlePath, std::optional<std::string> *objection = nullptr);
