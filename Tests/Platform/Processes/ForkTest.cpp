@@ -1,6 +1,7 @@
 #include "Fork.h"
 
 #include "Cancellation.h"
+#include "MadeFiles.h"
 #include "TemporaryFolder.h"
 
 #include <csignal>
@@ -48,9 +49,9 @@ TEST_F(ForkTest, AChildThatIsTerminatedLeavesTheFilesOfTheRunAlone)
     const std::string made = folder.write("made", "");
     const auto runItsChild = [&] {
         cleanUpWhenCancelled();
-        removeWhenCancelled(made);
+        MadeFiles::add(made);
         const int status = statusOf(forkChild([] { raise(SIGTERM); }));
-        keepWhenCancelled(made);
+        MadeFiles::forget(made);
         _exit(WIFSIGNALED(status) ? WTERMSIG(status) : 0);
     };
     EXPECT_EXIT(runItsChild(), testing::ExitedWithCode(SIGTERM), "");
