@@ -2,6 +2,7 @@
 
 #include <utf8proc.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <new>
@@ -31,19 +32,34 @@ std::optional<std::string> mapped(std::string_view text, unsigned options)
     return std::string(reinterpret_cast<const char *>(buffer), static_cast<std::size_t>(length));
 }
 
+/// A code point and how many bytes it takes; 0 bytes for what is not UTF-8.
+struct Character {
+    char32_t codePoint;
+    std::size_t length;
+};
+
+/// @param text  not empty
+Character firstCharacter(std::string_view text)
+{
+    utf8proc_int32_t codePoint = 0;
+    const auto length =
+        utf8proc_iterate(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
+    if (length < 1)
+        return {0, 0};
+    return {static_cast<char32_t>(codePoint), static_cast<std::size_t>(length)};
+}
+
 /// The code points of a text; nullopt for what is not UTF-8.
 std::optional<std::u32string> codePoints(std::string_view text)
 {
     std::u32string result;
     result.reserve(text.size());
     while (!text.empty()) {
-        utf8proc_int32_t codePoint = 0;
-        const auto length =
-            utf8proc_iterate(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
-        if (length < 1)
+        const Character character = firstCharacter(text);
+        if (character.length == 0)
             return std::nullopt;
-        result.push_back(static_cast<char32_t>(codePoint));
-        text.remove_prefix(static_cast<std::size_t>(length));
+        result.push_back(character.codePoint);
+        text.remove_prefix(character.length);
     }
     return result;
 }
@@ -97,6 +113,22 @@ char32_t titlecase(char32_t c)
 bool isValidUTF8(std::string_view bytes)
 {
     return codePoints(bytes).has_value();
+}
+
+std::string repairedUTF8(std::string bytes, char replacement)
+{
+    for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t length = firstCharacter(std::string_view(bytes).substr(at)).length;
+        if (length == 0)
+            bytes[at] = replacement;
+        at += std::max<std::size_t>(length, 1);
+    }
+    return bytes;
+}
+
+bool isControl(char byte)
+{
+    return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
 }
 
 bool isEqualText(std::string_view left, std::string_view right, unsigned options)

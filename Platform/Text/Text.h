@@ -18,6 +18,15 @@ enum TextComparison : unsigned {
 /// Whether the bytes are well-formed UTF-8 (an empty text is).
 bool isValidUTF8(std::string_view bytes);
 
+/// The bytes as UTF-8: in place of each one that belongs to no character stands the other byte. Of
+/// a character that is cut off these are all bytes that are left of it.
+/// @param replacement  ASCII
+std::string repairedUTF8(std::string bytes, char replacement);
+
+/// Whether the byte is a control character of ASCII (C0, DEL): one that may end a line or do more
+/// where text is read by a machine.
+bool isControl(char byte);
+
 /// Whether two UTF-8 texts compare as the same.
 ///
 /// Canonically equivalent forms are the same text ("é" in one code point or in two). With

@@ -36,6 +36,31 @@ TEST(TextTest, TellsUTF8FromOtherBytes)
     EXPECT_FALSE(isValidUTF8("\xE2\x82"));     // cut off
 }
 
+TEST(TextTest, EachByteThatBelongsToNoCharacterIsReplaced)
+{
+    EXPECT_EQ("", repairedUTF8("", '?'));
+    EXPECT_EQ("a\xC3\xA9\xE6\xBC\xA2\xF0\x9D\x84\x9E",
+              repairedUTF8("a\xC3\xA9\xE6\xBC\xA2\xF0\x9D\x84\x9E", '?'));
+    EXPECT_EQ("?", repairedUTF8("\xC3", '?'));
+    EXPECT_EQ("a??b", repairedUTF8("a\xE6\xBC"
+                                   "b",
+                                   '?'));
+    EXPECT_EQ("???", repairedUTF8("\xF0\x9D\x84", '?'));
+    EXPECT_EQ("?\xC3\xA9?", repairedUTF8("\xFF\xC3\xA9\xA9", '?'));
+    EXPECT_EQ(".. ...", repairedUTF8("\xC0\x80 \xED\xA0\x80", '.')); // overlong, a surrogate
+    EXPECT_EQ(std::string("\0.\0", 3), repairedUTF8(std::string("\0\xE9\0", 3), '.'));
+}
+
+TEST(TextTest, TellsControlCharactersOfASCII)
+{
+    int controls = 0;
+    for (int byte = 0; byte < 0x100; ++byte)
+        controls += isControl(static_cast<char>(byte)) ? 1 : 0;
+    EXPECT_EQ(33, controls);
+    EXPECT_TRUE(isControl('\0') && isControl('\n') && isControl('\x1F') && isControl('\x7F'));
+    EXPECT_FALSE(isControl(' ') || isControl('~') || isControl('\x80') || isControl('\xFF'));
+}
+
 TEST(TextTest, CanonicallyEquivalentFormsAreTheSame)
 {
     EXPECT_TRUE(isEqualText(kComposed, kDecomposed, ExactComparison));
