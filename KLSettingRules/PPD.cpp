@@ -1,6 +1,7 @@
 #include "PPD.h"
 
 #include "Descriptor.h"
+#include "Text.h"
 #include "markedChoices.h"
 
 #include <cups/cups.h>
@@ -11,6 +12,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <span>
+#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -72,6 +74,31 @@ PPD::Option describe(ppd_file_t *ppd, const ppd_option_t &option)
     for (const ppd_choice_t &choice : listOf(option.choices, option.num_choices))
         described.choices.push_back({choice.choice, textOf(choice.code).value_or("")});
     return described;
+}
+
+bool isText(const ppd_cparam_t &parameter)
+{
+    switch (parameter.type) {
+    case PPD_CUSTOM_PASSCODE:
+    case PPD_CUSTOM_PASSWORD:
+    case PPD_CUSTOM_STRING:
+        return parameter.current.custom_string != nullptr;
+    default:
+        return false;
+    }
+}
+
+/// In the texts that a job has given to the option's parameters.
+void blankControls(ppd_coption_t &option)
+{
+    for (const auto *parameter = ppdFirstCustomParam(&option); parameter != nullptr;
+         parameter = ppdNextCustomParam(&option)) {
+        if (isText(*parameter))
+            std::ranges::replace_if(parameter->current.custom_string,
+                                    parameter->current.custom_string +
+                                        std::strlen(parameter->current.custom_string),
+                                    Platform::isControl, ' ');
+    }
 }
 
 /// @param name  null for the one that is marked
@@ -141,6 +168,18 @@ void PPD::mark(const JobOptions &options)
     for (const auto &[name, value] : options)
         list.push_back({const_cast<char *>(name.c_str()), const_cast<char *>(value.c_str())});
     cupsMarkOptions(_file.get(), static_cast<int>(list.size()), list.data());
+    blankControlsOfCustomTexts();
+}
+
+/// Of all options, whatever their section: a PPD may give the custom choice one of its own.
+void PPD::blankControlsOfCustomTexts()
+{
+    ppd_file_t *const file = _file.get();
+    for (const auto *option = ppdFirstOption(file); option != nullptr;
+         option = ppdNextOption(file)) {
+        if (ppd_coption_t *custom = ppdFindCustomOption(file, option->keyword); custom != nullptr)
+            blankControls(*custom);
+    }
 }
 
 std::vector<std::pair<std::string, std::string>> PPD::markedChoices() const
@@ -204,6 +243,23 @@ bool PPD::hasChoice(const std::string &option, const std::string &choice) const
     return findChoice(_file.get(), option, choice) != nullptr;
 }
 
+std::optional<std::string> PPD::choiceAsSpelt(const std::string &option,
+                                              const std::string &choice) const
+{
+    const ppd_option_t *found = ppdFindOption(_file.get(), option.c_str());
+    if (found == nullptr)
+        return std::nullopt;
+    const std::span choices(found->choices, static_cast<std::size_t>(found->num_choices));
+    std::optional<std::string> spelt;
+    for (const ppd_choice_t &one : choices) {
+        if (one.choice == choice)
+            return choice;
+        if (!spelt && strcasecmp(one.choice, choice.c_str()) == 0)
+            spelt = one.choice;
+    }
+    return spelt;
+}
+
 bool PPD::isJobControl(const std::string &option) const
 {
     const ppd_option_t *found = ppdFindOption(_file.get(), option.c_str());
@@ -234,6 +290,11 @@ std::optional<PPD::PageSize> PPD::pageSize(const std::string &name) const
 std::optional<PPD::PageSize> PPD::markedPageSize() const
 {
     return findPageSize(_file.get(), nullptr);
+}
+
+std::string PPD::endOfJobControl() const
+{
+    return _file->jcl_ps != nullptr ? _file->jcl_ps : "";
 }
 
 void PPD::emitJobControl(FILE *file, int jobId, const std::string &user,

@@ -41,7 +41,8 @@ public:
     void mark(const std::string &option, const std::string &choice);
 
     /// Marks the choices that a job's options name. The standard ones ("media", "sides") mark the
-    /// PPD's own; a value "Custom.TEXT" or "{NAME=TEXT}" sets the parameters of a custom choice.
+    /// PPD's own; a value "Custom.TEXT" or "{NAME=TEXT}" sets the parameters of a custom choice, in
+    /// whose texts each control character is a blank: libcups would write it into the job's header.
     void mark(const JobOptions &options);
 
     /// Option keyword and choice name of every choice that is marked (see markedChoices.h); none
@@ -90,6 +91,12 @@ public:
     bool hasOption(const std::string &option) const;
     bool hasChoice(const std::string &option, const std::string &choice) const;
 
+    /// How the PPD spells a choice of that option, which is given in any letter case (ASCII's). One
+    /// that is spelt exactly as given stands before the others.
+    /// @return nullopt when no such option or no such choice is there, and for a custom value
+    std::optional<std::string> choiceAsSpelt(const std::string &option,
+                                             const std::string &choice) const;
+
     /// Whether a choice of that option goes into the job's header (JCLSetup). False when there is
     /// no such option.
     bool isJobControl(const std::string &option) const;
@@ -117,6 +124,9 @@ public:
     /// The size of the page size that is marked; nullopt when none is.
     std::optional<PageSize> markedPageSize() const;
 
+    /// What the job-control header ends with, JCLToPSInterpreter; empty when the PPD has none.
+    std::string endOfJobControl() const;
+
     // Writing.
 
     /// Writes the job-control header (PJL): the PPD's JCLBegin with a line that names the job and
@@ -136,6 +146,7 @@ private:
     };
 
     explicit PPD(ppd_file_s *file) : _file(file) {}
+    void blankControlsOfCustomTexts();
     static std::optional<PPD> read(int descriptor, long long size, std::string *whyNot);
 
     std::unique_ptr<ppd_file_s, Closer> _file;

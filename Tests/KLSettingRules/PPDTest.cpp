@@ -77,6 +77,28 @@ constexpr char kPaper[] = R"PPD(*JCLOpenUI *JCLPaper/Paper: PickOne
 *JCLPaper Thick/Thick: "@PJL SET PAPER=THICK<0A>"
 *JCLPaper Bare/Bare: ""
 *JCLCloseUI: *JCLPaper
+*CustomJCLNote True: "@PJL COMMENT \1, \2, \3
+"
+*End
+*ParamCustomJCLNote Text/Text: 1 string 0 99
+*ParamCustomJCLNote Code/Code: 2 passcode 0 99
+*ParamCustomJCLNote Width/Width: 3 int 0 99
+*JCLOpenUI *JCLNote/Note: PickOne
+*OrderDependency: 40 JCLSetup *JCLNote
+*DefaultJCLNote: None
+*JCLNote None/None: ""
+*JCLCloseUI: *JCLNote
+*NonUIOrderDependency: 41 JCLSetup *CustomRemark True
+*OpenUI *Remark/Remark: PickOne
+*OrderDependency: 41 AnySetup *Remark
+*DefaultRemark: None
+*Remark None/None: ""
+*Remark NONE/None in capitals: ""
+*CloseUI: *Remark
+*CustomRemark True: "@PJL COMMENT \1
+"
+*End
+*ParamCustomRemark Text/Text: 1 string 0 99
 *Bundle: "/usr/lib/bundle"
 *Bundle: "/usr/lib/another"
 )PPD";
@@ -123,6 +145,43 @@ TEST_F(AskedPPDTest, MarksNothingForWhatItDoesNotHave)
     ppd->mark("Smell", "Strong");
     ppd->mark(JobOptions());
     EXPECT_EQ(before, ppd->markedChoices());
+}
+
+// Each could end a line of the header, or PJL.
+TEST_F(AskedPPDTest, BlanksControlCharactersInCustomTexts)
+{
+    const std::string evil = "a\r\n\t\x1B%-12345X\x7F";
+    ppd->mark({{"JCLNote", "{Text=\"" + evil + "\" Code='1\n2' Width=7}"}});
+    EXPECT_THAT(header(), testing::HasSubstr("@PJL COMMENT a    %-12345X , 1 2, 7\n"));
+    ppd->mark({{"JCLNote", "Custom." + evil}});
+    EXPECT_THAT(header(), testing::HasSubstr("@PJL COMMENT a    %-12345X , 1 2, 7\n"));
+    ppd->mark({{"JCLNote", "None"}, {"Remark", "Custom." + evil}});
+    EXPECT_THAT(header(), testing::HasSubstr("@PJL COMMENT a    %-12345X \n"));
+    // All else stays as it is.
+    ppd->mark({{"Remark", "Custom.100% \"\\ \xC3\xA4\xFF"}});
+    EXPECT_THAT(header(), testing::HasSubstr("@PJL COMMENT 100% \"\\ \xC3\xA4\xFF\n"));
+}
+
+TEST_F(AskedPPDTest, SpellsChoicesInAnyLetterCase)
+{
+    EXPECT_EQ("Thick", ppd->choiceAsSpelt("JCLPaper", "Thick"));
+    EXPECT_EQ("Thick", ppd->choiceAsSpelt("JCLPaper", "tHICK"));
+    EXPECT_EQ("Thick", ppd->choiceAsSpelt("jclpaper", "thick"));
+    EXPECT_EQ("NONE", ppd->choiceAsSpelt("Remark", "NONE"));
+    EXPECT_EQ("None", ppd->choiceAsSpelt("Remark", "none"));
+    EXPECT_EQ("Custom", ppd->choiceAsSpelt("Remark", "custom"));
+    for (const char *other : {"", "Thic", "Thicker", "custom.x", "{a=b}"})
+        EXPECT_EQ(std::nullopt, ppd->choiceAsSpelt("JCLPaper", other)) << other;
+    EXPECT_EQ(std::nullopt, ppd->choiceAsSpelt("Remark", "{Text=a}"));
+    EXPECT_EQ(std::nullopt, ppd->choiceAsSpelt("Smell", "Thick"));
+}
+
+TEST_F(AskedPPDTest, TellsWhatTheHeaderEndsWith)
+{
+    EXPECT_EQ("@PJL ENTER LANGUAGE = POSTSCRIPT\r\n", ppd->endOfJobControl());
+    std::string reason;
+    const std::string bare = "*PPD-Adobe: \"4.3\"\n*FormatVersion: \"4.3\"\n";
+    EXPECT_EQ("", PPD::open(folder.write("bare", bare), &reason)->endOfJobControl());
 }
 
 TEST_F(AskedPPDTest, GivesACodeForItsOwnOptionsAndChoicesOnly)
