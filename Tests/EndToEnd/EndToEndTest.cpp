@@ -214,18 +214,30 @@ PJLJob EndToEndTest::printOverIPP(const std::string &queue, const std::string &p
 int EndToEndTest::submitOverIPP(const std::string &queue, const std::string &path,
                                 const std::vector<std::string> &ippAttributes)
 {
+    return submitRequests(queue, path, {{"Print-Job", {"name job-name bare"}, ippAttributes}});
+}
+
+int EndToEndTest::submitRequests(const std::string &queue, const std::string &path,
+                                 const std::vector<IPPRequest> &requests)
+{
+    std::string tests;
+    for (const IPPRequest &request : requests) {
+        tests += "{ OPERATION " + request.operation +
+                 " GROUP operation-attributes-tag ATTR charset attributes-charset utf-8 "
+                 "ATTR language attributes-natural-language en ATTR uri printer-uri $uri "
+                 "ATTR name requesting-user-name anna ";
+        for (const std::string &attribute : request.operationAttributes)
+            tests += "ATTR " + attribute + " ";
+        tests += "GROUP job-attributes-tag ";
+        for (const std::string &attribute : request.jobAttributes)
+            tests += "ATTR " + attribute + " ";
+        tests += request.withDocument ? "FILE $filename " : "";
+        tests += "STATUS successful-ok DISPLAY job-id }\n";
+    }
     const TemporaryFolder folder;
-    std::string request = "{ OPERATION Print-Job GROUP operation-attributes-tag "
-                          "ATTR charset attributes-charset utf-8 "
-                          "ATTR language attributes-natural-language en "
-                          "ATTR uri printer-uri $uri ATTR name requesting-user-name anna "
-                          "ATTR name job-name bare GROUP job-attributes-tag ";
-    for (const std::string &attribute : ippAttributes)
-        request += "ATTR " + attribute + " ";
-    request += "FILE $filename STATUS successful-ok DISPLAY job-id }\n";
     const std::string answer =
         scheduler().run({"ipptool", "-tv", "-f", path, scheduler().queueURI(queue),
-                         folder.write("print-job.test", request)});
+                         folder.write("requests.test", tests)});
     std::smatch match;
     if (!std::regex_search(answer, match, std::regex("job-id \\(integer\\) = (\\d+)")))
         throw std::runtime_error("ipptool: " + answer);

@@ -16,6 +16,14 @@
 /// Scheduler, printer and the documents to print are made once for all tests of the program.
 class EndToEndTest : public testing::Test {
 protected:
+    /// A request about a job.
+    struct IPPRequest {
+        std::string operation;                        ///< "Print-Job"
+        std::vector<std::string> operationAttributes; ///< "name job-name fine"
+        std::vector<std::string> jobAttributes = {};
+        bool withDocument = true;
+    };
+
     /// The sample queue.
     static constexpr char kQueue[] = "office";
     /// The sample queue; what enters jobfilter is kept as well.
@@ -58,6 +66,11 @@ protected:
     /// Sends such a request, of the user "anna" with the title "bare". @return the job's number
     static int submitOverIPP(const std::string &queue, const std::string &path,
                              const std::vector<std::string> &ippAttributes);
+
+    /// Sends requests in the language of ipptool(1), each with what every one must have: character
+    /// set, language, queue and the user "anna". @return the number of the job that they made
+    static int submitRequests(const std::string &queue, const std::string &path,
+                              const std::vector<IPPRequest> &requests);
 
     /// Waits for a job that was submitted; fails the test on the same conditions as print().
     static Support::PJLJob finishedJob(int job);

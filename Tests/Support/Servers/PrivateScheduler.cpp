@@ -90,9 +90,11 @@ std::string textOf(const Response &response, const char *name)
 
 } // namespace
 
-PrivateScheduler::PrivateScheduler(const std::vector<std::string> &filters)
+PrivateScheduler::PrivateScheduler(const std::vector<std::string> &filters, int firstJob)
 {
     makeFolders(filters);
+    // Where it looks up what it has done before.
+    writeFile(_folder.file("cache/job.cache"), "NextJobId " + std::to_string(firstJob) + "\n");
     start();
 }
 
