@@ -9,8 +9,9 @@
 #include "Streams.h"
 #include "WriteLog.h"
 #include "domainLookup.h"
-#include "handlePJL.h"
 #include "headerText.h"
+#include "jobHeader.h"
+#include "protectedHeader.h"
 #include "runFilter.h"
 #include "spoolToFile.h"
 #include "trustedToolkit.h"
@@ -36,6 +37,7 @@ struct JobFile {
 constexpr char kUnableToSpool[] = "Unable to spool print job";
 constexpr char kUnableToRead[] = "Unable to read from input";
 constexpr char kUnableToProcess[] = "Unable to process input print data";
+constexpr char kUnableToProtect[] = "Unable to create the job header of a protected job";
 
 /// True when all of the input, of which nothing was read before, was copied.
 bool copyWhole(FILE *input, FILE *output)
@@ -129,37 +131,50 @@ std::string applyToolkit(const std::string &jobPath, KLPrintOptions &options)
     return rewrittenPath;
 }
 
-/// The PJL header that the PPD gives for the job's marked choices, to be read from its start; null
-/// when there is no place to put it. The job is printed all the same.
-Platform::Stream makeHeader(const FilterArguments &arguments, const KLPrintOptions &options)
+/// What the header calls the job.
+JobName jobName(const FilterArguments &arguments)
 {
-    Platform::Stream header = Platform::openTemporary();
-    if (!header) {
-        WriteLog("ERROR: Unable to create the job header, the job's settings may not be applied");
-        return nullptr;
-    }
     // NOLINTNEXTLINE(cert-err34-c): an id that is no number counts as 0
-    options.ppd().emitJobControl(header.get(), std::atoi(arguments.jobId), arguments.userName,
-                                 arguments.jobTitle);
-    if (std::fflush(header.get()) != 0 || std::ferror(header.get()) != 0 ||
-        std::fseek(header.get(), 0, SEEK_SET) != 0)
-        throw FatalError(kUnableToProcess);
-    return header;
+    return {std::atoi(arguments.jobId), arguments.userName, arguments.jobTitle};
 }
 
-/// Walks the PJL header onto standard output; on the way it gets the job's settings.
-void writeHeader(const FilterArguments &arguments, const std::shared_ptr<KLPrintOptions> &options)
+/// Walks the PJL header onto standard output; on the way it gets the job's settings. Without a
+/// place to put it the job is printed all the same.
+void writeOpenHeader(const FilterArguments &arguments,
+                     const std::shared_ptr<KLPrintOptions> &options)
 {
-    Platform::Stream header = makeHeader(arguments, *options);
-    if (!header)
+    const Platform::Stream file = Platform::openTemporary();
+    if (!file) {
+        WriteLog("ERROR: Unable to create the job header, the job's settings may not be applied");
         return; // like a PPD that gives no header
-    FILE *const stream = header.get();
-    const auto job = std::make_shared<KLPrintJob>(header.release(), true, stdout, false);
-    job->setPrintOptions(options);
-    KLPJLHandler::enumeratePJLFromPrintJobUsingBlock(job, handlePJL(job));
-    // The walk takes a read error for the end of the header.
-    if (std::ferror(stream) != 0)
+    }
+    const auto header = emittedHeader(options->ppd(), jobName(arguments), file.get());
+    if (!header)
         throw FatalError(kUnableToProcess);
+    walkHeader(*header, options, stdout);
+}
+
+/// The same for a job that asked for protection: without a header that says so it prints nothing,
+/// and its pages are not left lying about.
+void writeProtectedHeader(const FilterArguments &arguments,
+                          const std::shared_ptr<KLPrintOptions> &options, const JobFile &jobFile)
+{
+    const auto header = protectedHeader(options, jobName(arguments));
+    if (!header) {
+        removeIfSpooled(jobFile);
+        throw FatalError(kUnableToProtect);
+    }
+    if (std::fwrite(header->data(), 1, header->size(), stdout) != header->size())
+        throw FatalError(kUnableToProcess);
+}
+
+void writeHeader(const FilterArguments &arguments, const std::shared_ptr<KLPrintOptions> &options,
+                 const JobFile &jobFile)
+{
+    if (asksForProtection(*options))
+        writeProtectedHeader(arguments, options, jobFile);
+    else
+        writeOpenHeader(arguments, options);
 }
 
 void writeBody(FILE *job)
@@ -193,7 +208,7 @@ void printJob(const FilterArguments &arguments)
     if (!job)
         throw FatalError(kUnableToRead);
 
-    writeHeader(arguments, options);
+    writeHeader(arguments, options, jobFile);
     writeBody(job.get());
     writeJobEnd(*options);
     removeIfSpooled(jobFile);

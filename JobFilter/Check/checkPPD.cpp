@@ -200,7 +200,7 @@ void checkTypedOptions(const PPD &ppd, Mistakes &mistakes)
     for (const PPD::Option &option : ppd.options()) {
         if (option.jobControl && option.typed)
             mistakes.push_back({"*" + option.keyword + " is job control and takes typed values.",
-                                "What a user types goes into the header as it is.",
+                                "What a user types goes into the header.",
                                 "Let users choose, or send the value under a key."});
     }
 }

@@ -7,6 +7,8 @@
 #include "WriteLog.h"
 #include "backCoverPage.h"
 #include "coverPageRules.h"
+#include "optionName.h"
+#include "pinnedUser.h"
 #include "postscriptRules.h"
 #include "watermarkRules.h"
 
@@ -39,7 +41,7 @@ PPD queuePPD()
 
 KLPrintOptions::KLPrintOptions(const std::string &optionString) : _ppd(queuePPD())
 {
-    const JobOptions options = parsedOptions(optionString);
+    const JobOptions options = withoutPinnedUser(parsedOptions(optionString), _ppd);
     _ppd.markDefaults();
     _ppd.mark(options);
     storeMarkedChoices();
@@ -106,28 +108,25 @@ void KLPrintOptions::storeMarkedChoices()
         setValueForKey(std::move(choice), keyword);
 }
 
-void KLPrintOptions::storeOption(std::string key, std::string text)
+void KLPrintOptions::storeOption(const std::string &name, std::string text)
 {
-    static constexpr std::string_view kIntegerSuffix = "..n.";
-    static constexpr std::string_view kBooleanSuffix = "..b.";
-
+    // libcups marks choices in any letter case: the store must not hold another than the header.
+    if (auto choice = _ppd.choiceAsSpelt(name, text))
+        text = std::move(*choice);
     if (text == "true")
         text = "True";
     else if (text == "false")
         text = "False";
 
-    const auto takeSuffix = [&key](std::string_view suffix) {
-        if (!key.ends_with(suffix))
-            return false;
-        key.erase(key.size() - suffix.size());
-        return true;
-    };
-    if (takeSuffix(kIntegerSuffix))
-        setValueForKey(Platform::integerFromText(text), key);
-    else if (takeSuffix(kBooleanSuffix))
-        setValueForKey(Platform::booleanFromText(text), key);
-    else
-        setValueForKey(std::move(text), key);
+    const auto [key, kind] = optionName(name);
+    switch (kind) {
+    case OptionName::Kind::Integer:
+        return setValueForKey(Platform::integerFromText(text), key);
+    case OptionName::Kind::Boolean:
+        return setValueForKey(Platform::booleanFromText(text), key);
+    case OptionName::Kind::Text:
+        return setValueForKey(std::move(text), key);
+    }
 }
 
 std::optional<std::string> KLPrintOptions::textForKey(std::string_view key) const

@@ -34,7 +34,10 @@ public:
     /// cupsParseOptions(), and from the PPD (format 4.3) that the environment variable "PPD" names.
     ///
     /// A PPD option's last marked choice counts; options inside subgroups are not looked at.
-    /// Every option of the string then replaces the PPD's entry of that name:
+    /// Every option of the string then replaces the PPD's entry of that name, but for those that
+    /// say who prints where the PPD pins that (see pinnedUser.h):
+    /// - a choice of the PPD option of that name is stored as the PPD spells it, in whatever letter
+    ///   case it was sent;
     /// - the value "true" becomes "True", "false" becomes "False";
     /// - "KEY..n." stores an integer under KEY, "KEY..b." a boolean (see Numbers.h);
     /// - all else is stored as text, also a value that the PPD has no choice for.
@@ -172,7 +175,7 @@ public:
 
 private:
     void storeMarkedChoices();
-    void storeOption(std::string key, std::string text);
+    void storeOption(const std::string &name, std::string text);
 
     /// The text form of the value under the key.
     std::optional<std::string> textForKey(std::string_view key) const;

@@ -4,8 +4,8 @@
 #include "FileURL.h"
 #include "KLICCProfile.h"
 #include "KLPrintOptions.h"
-#include "Text.h"
 #include "headerText.h"
+#include "printMode.h"
 
 #include <string>
 #include <string_view>
@@ -123,8 +123,8 @@ void writeUser(KLPJLHandler &handler, const KLPrintOptions &options)
 
 void writePrivatePrint(KLPJLHandler &handler, const KLPrintOptions &options)
 {
-    if (const auto code = options.valueForKey("com.kalmira.pde.print-mode-ovm.privatePassword"))
-        handler.addDSSCLineAfterCurrentLineWithFormat("PRIVPRINT=%@", headerText(code));
+    if (const auto code = privatePrintCode(options))
+        handler.addDSSCLineAfterCurrentLineWithFormat(kPrivatePrintSetting, headerText(code));
 }
 
 void insertBoxLine(KLPJLHandler &handler, std::string_view name,
@@ -150,18 +150,25 @@ void writeDocumentBox(KLPJLHandler &handler, const KLPrintOptions &options)
     insertBoxLine(handler, "BOXNAME", options.valueForKey("com.kalmira.pde.docstore.boxName"));
     insertBoxLine(handler, "BOXFOLDER", options.valueForKey("com.kalmira.pde.docstore.boxFolder"));
     insertBoxPassword(handler, options);
-    if (options.valueForKeyIsEqualToString("PrintAsWell", "False"))
-        handler.replaceCurrentLineWithDSSCLineWithFormat("PRINTMODE=BOX");
 }
 
 void writePrintMode(KLPJLHandler &handler, const KLPrintOptions &options)
 {
     writeUser(handler, options);
-    if (options.valueForKeyIsEqualToString("PrintMode", "Private"))
+    switch (printMode(options)) {
+    case PrintMode::Open:
+        break;
+    case PrintMode::Private:
         writePrivatePrint(handler, options); // and no box, whatever else is asked for
-    else if (options.valueForKeyIsEqualToStringOptions("StoreToDocStore", "true",
-                                                       Platform::CaseInsensitiveComparison))
+        break;
+    case PrintMode::StoredAndPrinted:
         writeDocumentBox(handler, options);
+        break;
+    case PrintMode::StoredOnly:
+        writeDocumentBox(handler, options);
+        handler.replaceCurrentLineWithDSSCLineWithFormat(kStoredOnlySetting);
+        break;
+    }
 }
 
 //

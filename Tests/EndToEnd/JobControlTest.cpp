@@ -8,13 +8,13 @@ using testing::AnyOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
 namespace {
 
-/// What a job can make the printer hear that is no setting of its own. libcups writes title, user
-/// and custom choices into the header as they are, so that it is for the scheduler to look at them.
+/// What a job can make the printer hear that is no setting of its own.
 /// Documentation/promises.md tells administrators the same, under "Job control".
 class JobControlTest : public EndToEndTest {
 protected:
@@ -26,6 +26,26 @@ protected:
     {
         arguments.insert(arguments.end(), {"-d", kQueue, document("sample.ps")});
         return headerLines(finishedJob(scheduler().submit(arguments)));
+    }
+
+    /// Would be three lines, if it were more than a text.
+    static constexpr char kEvilTitle[] = "name job-name \"fine\n@PJL INITIALIZE\n\"";
+    inline static const std::string kCode = "com.kalmira.pde.print-mode-ovm.privatePassword=";
+
+    /// Prints a job of the title kEvilTitle.
+    static void expectNoLineOfItsOwn(const std::vector<IPPRequest> &requests)
+    {
+        const auto lines =
+            headerLines(finishedJob(submitRequests(kQueue, document("sample.ps"), requests)));
+        EXPECT_THAT(lines, Contains(AnyOf(StartsWith("@PJL JOB NAME = \"fine @PJL INITIALIZE \""),
+                                          StartsWith("@PJL JOB NAME = \"Untitled\""))));
+        EXPECT_EQ(headerWith({"-t", "fine"}).size(), lines.size());
+    }
+
+    /// Our printer has no SNMP agent to be asked.
+    static std::string samplePPD()
+    {
+        return Support::readFile(KL_SAMPLE_PPD) + "*cupsSNMPSupplies: False\n";
     }
 
     /// What the printer gets of a job, right or not.
@@ -57,28 +77,37 @@ TEST_F(JobControlTest, UserWithAControlCharacterIsAnonymous)
 
 // The schedulers of today look at the first title of a request and print under the last; one that
 // looks at all of them calls the job what it calls any other with such a title.
-TEST_F(JobControlTest, SecondTitleOfARequestSpeaksPJLUnlessTheSchedulerLooksAtIt)
+
+TEST_F(JobControlTest, SecondTitleOfARequestSpeaksNoPJL)
 {
-    const std::string bytes = bytesOf(submitOverIPP(kQueue, document("sample.ps"),
-                                                    {"name job-name \"fine\n@PJL INITIALIZE\n\""}));
-    EXPECT_THAT(bytes,
-                AnyOf(HasSubstr("\n@PJL INITIALIZE\n"), HasSubstr("@PJL JOB NAME = \"Untitled\"")));
+    expectNoLineOfItsOwn({{"Print-Job", {"name job-name fine", kEvilTitle}}});
 }
 
-// Two of the three places have it in quotes; in one of these libcups leaves it as it is.
-TEST_F(JobControlTest, QuoteInTheUserEndsTheTextOfThePanel)
+TEST_F(JobControlTest, SecondTitleAmongTheJobsAttributesSpeaksNoPJL)
+{
+    expectNoLineOfItsOwn({{"Print-Job", {"name job-name fine"}, {kEvilTitle}}});
+}
+
+TEST_F(JobControlTest, SecondTitleOfAJobWhoseDocumentFollowsSpeaksNoPJL)
+{
+    expectNoLineOfItsOwn(
+        {{"Create-Job", {"name job-name fine", kEvilTitle}, {}, false},
+         {"Send-Document", {"integer job-id $job-id", "boolean last-document true"}}});
+}
+
+// libcups itself leaves it as it is in one of the three places that have it in quotes.
+TEST_F(JobControlTest, QuoteInTheUserEndsNoText)
 {
     const int job = scheduler().submit(
         {"-U", "an\"na", "-t", "say \"hi\"", "-d", kQueue, document("sample.ps")});
-    const auto parts = Support::splitPJLJob(bytesOf(job)).value_or(PJLJob{});
-    const auto lines = headerLines(parts);
+    const auto lines = headerLines(finishedJob(job));
     EXPECT_THAT(lines, Contains("@PJL JOB NAME = \"say 'hi'\" DISPLAY = \"" + std::to_string(job) +
-                                " an\"na say 'hi'\""));
+                                " an'na say 'hi'\""));
     EXPECT_THAT(lines, Contains("@PJL SET USERNAME = \"an'na\""));
     EXPECT_THAT(lines, Contains(dssc("USERLOGIN=an\"na")));
 }
 
-TEST_F(JobControlTest, EscapeInACustomChoiceLeavesPJL)
+TEST_F(JobControlTest, EscapeInACustomChoiceStaysInPJL)
 {
     static constexpr char kOption[] = R"(*CustomJCLNote True: "@PJL COMMENT \1
 "
@@ -89,14 +118,57 @@ TEST_F(JobControlTest, EscapeInACustomChoiceLeavesPJL)
 *DefaultJCLNote: None
 *JCLNote None/None: ""
 *JCLCloseUI: *JCLNote
-*cupsSNMPSupplies: False
-)"; // our printer has no SNMP agent to be asked
+)";
     const Support::TemporaryFolder folder;
-    const std::string ppd = folder.write("custom.ppd", Support::readFile(KL_SAMPLE_PPD) + kOption);
+    const std::string ppd = folder.write("custom.ppd", samplePPD() + kOption);
     scheduler().addQueue("custom", ppd, printer().deviceURI());
-    const int job = scheduler().submit(
-        {"-d", "custom", "-o", "JCLNote=Custom.a\033%-12345X", document("sample.ps")});
-    EXPECT_THAT(bytesOf(job), HasSubstr("@PJL COMMENT a\033%-12345X\n"));
+    EXPECT_THAT(
+        headerLines(print("custom", document("sample.ps"), {"JCLNote=Custom.a\033%-12345X"})),
+        Contains("@PJL COMMENT a %-12345X"));
+}
+
+// libcups cuts what it shows on the panel at 32 bytes, and where that is depends on the number.
+TEST_F(JobControlTest, LongNamesInAnyScriptKeepTheirSettings)
+{
+    const Support::TemporaryFolder folder;
+    const std::string ppd = folder.write("office.ppd", samplePPD());
+    for (const int firstJob : {1, 10, 100, 1000, 10000, 100000}) {
+        const Support::PrivateScheduler scheduler({KL_JOBFILTER, KL_NOJCL}, firstJob);
+        scheduler.addQueue(kQueue, ppd, printer().deviceURI());
+        for (const std::string user :
+             {"ÄÖÜäöüÄÖÜäöüÄÖÜäöü", "aÄÖÜäöüÄÖÜäöüÄÖÜäöü", "АлександраКонстантинова",
+              "aАлександраКонстантинова", "山田太郎山田太郎山田太郎", "a山田太郎山田太郎山田太郎",
+              "ab山田太郎山田太郎山田太郎"}) {
+            printer().forgetJobs();
+            const int job = scheduler.submit({"-U", user, "-t", "title", "-d", kQueue, "-o",
+                                              "PrintMode=Private", "-o", kCode + "1234",
+                                              document("sample.ps")});
+            ASSERT_EQ("completed", scheduler.waitForJob(job).state) << scheduler.log(job);
+            ASSERT_EQ(1U, printer().jobs().size());
+            const std::string bytes = printer().jobs()[0];
+            EXPECT_THAT(Support::problemsOfPJLJob(bytes), IsEmpty()) << job << user;
+            EXPECT_THAT(bytes, HasSubstr("DISPLAY = \"" + std::to_string(job) + " "));
+            EXPECT_THAT(Support::linesOf(bytes), Contains(dssc("USERLOGIN=" + user + "\r\n")));
+            EXPECT_THAT(Support::linesOf(bytes), Contains(dssc("PRIVPRINT=1234\r\n")));
+            EXPECT_GE(job, firstJob);
+        }
+    }
+}
+
+// The scheduler's own word for a job that its filters give up.
+TEST_F(JobControlTest, ProtectedJobThatCannotBeProtectedIsNotPrinted)
+{
+    const int job = scheduler().submit({"-d", kHeadlessQueue, "-o", "PrintMode=Private", "-o",
+                                        kCode + "1234", document("sample.ps")});
+    EXPECT_NE("completed", scheduler().waitForJob(job).state);
+    printer().finishJobs();
+    for (const std::string &bytes : printer().jobs())
+        EXPECT_EQ("", bytes);
+    EXPECT_THAT(scheduler().log(job),
+                HasSubstr("Unable to create the job header of a protected job"));
+    EXPECT_THAT(strayFiles(), IsEmpty());
+    scheduler().run({"cancel", "-a"});
+    scheduler().run({"cupsenable", kHeadlessQueue});
 }
 
 // Taking out the marker in the middle joins what stands around it to another.

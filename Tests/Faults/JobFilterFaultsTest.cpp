@@ -40,6 +40,7 @@ namespace {
 
 constexpr char kNoHeader[] =
     "ERROR: Unable to create the job header, the job's settings may not be applied";
+constexpr char kUnprotected[] = "CRIT: Unable to create the job header of a protected job\n";
 constexpr char kNoToolkit[] =
     "INFO: A required component could not be found, some print settings may not be applied";
 constexpr char kToolkitNotUsed[] = "DEBUG: The toolkit is not used: ";
@@ -552,6 +553,34 @@ TEST_F(JobFilterFaultsTest, HeaderThatCannotBeReadBackFailsTheJob)
             {"header", {Fault::Kind::Fails, kind, EIO}}, [this] { return callWithInput(); }, check);
         EXPECT_LT(0, headers);
     }
+}
+
+// Whatever fails, a job that asked for protection goes out with the line that gives it, or not at
+// all; then nothing of it is left.
+TEST_F(JobFilterFaultsTest, ProtectedJobWithAnySystemCallThatFails)
+{
+    useRealToolkit();
+    const auto call = [this] {
+        return callWithInput(std::string(kSettings) + "StoreToDocStore=True PrintAsWell=False ");
+    };
+    learnOutputs(call(), {});
+    const std::string whole = outputs.at({});
+    ASSERT_NE(std::string::npos, whole.find("@PJL COMMENT DSSC PRINT PRINTMODE=BOX\r\n"));
+    int refused = 0;
+    for (const NamedFault &fault : faultsOfSystemCalls()) {
+        const auto check = [&](const FaultedRun &run) {
+            expectAllOrALine(fault, run);
+            EXPECT_EQ(std::string::npos, run.result.errors.find(kNoHeader));
+            if (run.result.errors.find(kUnprotected) == std::string::npos)
+                return;
+            ++refused;
+            EXPECT_EQ("", run.result.output);
+            EXPECT_THAT(temporaryFiles(), IsEmpty());
+        };
+        strikeEveryCall(fault, call, check);
+    }
+    // Two files for the header: each made, written, read and gone back in.
+    EXPECT_LE(8, refused);
 }
 
 // An error of bytes that seemed to be written is told once, by the next call: from a file server

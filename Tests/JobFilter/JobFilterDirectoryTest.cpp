@@ -72,6 +72,18 @@ protected:
                 .input = "%!PS\n"};
     }
 
+    /// Has the queue pin who prints and say whether the directory is asked.
+    void pinUser(const std::string &useDirectory)
+    {
+        const std::string name = "UseOpenDirectoryForAuthentication";
+        _folder.write("queue.ppd",
+                      Support::minimalPPD(
+                          std::string(kPrintModeOption) + "*KLPinnedUser: True\n*JCLOpenUI *" +
+                          name + ": Boolean\n*OrderDependency: 11 JCLSetup *" + name +
+                          "\n*Default" + name + ": " + useDirectory + "\n*" + name +
+                          " True: \"\"\n*" + name + " False: \"\"\n*JCLCloseUI: *" + name + "\n"));
+    }
+
     /// What the job's header says the domain is; "none" when it says nothing.
     static std::string domainIn(const ProgramResult &result)
     {
@@ -157,6 +169,32 @@ LoadedFiles runAndListFiles(ProgramCall call)
 }
 
 } // namespace
+
+// A queue that pins who prints.
+
+TEST_F(JobFilterDirectoryTest, PinnedUserAndDomainAreTheJobsUserAndTheDirectorys)
+{
+    const DirectoryServer server({kExample});
+    pinUser("True");
+    auto job = call(server.uri());
+    job.arguments.back() = "com.kalmira.username=otto com.kalmira.domainname=EVIL "
+                           "UseOpenDirectoryForAuthentication=false";
+    const auto result = runProgram(job);
+    EXPECT_EQ("example.com", domainIn(result));
+    EXPECT_THAT(result.output, HasSubstr("@PJL COMMENT DSSC PRINT USERLOGIN=anna\r\n"));
+    EXPECT_THAT(result.output, Not(HasSubstr("otto")));
+    const std::string ignored = "DEBUG: The queue pins who prints, the job's option is ignored: ";
+    EXPECT_EQ(ignored + "com.kalmira.domainname\n" + ignored + "com.kalmira.username\n" + ignored +
+                  "UseOpenDirectoryForAuthentication\n" +
+                  foundIn(server.uri() + "/dc=example,dc=com"),
+              logOf(result));
+}
+
+TEST_F(JobFilterDirectoryTest, PinnedDomainIsNotLookedUpUnlessTheQueueSaysSo)
+{
+    pinUser("False");
+    EXPECT_EQ("", domainIn(runProgram(call("ldap://127.0.0.1:1"))));
+}
 
 // The domain.
 

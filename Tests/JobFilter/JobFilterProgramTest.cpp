@@ -235,34 +235,6 @@ TEST_F(JobFilterProgramTest, ATitleInUTF8IsKeptWhereThePPDTakesIt)
                                                    "@PJL SET COPIES = 2\r\n"));
 }
 
-TEST_F(JobFilterProgramTest, TheHeaderEndsBeforeATitleThatIsCutWithinACharacter)
-{
-    // Of "7 anna " and the title libcups takes 32 bytes, here one byte of the thirteenth letter.
-    Support::writeFile(ppdPath, Support::minimalPPD("*cupsPJLCharset: \"UTF-8\"\n"));
-    Support::ProgramCall job = call("x");
-    for (int letter = 0; letter < 13; ++letter)
-        job.arguments[3] += "\xC3\xA9";
-    job.arguments[3].erase(0, std::string_view("Report").size());
-    EXPECT_EQ("\033%-12345X@PJL\nx" + jobEnd(), runProgram(job).output);
-}
-
-// The same 32 bytes: here in whatever PPD, as libcups leaves the user's letters alone.
-TEST_F(JobFilterProgramTest, TheHeaderEndsBeforeAUserNameThatIsCutWithinACharacter)
-{
-    Support::ProgramCall job = call("x");
-    job.arguments[2] = std::string(29, 'a') + "\xC3\xA9";
-    EXPECT_EQ("\033%-12345X@PJL\nx" + jobEnd(), runProgram(job).output);
-    job.arguments[2].erase(0, 1);
-    EXPECT_THAT(runProgram(job).output, HasSubstr("aaa\xC3\xA9\"\n@PJL SET COPIES = 2\r\n"));
-}
-
-TEST_F(JobFilterProgramTest, TheHeaderEndsBeforeAUserNameThatIsNotUTF8)
-{
-    Support::ProgramCall job = call("x");
-    job.arguments[2] = "ann\xE9";
-    EXPECT_EQ("\033%-12345X@PJL\nx" + jobEnd(), runProgram(job).output);
-}
-
 TEST_F(JobFilterProgramTest, WhatThePPDPutsBehindTheLanguageLineIsNotSent)
 {
     Support::writeFile(ppdPath,

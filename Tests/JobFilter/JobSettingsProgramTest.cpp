@@ -97,12 +97,16 @@ TEST_F(JobSettingsProgramTest, StoreToDocStoreInAnyLetterCase)
     EXPECT_THAT(header("noStoreToDocStore"), Not(Contains(HasSubstr("DSSC BOX"))));
 }
 
-TEST_F(JobSettingsProgramTest, SmallLetteredFalseOfPrintAsWellIsStoredAsFalse)
+TEST_F(JobSettingsProgramTest, ChoicesInAnyLetterCaseAreWhatThePPDMarks)
 {
-    // The store itself writes "false" as "False"; any other spelling stays and does not count.
     const std::string line = "@PJL COMMENT DSSC PRINT PRINTMODE=BOX\r\n";
-    EXPECT_THAT(header("StoreToDocStore=true PrintAsWell=false"), Contains(line));
-    EXPECT_THAT(header("StoreToDocStore=true PrintAsWell=FALSE"), Not(Contains(line)));
+    for (const char *value : {"False", "false", "FALSE"})
+        EXPECT_THAT(header(std::string("StoreToDocStore=true PrintAsWell=") + value),
+                    Contains(line));
+    EXPECT_THAT(header("StoreToDocStore=true PrintAsWell=no"), Not(Contains(line)));
+    EXPECT_THAT(header("PrintMode=pRIVATE com.kalmira.pde.print-mode-ovm.privatePassword=99"),
+                Contains("@PJL COMMENT DSSC PRINT PRIVPRINT=99\r\n"));
+    EXPECT_THAT(run("PageSize=a3").output, HasSubstr("JOBENDINFO PAGESIZE=A3\r\n"));
 }
 
 TEST_F(JobSettingsProgramTest, OptionsWithControlCharactersSpeakNoPJL)

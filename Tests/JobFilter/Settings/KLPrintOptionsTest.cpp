@@ -113,6 +113,38 @@ TEST_F(KLPrintOptionsTest, OnlyLowerCaseTrueAndFalseChange)
         EXPECT_EQ(KLValue(other), stored(std::string("a=") + other, "a")) << other;
 }
 
+// libcups marks them so, and the store and the header must agree.
+TEST_F(KLPrintOptionsTest, AChoiceInAnyLetterCaseIsStoredAsThePPDSpellsIt)
+{
+    usePPD("*OpenUI *Tray: PickOne\n*OrderDependency: 30 AnySetup *Tray\n*DefaultTray: Upper\n"
+           "*Tray Upper: \"\"\n*Tray UPPER: \"\"\n*Tray tRUE: \"\"\n*Tray false: \"\"\n"
+           "*CloseUI: *Tray\n");
+    EXPECT_EQ(KLValue("DuplexTumble"), stored("Duplex=duplextumble", "Duplex"));
+    EXPECT_EQ(KLValue("Letter"), stored("PageSize=LETTER", "PageSize"));
+    EXPECT_EQ(KLValue("Upper"), stored("Tray=upper", "Tray"));
+    EXPECT_EQ(KLValue("UPPER"), stored("Tray=UPPER", "Tray")); // exactly so
+    EXPECT_EQ(KLValue("tRUE"), stored("Tray=true", "Tray"));
+    EXPECT_EQ(KLValue("False"), stored("Tray=FALSE", "Tray")); // "false" becomes "False" as ever
+    EXPECT_EQ(KLValue("uppe"), stored("Tray=uppe", "Tray"));
+    EXPECT_EQ(KLValue("UPPER "), stored("Tray='UPPER '", "Tray"));
+    // What names no option of the PPD has no spelling.
+    EXPECT_EQ(KLValue("upper"), stored("Drawer=upper", "Drawer"));
+    // The PPD's own keyword holds what was marked, whatever case the job wrote it in.
+    const KLPrintOptions options("DUPLEX=duplextumble");
+    EXPECT_EQ(KLValue("DuplexTumble"), options.valueForKey("Duplex"));
+    EXPECT_EQ(KLValue("DuplexTumble"), options.valueForKey("DUPLEX"));
+}
+
+TEST_F(KLPrintOptionsTest, ACustomValueIsStoredAsSent)
+{
+    usePPD("*CustomJCLNote True: \"@PJL COMMENT \\1\n\"\n*End\n"
+           "*ParamCustomJCLNote Text/Text: 1 string 0 99\n"
+           "*JCLOpenUI *JCLNote: PickOne\n*OrderDependency: 30 JCLSetup *JCLNote\n"
+           "*DefaultJCLNote: None\n*JCLNote None: \"\"\n*JCLCloseUI: *JCLNote\n");
+    EXPECT_EQ(KLValue("custom.a\x1B\xFF"), stored("JCLNote=custom.a\x1B\xFF", "JCLNote"));
+    EXPECT_EQ(KLValue("{Text=a\x1B}"), stored("JCLNote={Text=a\x1B}", "JCLNote"));
+}
+
 TEST_F(KLPrintOptionsTest, ANameAloneIsTrueAndWithNoInFrontFalse)
 {
     EXPECT_EQ(KLValue("True"), stored("StoreToDocStore", "StoreToDocStore"));
