@@ -39,6 +39,15 @@ constexpr char kHeaderOptions[] = R"(*JCLOpenUI *Department/Department: PickOne
 *MediaType Plain/Plain: "@PJL COMMENT DSSC PRINT MEDIATYPE=PLAIN<0D0A>"
 *MediaType Thick/Thick: "@PJL COMMENT DSSC PRINT MEDIATYPE=THICK<0D0A>"
 *JCLCloseUI: *MediaType
+*CustomJCLNote True: "@PJL COMMENT NOTE=\1
+"
+*End
+*ParamCustomJCLNote Text/Text: 1 string 0 999
+*JCLOpenUI *JCLNote/Note: PickOne
+*OrderDependency: 60 JCLSetup *JCLNote
+*DefaultJCLNote: None
+*JCLNote None/None: ""
+*JCLCloseUI: *JCLNote
 *OpenUI *InputSlot/Tray: PickOne
 *OrderDependency: 30 AnySetup *InputSlot
 *DefaultInputSlot: Tray1

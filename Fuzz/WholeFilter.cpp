@@ -108,25 +108,34 @@ void requirePages(const std::string &job, std::string_view pages)
                   "the job's end follows the pages, three lines long");
 }
 
-/// Job id, user, title, copies and options. libcups writes user and title as they are, so they have
-/// no control characters, which break its lines; nor has a user quotes, which it leaves in, or
-/// letters that are not ASCII, which it cuts in half.
-std::array<std::string, 5> takeArguments(std::string_view &input)
+using Arguments = std::array<std::string, 5>;
+
+/// Job id, user, title, copies and options, of any bytes that an argument can have.
+Arguments takeArguments(std::string_view &input)
 {
-    std::array<std::string, 5> arguments;
+    Arguments arguments;
     for (std::string &argument : arguments) {
         argument = Fuzz::takeLine(input);
         argument.resize(std::min(argument.find('\0'), argument.size()));
     }
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    const auto isNoASCII = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
-    std::ranges::replace(arguments[1], '"', '.');
-    for (std::string *text : {&arguments[1], &arguments[2]})
-        std::ranges::replace_if(*text, isControl, '.');
-    std::ranges::replace_if(arguments[1], isNoASCII, '.');
-    if (!Platform::isValidUTF8(arguments[2]))
-        std::ranges::replace_if(arguments[2], isNoASCII, '.');
+    // No line ends in a line: these stand for them.
+    for (std::string &argument : arguments)
+        std::ranges::replace(argument, '\v', '\n');
     return arguments;
+}
+
+/// User and title are texts in the header, and no lines.
+void requireHeader(const Arguments &arguments, const std::string &job, std::string_view pages)
+{
+    Arguments plain = arguments;
+    plain[1] = plain[2] = "plain";
+    const auto header = Support::splitPJLJob(job)->header;
+    const auto expected = Support::splitPJLJob(jobOf(plain, pages, nullptr))->header;
+    Fuzz::require(std::ranges::count(header, '\n') == std::ranges::count(expected, '\n'),
+                  "no user and no title makes a line");
+    if (Platform::isValidUTF8(arguments[1]) && Platform::isValidUTF8(arguments[3]) &&
+        Platform::isValidUTF8(arguments[4]))
+        Fuzz::require(Platform::isValidUTF8(header), "a header is UTF-8");
 }
 
 /// Values of options that are words of PJL: what else a user puts there is his printer's to refuse.
@@ -153,6 +162,7 @@ void Fuzz::tryInput(std::string_view input)
     const auto arguments = takeArguments(input);
     const std::string spooled = jobOf(arguments, input, nullptr);
     requireJob(spooled, input);
+    requireHeader(arguments, spooled, input);
     require(queue.tidy() == 0, "a job leaves nothing lying about");
 
     const std::string file = queue.jobFile(input);
