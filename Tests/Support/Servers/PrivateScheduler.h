@@ -23,8 +23,9 @@ struct JobStatus {
 /// only. The destructor ends the scheduler and all its jobs.
 class PrivateScheduler {
 public:
-    /// @param filters   paths of programs that are copied beside CUPS' own filters. The folder "lib"
-    ///                  beside the folder of the first, where it finds its modules, is there too.
+    /// @param filters   paths of programs that are copied beside CUPS' own filters. The folder
+    ///                  "lib" beside the folder of the first, where it finds its modules, is there
+    ///                  too.
     /// @param firstJob  the number that its first job gets
     /// @throws std::runtime_error, with the scheduler's log, when it does not come up
     explicit PrivateScheduler(const std::vector<std::string> &filters, int firstJob = 1);
