@@ -13,6 +13,7 @@
 #include "jobHeader.h"
 #include "protectedHeader.h"
 #include "runFilter.h"
+#include "settingRules.h"
 #include "spoolToFile.h"
 #include "trustedToolkit.h"
 
@@ -84,13 +85,20 @@ std::shared_ptr<KLPrintOptions> makeOptions(const FilterArguments &arguments)
     return options;
 }
 
-/// The same; a queue without a usable PPD prints nothing, so the pages are not left lying about.
+/// The same, looked through. Nothing is printed of a queue without a usable PPD, nor of a job with
+/// a setting that the printer would not take, so the pages are not left lying about.
 std::shared_ptr<KLPrintOptions> makeOptionsOrClear(const FilterArguments &arguments,
                                                    const JobFile &jobFile)
 {
     try {
-        return makeOptions(arguments);
+        auto options = makeOptions(arguments);
+        if (const auto objection = objectionToSettings(*options))
+            throw FatalError(*objection);
+        return options;
     } catch (const KLNoPPDError &) {
+        removeIfSpooled(jobFile);
+        throw;
+    } catch (const FatalError &) {
         removeIfSpooled(jobFile);
         throw;
     }

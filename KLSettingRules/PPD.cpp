@@ -9,9 +9,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <fcntl.h>
+#include <iterator>
 #include <span>
+#include <string_view>
 #include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -62,6 +65,81 @@ template <class Element>
 std::span<const Element> listOf(const Element *first, int count)
 {
     return {first, static_cast<std::size_t>(count)};
+}
+
+/// The first choice of the option that is marked; null when there is none.
+const ppd_choice_t *findMarkedChoice(ppd_file_t *ppd, const std::string &option)
+{
+    const ppd_option_t *found = ppdFindOption(ppd, option.c_str());
+    if (found == nullptr)
+        return nullptr;
+    const auto choices = listOf(found->choices, found->num_choices);
+    const auto marked = std::ranges::find_if(
+        choices, [](const ppd_choice_t &choice) { return choice.marked != 0; });
+    return marked != choices.end() ? &*marked : nullptr;
+}
+
+/// The choice that stands for typed values.
+constexpr std::string_view kCustomChoice = "Custom";
+
+/// The first parameter of the option's custom choice; null when it has none.
+const ppd_cparam_t *findParameter(ppd_file_t *ppd, const std::string &option)
+{
+    ppd_coption_t *custom = ppdFindCustomOption(ppd, option.c_str());
+    return custom != nullptr ? ppdFirstCustomParam(custom) : nullptr;
+}
+
+/// In its shortest form, whatever the locale.
+std::string textOfNumber(float number)
+{
+    char digits[64];
+    const auto end = std::to_chars(digits, std::end(digits), number, std::chars_format::fixed);
+    return end.ec == std::errc() ? std::string(digits, end.ptr) : std::string();
+}
+
+std::optional<std::string> valueOf(const ppd_cparam_t &parameter)
+{
+    switch (parameter.type) {
+    case PPD_CUSTOM_PASSCODE:
+    case PPD_CUSTOM_PASSWORD:
+    case PPD_CUSTOM_STRING:
+        return textOf(parameter.current.custom_string);
+    case PPD_CUSTOM_INT:
+        return std::to_string(parameter.current.custom_int);
+    case PPD_CUSTOM_CURVE:
+    case PPD_CUSTOM_INVCURVE:
+    case PPD_CUSTOM_POINTS:
+    case PPD_CUSTOM_REAL:
+        return textOfNumber(parameter.current.custom_real);
+    case PPD_CUSTOM_UNKNOWN:
+        break;
+    }
+    return std::nullopt;
+}
+
+std::optional<PPD::TypedLimits> limitsOf(const ppd_cparam_t &parameter)
+{
+    using Kind = PPD::TypedLimits::Kind;
+    const auto &[least, most] = std::pair(parameter.minimum, parameter.maximum);
+    switch (parameter.type) {
+    case PPD_CUSTOM_PASSCODE:
+        return PPD::TypedLimits{Kind::Digits, double(least.custom_passcode),
+                                double(most.custom_passcode)};
+    case PPD_CUSTOM_PASSWORD:
+    case PPD_CUSTOM_STRING:
+        return PPD::TypedLimits{Kind::Characters, double(least.custom_string),
+                                double(most.custom_string)};
+    case PPD_CUSTOM_INT:
+        return PPD::TypedLimits{Kind::Number, double(least.custom_int), double(most.custom_int)};
+    case PPD_CUSTOM_CURVE:
+    case PPD_CUSTOM_INVCURVE:
+    case PPD_CUSTOM_POINTS:
+    case PPD_CUSTOM_REAL:
+        return PPD::TypedLimits{Kind::Number, double(least.custom_real), double(most.custom_real)};
+    case PPD_CUSTOM_UNKNOWN:
+        break;
+    }
+    return std::nullopt;
 }
 
 PPD::Option describe(ppd_file_t *ppd, const ppd_option_t &option)
@@ -193,13 +271,13 @@ std::optional<std::string> PPD::attribute(const std::string &name) const
     return found != nullptr ? textOf(found->value) : std::nullopt;
 }
 
-std::vector<std::string> PPD::attributes(const std::string &name) const
+std::vector<PPD::Attribute> PPD::attributes(const std::string &name) const
 {
-    std::vector<std::string> values;
+    std::vector<Attribute> attributes;
     const ppd_attr_t *found = ppdFindAttr(_file.get(), name.c_str(), nullptr);
     for (; found != nullptr; found = ppdFindNextAttr(_file.get(), name.c_str(), nullptr))
-        values.push_back(textOf(found->value).value_or(""));
-    return values;
+        attributes.push_back({found->spec, textOf(found->value).value_or("")});
+    return attributes;
 }
 
 std::vector<std::string> PPD::filters() const
@@ -271,15 +349,29 @@ std::optional<std::string> PPD::code(const std::string &option, const std::strin
     return codeOf(findChoice(_file.get(), option, choice));
 }
 
+std::optional<std::string> PPD::markedChoice(const std::string &option) const
+{
+    const ppd_choice_t *choice = findMarkedChoice(_file.get(), option);
+    return choice != nullptr ? std::optional<std::string>(choice->choice) : std::nullopt;
+}
+
+std::optional<std::string> PPD::typedValue(const std::string &option) const
+{
+    const ppd_cparam_t *parameter = findParameter(_file.get(), option);
+    if (parameter == nullptr || markedChoice(option) != kCustomChoice)
+        return std::nullopt;
+    return valueOf(*parameter);
+}
+
+std::optional<PPD::TypedLimits> PPD::typedLimits(const std::string &option) const
+{
+    const ppd_cparam_t *parameter = findParameter(_file.get(), option);
+    return parameter != nullptr ? limitsOf(*parameter) : std::nullopt;
+}
+
 std::optional<std::string> PPD::codeOfMarkedChoice(const std::string &option) const
 {
-    const ppd_option_t *found = ppdFindOption(_file.get(), option.c_str());
-    if (found == nullptr)
-        return std::nullopt;
-    const auto choices = listOf(found->choices, found->num_choices);
-    const auto marked = std::ranges::find_if(
-        choices, [](const ppd_choice_t &choice) { return choice.marked != 0; });
-    return marked != choices.end() ? codeOf(&*marked) : std::nullopt;
+    return codeOf(findMarkedChoice(_file.get(), option));
 }
 
 std::optional<PPD::PageSize> PPD::pageSize(const std::string &name) const

@@ -55,9 +55,14 @@ public:
     /// is none or it has no value.
     std::optional<std::string> attribute(const std::string &name) const;
 
-    /// The values of all attributes of that name, in the PPD's order; an empty text for one
-    /// without.
-    std::vector<std::string> attributes(const std::string &name) const;
+    /// A line "*NAME SPECIFIER: "VALUE"" of the PPD.
+    struct Attribute {
+        std::string specifier; ///< at most 40 bytes, libcups cuts what is longer; often empty
+        std::string value;
+    };
+
+    /// All attributes of that name, in the PPD's order; an empty text is the value of one without.
+    std::vector<Attribute> attributes(const std::string &name) const;
 
     /// What the lines "cupsFilter" say ("application/vnd.cups-postscript 0 jobfilter"), in order.
     std::vector<std::string> filters() const;
@@ -105,6 +110,29 @@ public:
     /// in angle brackets stand for bytes already. Nothing is trimmed.
     /// @return nullopt when no such option, no such choice or no code is there
     std::optional<std::string> code(const std::string &option, const std::string &choice) const;
+
+    /// The name of the option's first choice that is marked; nullopt when there is none.
+    std::optional<std::string> markedChoice(const std::string &option) const;
+
+    /// What was typed for the option's custom choice, when that is marked: the value of its first
+    /// parameter, a number in its shortest form.
+    /// @return nullopt when the option takes no typed values or another choice is marked
+    std::optional<std::string> typedValue(const std::string &option) const;
+
+    /// What may be typed: the limits of an option's first parameter (ParamCustom).
+    struct TypedLimits {
+        enum class Kind {
+            Digits,     ///< a passcode
+            Characters, ///< a text or password
+            Number,     ///< a number or a length
+        };
+        Kind kind;
+        double from; ///< how many digits or characters, or the number itself; both limits belong
+        double to;
+    };
+
+    /// @return nullopt when the option takes no typed values, or any
+    std::optional<TypedLimits> typedLimits(const std::string &option) const;
 
     /// The code of the option's first choice that is marked, likewise.
     /// @return nullopt when no such option, no marked choice or no code is there

@@ -2,6 +2,7 @@
 
 #include "PJL.h"
 #include "markerSpelling.h"
+#include "settingRules.h"
 #include "trustedToolkit.h"
 
 #include <algorithm>
@@ -39,6 +40,14 @@ std::vector<std::string> formatsFor(const std::vector<std::string> &lines, std::
     return formats;
 }
 
+std::vector<std::string> preFilters(const PPD &ppd)
+{
+    std::vector<std::string> lines;
+    for (const PPD::Attribute &attribute : ppd.attributes("cupsPreFilter"))
+        lines.push_back(attribute.value);
+    return lines;
+}
+
 bool takesPDF(const PPD &ppd)
 {
     const auto formats = formatsFor(ppd.filters(), "jobfilter");
@@ -52,7 +61,7 @@ bool takesPDF(const PPD &ppd)
 void checkFilters(const PPD &ppd, Mistakes &mistakes)
 {
     const auto formats = formatsFor(ppd.filters(), "jobfilter");
-    const auto prepared = formatsFor(ppd.attributes("cupsPreFilter"), "jobfilter-nojcl");
+    const auto prepared = formatsFor(preFilters(ppd), "jobfilter-nojcl");
     if (formats.empty()) {
         mistakes.push_back({"No line *cupsFilter names jobfilter.",
                             "Jobs are printed without department code, user, box and password.",
@@ -195,13 +204,84 @@ void checkPresence(const PPD &ppd, std::string_view marker, std::string onPaper,
                                 std::string(marker) + "...<0D><0A>\"."});
 }
 
+//
+// Typed values and the settings they feed
+//
+
+bool feeds(const PPD &ppd, const std::string &option)
+{
+    const auto names = [&](const PPD::Attribute &line) { return line.specifier == option; };
+    return std::ranges::any_of(ppd.attributes("KLSettingSource"), names) ||
+           std::ranges::any_of(ppd.attributes("KLChoiceSource"), names);
+}
+
+void checkTypedOption(const PPD &ppd, const PPD::Option &option, Mistakes &mistakes)
+{
+    const bool isField = feeds(ppd, option.keyword);
+    if (option.jobControl && !ppd.attribute("Custom" + option.keyword).value_or("").empty())
+        mistakes.push_back({"*Custom" + option.keyword + " has a code.",
+                            "What a user types goes into the header a second time, as it is.",
+                            "Leave the code empty, and let the option feed a setting."});
+    else if (option.jobControl && !isField)
+        mistakes.push_back({"*" + option.keyword + " takes typed values and feeds no setting.",
+                            "What a user types there is lost.",
+                            "*KLSettingSource " + option.keyword + ": \"KEY\""});
+    else if (!option.jobControl && isField)
+        mistakes.push_back({"*" + option.keyword + " takes typed values and is not job control.",
+                            "What a user types stands in the page data, codes and passwords too.",
+                            "Put it under JCLSetup."});
+}
+
 void checkTypedOptions(const PPD &ppd, Mistakes &mistakes)
 {
     for (const PPD::Option &option : ppd.options()) {
-        if (option.jobControl && option.typed)
-            mistakes.push_back({"*" + option.keyword + " is job control and takes typed values.",
-                                "What a user types goes into the header.",
-                                "Let users choose, or send the value under a key."});
+        if (option.typed)
+            checkTypedOption(ppd, option, mistakes);
+    }
+}
+
+/// A mistake of a line of ours that has no effect.
+PPDMistake ineffective(const std::string &name, const PPD::Attribute &line, std::string why,
+                       std::string cure)
+{
+    return {"*" + name + " " + line.specifier + ": \"" + line.value + "\" " + std::move(why),
+            "The line has no effect.", std::move(cure)};
+}
+
+void checkValuesOfChoices(const PPD &ppd, Mistakes &mistakes)
+{
+    for (const PPD::Attribute &line : ppd.attributes("KLSettingValue")) {
+        const auto dot = line.specifier.find('.');
+        const std::string choice =
+            dot == std::string::npos ? std::string() : line.specifier.substr(dot + 1);
+        if (!ppd.hasChoice(line.specifier.substr(0, dot), choice))
+            mistakes.push_back(ineffective("KLSettingValue", line, "names no choice of the PPD.",
+                                           "*KLSettingValue OPTION.CHOICE: \"VALUE\""));
+    }
+}
+
+void checkChosenOptions(const PPD &ppd, Mistakes &mistakes)
+{
+    for (const PPD::Attribute &line : ppd.attributes("KLChoiceSource")) {
+        std::istringstream words(line.value);
+        std::string option;
+        std::string choice;
+        words >> option >> choice;
+        if (!ppd.hasChoice(option, choice))
+            mistakes.push_back(ineffective("KLChoiceSource", line,
+                                           "chooses what the PPD does not "
+                                           "have.",
+                                           "*KLChoiceSource SOURCE: \"OPTION CHOICE\""));
+    }
+}
+
+void checkRules(const PPD &ppd, Mistakes &mistakes)
+{
+    for (const PPD::Attribute &line : ppd.attributes("KLSettingRule")) {
+        if (!isSettingRule(line))
+            mistakes.push_back(ineffective("KLSettingRule", line, "is no rule.",
+                                           "*KLSettingRule Digits: \"KEY FROM TO\", or Characters "
+                                           "in place of Digits."));
     }
 }
 
@@ -286,6 +366,9 @@ std::vector<PPDMistake> checkPPD(const PPD &ppd)
     checkMarkers(ppd, mistakes);
     checkLineEnds(ppd, mistakes);
     checkTypedOptions(ppd, mistakes);
+    checkValuesOfChoices(ppd, mistakes);
+    checkChosenOptions(ppd, mistakes);
+    checkRules(ppd, mistakes);
     checkCopies(ppd, mistakes);
     checkStoredOnly(ppd, mistakes);
     checkPlaces(ppd, mistakes);

@@ -10,6 +10,7 @@
 #include "optionName.h"
 #include "pinnedUser.h"
 #include "postscriptRules.h"
+#include "settingSources.h"
 #include "watermarkRules.h"
 
 #include <cstdlib>
@@ -41,12 +42,19 @@ PPD queuePPD()
 
 KLPrintOptions::KLPrintOptions(const std::string &optionString) : _ppd(queuePPD())
 {
-    const JobOptions options = withoutPinnedUser(parsedOptions(optionString), _ppd);
+    const JobOptions job = withoutPinnedUser(parsedOptions(optionString), _ppd);
     _ppd.markDefaults();
-    _ppd.mark(options);
+    _ppd.mark(job);
+    const JobOptions chosen = withoutPinnedUser(chosenOptions(_ppd, job), _ppd);
+    for (const auto &[option, choice] : chosen)
+        _ppd.mark(option, choice);
     storeMarkedChoices();
-    for (const auto &[name, value] : options)
+    for (const auto &[name, value] : job)
         storeOption(name, value);
+    for (const auto &[option, choice] : chosen)
+        setValueForKey(choice, option);
+    for (auto &[key, value] : withoutPinnedUser(fedSettings(_ppd, job), _ppd))
+        setValueForKey(std::move(value), key);
 }
 
 std::optional<KLValue> KLPrintOptions::valueForKey(std::string_view key) const

@@ -42,6 +42,8 @@ public:
     /// - "KEY..n." stores an integer under KEY, "KEY..b." a boolean (see Numbers.h);
     /// - all else is stored as text, also a value that the PPD has no choice for.
     /// The empty string leaves the PPD's defaults.
+    /// Where the PPD has lines that name sources of settings, what these say comes last (see
+    /// settingSources.h).
     /// @throws KLNoPPDError when "PPD" is not set or names nothing that opens as a PPD.
     explicit KLPrintOptions(const std::string &optionString);
 

@@ -211,13 +211,67 @@ TEST_F(checkPPDTest, MissesALineEnd)
     EXPECT_THAT(mistakes(), ElementsAre("The code of *PrintMode Hold does not end with CR LF."));
 }
 
+// Typed values and the settings they feed
+
+namespace {
+
+/// A field in that section of the document, its code, and lines behind it.
+std::string field(const std::string &section, const std::string &code, const std::string &lines)
+{
+    return "*JCLOpenUI *Stamp/Stamp: PickOne\n*OrderDependency: 130 " + section +
+           " *Stamp\n*DefaultStamp: None\n*Stamp None/None: \"\"\n*JCLCloseUI: *Stamp\n"
+           "*CustomStamp True/Text: \"" +
+           code + "\"\n*ParamCustomStamp Text/Text: 1 string 0 32\n" + lines;
+}
+
+constexpr char kSource[] = "*KLSettingSource Stamp: \"com.kalmira.pde.watermark.text\"\n";
+
+} // namespace
+
+TEST_F(checkPPDTest, HasNothingToSayOfAFieldThatFeedsASetting)
+{
+    add(field("JCLSetup", "", kSource));
+    EXPECT_THAT(mistakes(), IsEmpty());
+}
+
 TEST_F(checkPPDTest, ObjectsToTypedValuesInTheHeader)
 {
-    add("*JCLOpenUI *Stamp/Stamp: PickOne\n*OrderDependency: 130 JCLSetup *Stamp\n"
-        "*DefaultStamp: None\n*Stamp None/None: \"\"\n"
-        "*CustomStamp True/Text: \"@PJL COMMENT STAMP=\\1<0D><0A>\"\n"
-        "*ParamCustomStamp Text/Text: 1 string 0 32\n*JCLCloseUI: *Stamp\n");
-    EXPECT_THAT(mistakes(), ElementsAre("*Stamp is job control and takes typed values."));
+    add(field("JCLSetup", "@PJL COMMENT STAMP=\\1<0D><0A>", kSource));
+    EXPECT_THAT(mistakes(), ElementsAre("*CustomStamp has a code."));
+}
+
+TEST_F(checkPPDTest, MissesTheSettingOfAField)
+{
+    add(field("JCLSetup", "", ""));
+    EXPECT_THAT(mistakes(), ElementsAre("*Stamp takes typed values and feeds no setting."));
+}
+
+TEST_F(checkPPDTest, ObjectsToAFieldInThePageData)
+{
+    add(field("AnySetup", "", kSource));
+    EXPECT_THAT(mistakes(), ElementsAre("*Stamp takes typed values and is not job control."));
+}
+
+TEST_F(checkPPDTest, TellsLinesOfOursThatHaveNoEffect)
+{
+    add("*KLSettingValue PrintMode.Loud: \"1\"\n*KLSettingValue PrintMode: \"1\"\n"
+        "*KLChoiceSource job-password: \"PrintMode Loud\"\n"
+        "*KLSettingRule Digits: \"com.kalmira.pde.print-mode-ovm.departmentCode\"\n");
+    EXPECT_THAT(mistakes(),
+                ElementsAre("*KLSettingValue PrintMode.Loud: \"1\" names no choice of the PPD.",
+                            "*KLSettingValue PrintMode: \"1\" names no choice of the PPD.",
+                            "*KLChoiceSource job-password: \"PrintMode Loud\" chooses what the PPD "
+                            "does not have.",
+                            "*KLSettingRule Digits: "
+                            "\"com.kalmira.pde.print-mode-ovm.departmentCode\" is no rule."));
+}
+
+TEST_F(checkPPDTest, HasNothingToSayOfLinesOfOursThatHaveAnEffect)
+{
+    add("*KLSettingSource PrintMode: \"mode\"\n*KLSettingValue PrintMode.Private: \"1\"\n"
+        "*KLChoiceSource job-password: \"PrintMode Private\"\n"
+        "*KLSettingRule Digits: \"com.kalmira.pde.print-mode-ovm.departmentCode 1 8\"\n");
+    EXPECT_THAT(mistakes(), IsEmpty());
 }
 
 // Options by name

@@ -1,0 +1,184 @@
+#include "settingRules.h"
+
+#include "KLPrintOptions.h"
+#include "ObjectFormat.h"
+#include "Text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <sstream>
+
+namespace {
+
+using Limits = PPD::TypedLimits;
+using Kind = Limits::Kind;
+
+struct Rule {
+    std::string key;
+    std::string name; ///< what the user knows the setting by
+    Limits limits;
+    bool emptyMayPass;
+};
+
+//
+// The rules of a PPD
+//
+
+/// The option that feeds the key, else the key.
+std::string nameOf(const std::string &key, const PPD &ppd)
+{
+    for (const PPD::Attribute &line : ppd.attributes("KLSettingSource")) {
+        if (line.value == key && ppd.hasOption(line.specifier))
+            return line.specifier;
+    }
+    return key;
+}
+
+std::optional<Kind> kindNamed(const std::string &name)
+{
+    if (name == "Digits")
+        return Kind::Digits;
+    if (name == "Characters")
+        return Kind::Characters;
+    return std::nullopt;
+}
+
+/// The rule that a line "KLSettingRule" says, not yet named; nullopt when it says none.
+std::optional<Rule> ruleOf(const PPD::Attribute &line)
+{
+    std::istringstream words(line.value);
+    Rule rule = {};
+    const auto kind = kindNamed(line.specifier);
+    if (!kind || !(words >> rule.key >> rule.limits.from >> rule.limits.to))
+        return std::nullopt;
+    rule.limits.kind = *kind;
+    return rule;
+}
+
+std::vector<Rule> statedRules(const PPD &ppd)
+{
+    std::vector<Rule> rules;
+    for (const PPD::Attribute &line : ppd.attributes("KLSettingRule")) {
+        if (auto rule = ruleOf(line)) {
+            rule->name = nameOf(rule->key, ppd);
+            rules.push_back(std::move(*rule));
+        }
+    }
+    return rules;
+}
+
+std::vector<Rule> rulesOfTypedValues(const PPD &ppd)
+{
+    std::vector<Rule> rules;
+    for (const PPD::Attribute &line : ppd.attributes("KLSettingSource")) {
+        if (const auto limits = ppd.typedLimits(line.specifier))
+            rules.push_back({line.value, line.specifier, *limits, true});
+    }
+    return rules;
+}
+
+//
+// Keeping to one
+//
+
+std::size_t countOfCharacters(std::string_view text)
+{
+    return static_cast<std::size_t>(std::ranges::count_if(
+        text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+}
+
+bool isWithin(double number, const Limits &limits)
+{
+    return number >= limits.from && number <= limits.to;
+}
+
+bool isNumberWithin(std::string_view text, const Limits &limits)
+{
+    double number = 0;
+    const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
+    return end.ec == std::errc() && end.ptr == text.data() + text.size() &&
+           isWithin(number, limits);
+}
+
+bool keepsTo(const Limits &limits, std::string_view value)
+{
+    switch (limits.kind) {
+    case Kind::Digits:
+        return value.find_first_not_of("0123456789") == std::string_view::npos &&
+               isWithin(static_cast<double>(value.size()), limits);
+    case Kind::Characters:
+        return isWithin(static_cast<double>(countOfCharacters(value)), limits);
+    case Kind::Number:
+        return isNumberWithin(value, limits);
+    }
+    return true;
+}
+
+std::string inWords(const Limits &limits)
+{
+    std::ostringstream words;
+    words.imbue(std::locale::classic());
+    if (limits.kind == Kind::Number)
+        words << "be a number from " << limits.from << " to " << limits.to;
+    else if (limits.from == limits.to)
+        words << "have " << limits.from;
+    else
+        words << "have " << limits.from << " to " << limits.to;
+    if (limits.kind == Kind::Digits)
+        words << " digits and nothing else";
+    else if (limits.kind == Kind::Characters)
+        words << " characters";
+    return words.str();
+}
+
+std::optional<std::string> objectionTo(const Rule &rule, const KLPrintOptions &options)
+{
+    const auto value = options.valueForKey(rule.key);
+    const std::string text = value ? Platform::description(*value) : std::string();
+    if (!value || (text.empty() && rule.emptyMayPass) || keepsTo(rule.limits, text))
+        return std::nullopt;
+    return rule.name + " must " + inWords(rule.limits);
+}
+
+//
+// Encrypted passwords
+//
+
+bool isSource(const PPD &ppd, std::string_view source)
+{
+    const auto names = [&](const PPD::Attribute &line) { return line.specifier == source; };
+    return std::ranges::any_of(ppd.attributes("KLSettingSource"), names) ||
+           std::ranges::any_of(ppd.attributes("KLChoiceSource"), names);
+}
+
+std::optional<std::string> objectionToEncryption(const KLPrintOptions &options)
+{
+    const auto password = options.valueForKeyWithDefault("job-password", "");
+    const auto encryption = options.valueForKeyWithDefault("job-password-encryption", "none");
+    if (!isSource(options.ppd(), "job-password") || password == KLValue("") ||
+        encryption == KLValue("none"))
+        return std::nullopt;
+    return "job-password must not be encrypted (job-password-encryption), the printer could not be "
+           "told it";
+}
+
+} // namespace
+
+std::optional<std::string> objectionToSettings(const KLPrintOptions &options)
+{
+    if (auto objection = objectionToEncryption(options))
+        return objection;
+    std::vector<Rule> rules = statedRules(options.ppd());
+    std::ranges::move(rulesOfTypedValues(options.ppd()), std::back_inserter(rules));
+    for (const Rule &rule : rules) {
+        if (auto objection = objectionTo(rule, options))
+            return objection;
+    }
+    return std::nullopt;
+}
+
+bool isSettingRule(const PPD::Attribute &line)
+{
+    return ruleOf(line).has_value();
+}

@@ -1,0 +1,77 @@
+#include "settingSources.h"
+
+#include "optionName.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace {
+
+const std::string *find(const JobOptions &options, std::string_view name)
+{
+    const auto found = std::ranges::find(options, name, &JobOptions::value_type::first);
+    return found != options.end() ? &found->second : nullptr;
+}
+
+/// Whether the job has a value of its own under the key, of whatever kind.
+bool carries(const JobOptions &job, const std::string &key)
+{
+    return std::ranges::any_of(
+        job, [&key](const auto &option) { return optionName(option.first).key == key; });
+}
+
+std::string valueOfChoice(const PPD &ppd, const std::string &option, const std::string &choice)
+{
+    for (const PPD::Attribute &line : ppd.attributes("KLSettingValue")) {
+        if (line.specifier == option + "." + choice)
+            return line.value;
+    }
+    return choice;
+}
+
+std::optional<std::string> saidByOption(const PPD &ppd, const std::string &option)
+{
+    const auto choice = ppd.markedChoice(option);
+    if (!choice || *choice == "None")
+        return std::nullopt;
+    const auto typed = ppd.typedValue(option);
+    return typed ? typed : valueOfChoice(ppd, option, *choice);
+}
+
+/// What a source says; nullopt when it says nothing.
+std::optional<std::string> saidBy(const std::string &source, const PPD &ppd, const JobOptions &job)
+{
+    std::optional<std::string> said;
+    if (ppd.hasOption(source))
+        said = saidByOption(ppd, source);
+    else if (const std::string *value = find(job, source))
+        said = *value;
+    return said && !said->empty() ? said : std::nullopt;
+}
+
+} // namespace
+
+JobOptions fedSettings(const PPD &ppd, const JobOptions &job)
+{
+    JobOptions fed;
+    for (const PPD::Attribute &line : ppd.attributes("KLSettingSource")) {
+        if (carries(job, line.value) || find(fed, line.value) != nullptr)
+            continue;
+        if (auto said = saidBy(line.specifier, ppd, job))
+            fed.emplace_back(line.value, std::move(*said));
+    }
+    return fed;
+}
+
+JobOptions chosenOptions(const PPD &ppd, const JobOptions &job)
+{
+    JobOptions chosen;
+    for (const PPD::Attribute &line : ppd.attributes("KLChoiceSource")) {
+        std::istringstream words(line.value);
+        std::string option;
+        std::string choice;
+        if (words >> option >> choice && saidBy(line.specifier, ppd, job))
+            chosen.emplace_back(option, choice);
+    }
+    return chosen;
+}
