@@ -97,13 +97,22 @@ std::string textOfNumber(float number)
     return end.ec == std::errc() ? std::string(digits, end.ptr) : std::string();
 }
 
-std::optional<std::string> valueOf(const ppd_cparam_t &parameter)
+/// Null for a number, and when nothing was typed.
+char *typedText(const ppd_cparam_t &parameter)
 {
     switch (parameter.type) {
     case PPD_CUSTOM_PASSCODE:
     case PPD_CUSTOM_PASSWORD:
     case PPD_CUSTOM_STRING:
-        return textOf(parameter.current.custom_string);
+        return parameter.current.custom_string;
+    default:
+        return nullptr;
+    }
+}
+
+std::optional<std::string> valueOf(const ppd_cparam_t &parameter)
+{
+    switch (parameter.type) {
     case PPD_CUSTOM_INT:
         return std::to_string(parameter.current.custom_int);
     case PPD_CUSTOM_CURVE:
@@ -111,10 +120,9 @@ std::optional<std::string> valueOf(const ppd_cparam_t &parameter)
     case PPD_CUSTOM_POINTS:
     case PPD_CUSTOM_REAL:
         return textOfNumber(parameter.current.custom_real);
-    case PPD_CUSTOM_UNKNOWN:
-        break;
+    default:
+        return textOf(typedText(parameter));
     }
-    return std::nullopt;
 }
 
 std::optional<PPD::TypedLimits> limitsOf(const ppd_cparam_t &parameter)
@@ -154,28 +162,13 @@ PPD::Option describe(ppd_file_t *ppd, const ppd_option_t &option)
     return described;
 }
 
-bool isText(const ppd_cparam_t &parameter)
-{
-    switch (parameter.type) {
-    case PPD_CUSTOM_PASSCODE:
-    case PPD_CUSTOM_PASSWORD:
-    case PPD_CUSTOM_STRING:
-        return parameter.current.custom_string != nullptr;
-    default:
-        return false;
-    }
-}
-
 /// In the texts that a job has given to the option's parameters.
 void blankControls(ppd_coption_t &option)
 {
     for (const auto *parameter = ppdFirstCustomParam(&option); parameter != nullptr;
          parameter = ppdNextCustomParam(&option)) {
-        if (isText(*parameter))
-            std::ranges::replace_if(parameter->current.custom_string,
-                                    parameter->current.custom_string +
-                                        std::strlen(parameter->current.custom_string),
-                                    Platform::isControl, ' ');
+        if (char *const text = typedText(*parameter))
+            std::ranges::replace_if(text, text + std::strlen(text), Platform::isControl, ' ');
     }
 }
 
