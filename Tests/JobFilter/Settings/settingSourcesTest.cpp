@@ -181,3 +181,16 @@ TEST_F(settingSourcesTest, ALineThatNamesNoChoiceChoosesNothing)
                                     "*KLChoiceSource job-account-id: \"\"\n");
     EXPECT_EQ(KLValue("Normal"), stored("job-account-id=1", "PrintMode"));
 }
+
+// A pinned user
+
+TEST_F(settingSourcesTest, NoSourceSaysWhoPrintsWhereThePPDPinsThat)
+{
+    const std::string lines = "*KLSettingSource job-account-id: \"com.kalmira.username\"\n"
+                              "*KLSettingSource job-account-id: \"code\"\n";
+    usePPD(lines);
+    EXPECT_EQ(KLValue("otto"), stored("job-account-id=otto", "com.kalmira.username"));
+    usePPD(lines + "*KLPinnedUser: True\n");
+    EXPECT_EQ(std::nullopt, stored("job-account-id=otto", "com.kalmira.username"));
+    EXPECT_EQ(KLValue("otto"), stored("job-account-id=otto", "code"));
+}
