@@ -1,6 +1,8 @@
 #include "FilterProgram.h"
 #include "KLJobControlStripper.h"
+#include "KLPageCounter.h"
 #include "Streams.h"
+#include "accountingRules.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -18,9 +20,9 @@ void writeToStandardOutput(std::string_view bytes)
         throw FatalError("Unable to write print data");
 }
 
-void stripJobControl(FILE *input)
+void stripJobControl(FILE *input, const KLJobControlStripper::Sink &sink)
 {
-    KLJobControlStripper stripper(writeToStandardOutput);
+    KLJobControlStripper stripper(sink);
     std::vector<char> block(kBlockSize);
     while (const auto length = std::fread(block.data(), 1, block.size(), input))
         stripper.strip({block.data(), length});
@@ -33,12 +35,33 @@ void stripJobControl(FILE *input)
         std::fputs("ERROR: The job holds job control only, there is nothing to print\n", stderr);
 }
 
-void stripFile(const char *path)
+void stripJob(const FilterArguments &arguments, const KLJobControlStripper::Sink &sink)
 {
-    const Platform::Stream file = Platform::openForReading(path);
+    if (arguments.file == nullptr)
+        return stripJobControl(stdin, sink);
+    const Platform::Stream file = Platform::openForReading(arguments.file);
     if (!file)
         throw FatalError("Unable to read from input");
-    stripJobControl(file.get());
+    stripJobControl(file.get(), sink);
+}
+
+/// Tells the scheduler, which adds up the copies of the lines. Each is one write.
+void reportPages(std::size_t pages, int copies)
+{
+    for (std::size_t page = 1; page <= pages; ++page)
+        std::fprintf(stderr, "PAGE: %zu %d\n", page, copies);
+}
+
+void stripAndCount(const FilterArguments &arguments)
+{
+    KLPageCounter counter;
+    stripJob(arguments, [&counter](std::string_view bytes) {
+        writeToStandardOutput(bytes);
+        counter.count(bytes);
+    });
+    // Not before all has gone out: a job that fails until then is not printed.
+    if (const auto pages = counter.pages())
+        reportPages(*pages, copiesOfHeader(arguments.options, arguments.copies));
 }
 
 } // namespace
@@ -50,7 +73,10 @@ int main(int argc, char *argv[])
     if (!arguments)
         return EXIT_FAILURE;
     try {
-        arguments->file != nullptr ? stripFile(arguments->file) : stripJobControl(stdin);
+        if (asksForPageAccounting(std::getenv("PPD")))
+            stripAndCount(*arguments);
+        else
+            stripJob(*arguments, writeToStandardOutput);
     } catch (const std::exception &error) {
         std::fprintf(stderr, "CRIT: %s\n", error.what());
         // Not through exit(): a buffer that could not be written is not tried again.

@@ -1,6 +1,7 @@
 #include "Streams.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/sendfile.h>
@@ -111,6 +112,17 @@ Stream openTemporary()
 {
     Descriptor file(memfd_create("temporary", MFD_CLOEXEC));
     return file.number() < 0 ? nullptr : streamOf(std::move(file), "w+b");
+}
+
+Stream openTemporaryIn(const std::string &folder)
+{
+    // Not with O_TMPFILE, which some file systems do not have.
+    std::string path = folder + "/jobfilter-XXXXXX";
+    const int descriptor = mkostemp(path.data(), O_CLOEXEC);
+    if (descriptor < 0)
+        return nullptr;
+    unlink(path.c_str());
+    return streamOf(descriptor, "w+b");
 }
 
 bool moveInKernel(FILE *input, FILE *output)

@@ -61,6 +61,12 @@ bool makeEmpty(int descriptor);
 /// @return null on failure, with errno set.
 Stream openTemporary();
 
+/// Opens an anonymous temporary stream for writing and reading, in a folder: what may be too large
+/// for memory. It has no name, and is gone with the stream, however the process ends. Not inherited
+/// by children.
+/// @return null on failure, with errno set.
+Stream openTemporaryIn(const std::string &folder);
+
 /// Has the kernel move the rest of one stream to the other by itself, without a copy in this
 /// program's memory (splice(2), sendfile(2)), which for a large file costs a fraction of reading
 /// and writing it.
