@@ -1,3 +1,4 @@
+#include "PDFBuilder.h"
 #include "Program.h"
 #include "TemporaryFolder.h"
 
@@ -7,6 +8,7 @@
 #include <fcntl.h>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 using Support::ProgramCall;
 using Support::runProgram;
@@ -178,6 +180,121 @@ TEST(NoJCLProgramTest, MemoryDoesNotGrowWithTheJob)
     const long memoryForLittle = memoryFor(little);
     EXPECT_LT(memoryFor(ends), memoryForLittle + kMuch);
     EXPECT_LT(memoryFor(line), memoryForLittle + kMuch);
+}
+
+class NoJCLAccountingTest : public testing::Test {
+protected:
+    /// Runs the filter on a queue that asks for accounting.
+    Support::ProgramResult run(const std::string &input, const std::string &copies = "1",
+                               const std::string &options = "") const
+    {
+        return runProgram({.arguments = {KL_NOJCL, "1", "anna", "title", copies, options},
+                           .environment = {{"PPD", KL_SAMPLE_PPD}, {"TMPDIR", _folder.path()}},
+                           .input = input});
+    }
+
+    /// The names of files that were left behind.
+    std::vector<std::string> files() const { return _folder.names(); }
+
+    static inline const std::string kTwoPages =
+        "%!PS-Adobe-3.0\n%%Page: 1 1\nshowpage\n%%Page: 2 2\nshowpage\n%%EOF\n";
+
+private:
+    TemporaryFolder _folder;
+};
+
+std::string twoPagesOfPDF()
+{
+    Support::PDFBuilder builder;
+    builder.addPage("/MediaBox [0 0 9 9]");
+    builder.addPage("/MediaBox [0 0 9 9]");
+    return builder.document();
+}
+
+TEST_F(NoJCLAccountingTest, EachPageIsALineWithTheCopies)
+{
+    const auto result = run(kTwoPages, "3");
+    EXPECT_EQ("PAGE: 1 3\nPAGE: 2 3\n", result.errors);
+    EXPECT_EQ(kTwoPages, result.output);
+    EXPECT_EQ(0, result.exitStatus);
+}
+
+TEST_F(NoJCLAccountingTest, PagesOfPDFToo)
+{
+    const auto result = run(twoPagesOfPDF(), "3");
+    EXPECT_EQ("PAGE: 1 3\nPAGE: 2 3\n", result.errors);
+    EXPECT_EQ(twoPagesOfPDF(), result.output);
+    EXPECT_EQ(0, result.exitStatus);
+    EXPECT_THAT(files(), testing::IsEmpty());
+}
+
+TEST_F(NoJCLAccountingTest, JobControlAroundThePagesIsNoneOfThem)
+{
+    const auto result = run(kMarker + "@PJL COMMENT\n%%Page: 7 7\n@PJL ENTER LANGUAGE=POSTSCRIPT\n" +
+                            kTwoPages + kMarker + "@PJL EOJ\n");
+    EXPECT_EQ("PAGE: 1 1\nPAGE: 2 1\n", result.errors);
+    EXPECT_EQ(kTwoPages, result.output);
+}
+
+TEST_F(NoJCLAccountingTest, CopiesAreThoseOfTheHeader)
+{
+    EXPECT_EQ("PAGE: 1 4\nPAGE: 2 4\n", run(kTwoPages, "3", "com.kalmira.copies=4").errors);
+}
+
+TEST_F(NoJCLAccountingTest, DataWithoutStructureSayNothing)
+{
+    const std::string plain = "%!\nshowpage\nshowpage\n";
+    const std::string damaged = twoPagesOfPDF().substr(0, 100);
+    for (const std::string &data : {std::string(), plain, damaged}) {
+        const auto result = run(data);
+        EXPECT_EQ("", result.errors);
+        EXPECT_EQ(data, result.output);
+        EXPECT_EQ(0, result.exitStatus);
+    }
+}
+
+TEST_F(NoJCLAccountingTest, PDFThatCannotBeKeptIsPrintedUncounted)
+{
+    const auto result = runProgram({.arguments = {KL_NOJCL, "1", "anna", "title", "1", ""},
+                                    .environment = {{"PPD", KL_SAMPLE_PPD}, {"TMPDIR", "/nowhere"}},
+                                    .input = twoPagesOfPDF()});
+    EXPECT_EQ("", result.errors);
+    EXPECT_EQ(twoPagesOfPDF(), result.output);
+    EXPECT_EQ(0, result.exitStatus);
+}
+
+TEST_F(NoJCLAccountingTest, JobThatCouldNotBeWrittenIsNotCounted)
+{
+    const auto result = runProgram({.arguments = {KL_NOJCL, "1", "anna", "title", "1", ""},
+                                    .environment = {{"PPD", KL_SAMPLE_PPD}},
+                                    .input = kTwoPages,
+                                    .inChild = [] {
+                                        close(1);
+                                        open("/dev/full", O_WRONLY);
+                                    }});
+    EXPECT_EQ(kUnableToWrite, result.errors);
+    EXPECT_EQ(1, result.exitStatus);
+}
+
+TEST_F(NoJCLAccountingTest, QueueThatDoesNotAskGetsNoLines)
+{
+    const auto result = runProgram({.arguments = {KL_NOJCL, "1", "anna", "title", "1", ""},
+                                    .environment = {{"PPD", "/nowhere"}},
+                                    .input = kTwoPages});
+    EXPECT_EQ("", result.errors);
+    EXPECT_EQ(kTwoPages, result.output);
+}
+
+// Whatever is not asked for is not loaded: no libcups, no libqpdf.
+TEST_F(NoJCLAccountingTest, LoadsNothingForPostScript)
+{
+    const auto result =
+        runProgram({.arguments = {KL_NOJCL, "1", "anna", "title", "1", ""},
+                    .environment = {{"PPD", KL_SAMPLE_PPD}, {"LD_DEBUG", "files"}},
+                    .input = kTwoPages});
+    EXPECT_THAT(result.errors, testing::HasSubstr("PAGE: 2 1\n"));
+    EXPECT_THAT(result.errors, testing::HasSubstr("libc.so"));
+    EXPECT_THAT(result.errors, testing::Not(testing::ContainsRegex("Module|libcups|libqpdf")));
 }
 
 } // namespace

@@ -38,6 +38,7 @@ Browsing No
 WebInterface No
 DefaultAuthType None
 JobKillDelay 1
+PageLogFormat %p %j %P %C
 <Location />
   Order allow,deny
   Allow all
@@ -241,6 +242,33 @@ std::string PrivateScheduler::printerMessage(const std::string &queue) const
 std::string PrivateScheduler::queueURI(const std::string &queue) const
 {
     return "ipp://127.0.0.1:" + std::to_string(_port) + "/printers/" + queue;
+}
+
+int PrivateScheduler::jobNumber(int job, const std::string &attribute) const
+{
+    const Response response =
+        ask(_port, IPP_OP_GET_JOB_ATTRIBUTES, "job-uri",
+            "ipp://127.0.0.1:" + std::to_string(_port) + "/jobs/" + std::to_string(job));
+    ipp_attribute_t *const found =
+        ippFindAttribute(response.get(), attribute.c_str(), IPP_TAG_INTEGER);
+    if (found == nullptr)
+        throw std::runtime_error("the job has no " + attribute);
+    return ippGetInteger(found, 0);
+}
+
+std::vector<std::string> PrivateScheduler::pageLog(int job) const
+{
+    std::vector<std::string> pages;
+    if (!fs::exists(_folder.file("page_log")))
+        return pages;
+    std::istringstream all(readFile(_folder.file("page_log")));
+    std::string queue;
+    int number = 0;
+    std::string page;
+    while (all >> queue >> number && std::getline(all >> std::ws, page))
+        if (number == job)
+            pages.push_back(page);
+    return pages;
 }
 
 std::string PrivateScheduler::log(int job) const

@@ -54,6 +54,13 @@ public:
     /// @throws std::runtime_error, with the job's log, after a minute
     JobStatus waitForJob(int job) const;
 
+    /// What the scheduler's record of a job says, for instance as "job-impressions-completed".
+    /// @throws std::runtime_error when it has no such number
+    int jobNumber(int job, const std::string &attribute) const;
+
+    /// What the page log says of a job, a line each: the page and its copies, "1 3".
+    std::vector<std::string> pageLog(int job) const;
+
     /// The printer's state message, as lpstat(1) shows it.
     std::string printerMessage(const std::string &queue) const;
 
