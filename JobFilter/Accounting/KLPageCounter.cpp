@@ -16,8 +16,7 @@ class MappedFile {
 public:
     /// @param length  in bytes, not 0
     MappedFile(int descriptor, std::size_t length)
-        : _length(length),
-          _address(mmap(nullptr, length, PROT_READ, MAP_SHARED, descriptor, 0))
+        : _length(length), _address(mmap(nullptr, length, PROT_READ, MAP_SHARED, descriptor, 0))
     {
     }
     ~MappedFile()

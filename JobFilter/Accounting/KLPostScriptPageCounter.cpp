@@ -25,9 +25,9 @@ bool isBlank(char byte)
 /// Whether the line is this comment, with or without a value.
 bool isComment(std::string_view line, std::string_view keyword)
 {
-    return line.starts_with(keyword) && (line.size() == keyword.size() ||
-                                         line[keyword.size()] == ':' ||
-                                         isBlank(line[keyword.size()]));
+    return line.starts_with(keyword) &&
+           (line.size() == keyword.size() || line[keyword.size()] == ':' ||
+            isBlank(line[keyword.size()]));
 }
 
 /// What follows the keyword, without blanks before it.
@@ -194,8 +194,8 @@ void KLPostScriptPageCounter::beginEmbeddedDocument()
 
 void KLPostScriptPageCounter::beginDocument()
 {
-    _isUnclear = _isUnclear || !_line.starts_with("%!PS-Adobe-") ||
-                 (_inDocument && _pagesOfDocument == 0);
+    _isUnclear =
+        _isUnclear || !_line.starts_with("%!PS-Adobe-") || (_inDocument && _pagesOfDocument == 0);
     _inDocument = true;
     _mayBegin = false;
     _pagesOfDocument = 0;

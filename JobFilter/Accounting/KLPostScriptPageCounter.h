@@ -10,9 +10,9 @@
 /// they pass by block by block.
 ///
 /// A document begins at a line that begins with "%!", at the start of the stream (perhaps behind
-/// blanks, line ends and control-Ds), behind an %%EOF comment, or right behind a control-D; it keeps
-/// the conventions when that line begins with "%!PS-Adobe-". Each "%%Page:" comment is a page. Lines
-/// end at LF, CR or CR LF.
+/// blanks, line ends and control-Ds), behind an %%EOF comment, or right behind a control-D; it
+/// keeps the conventions when that line begins with "%!PS-Adobe-". Each "%%Page:" comment is a
+/// page. Lines end at LF, CR or CR LF.
 ///
 /// What lies between %%BeginDocument and %%EndDocument, between %%BeginBinary and %%EndBinary and
 /// between %%BeginData and %%EndData is content, whatever it looks like. Binary and data end at the
@@ -55,7 +55,7 @@ private:
     std::uint64_t _lineBegin = 0;
     bool _followsControlD = false; ///< that line
 
-    std::string_view _dataEnd;    ///< the comment that ends the data; empty outside data
+    std::string_view _dataEnd;      ///< the comment that ends the data; empty outside data
     std::uint64_t _behindCount = 0; ///< where the data end by their count; 0 for none
     bool _hasInnerEnd = false;      ///< such a comment lies before that
     std::uint64_t _depth = 0;       ///< of embedded documents

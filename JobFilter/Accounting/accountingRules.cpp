@@ -55,7 +55,8 @@ std::string contentOf(const char *path)
 std::optional<std::string_view> valueOfOurLine(std::string_view line)
 {
     const auto colon = line.find(':');
-    if (colon == std::string_view::npos || !isEqual(without(line.substr(0, colon), " \t"), kKeyword))
+    if (colon == std::string_view::npos ||
+        !isEqual(without(line.substr(0, colon), " \t"), kKeyword))
         return std::nullopt;
     return without(line.substr(colon + 1), " \t\"");
 }

@@ -24,11 +24,11 @@ void sendPages(const ChildMessageSender &answer, std::string_view pdf)
 
 std::optional<std::size_t> pagesOfPDFWithModule(std::string_view pdf)
 {
-    const ChildReport report = messagesFromChild(
-        [pdf](const ChildMessageSender &answer) { sendPages(answer, pdf); },
-        {.deadline = std::chrono::steady_clock::now() + kTimeLimit,
-         .silence = kTimeLimit,
-         .memory = kMemoryLimit});
+    const ChildReport report =
+        messagesFromChild([pdf](const ChildMessageSender &answer) { sendPages(answer, pdf); },
+                          {.deadline = std::chrono::steady_clock::now() + kTimeLimit,
+                           .silence = kTimeLimit,
+                           .memory = kMemoryLimit});
     if (report.error || report.messages.size() != 1)
         return std::nullopt;
     const std::string &text = report.messages.front().text;

@@ -40,23 +40,23 @@ protected:
     /// A queue whose jobs are refused once so many pages have been printed on it.
     static void addLimitedQueue(const std::string &name, int pages)
     {
-        addQueue(name, {"-o", "job-quota-period=3600", "-o",
-                        "job-page-limit=" + std::to_string(pages)});
+        addQueue(name,
+                 {"-o", "job-quota-period=3600", "-o", "job-page-limit=" + std::to_string(pages)});
     }
 
     static void expectRefusal(const std::vector<std::string> &arguments)
     {
-        EXPECT_THAT([&] { scheduler().submit(arguments); },
-                    testing::ThrowsMessage<std::runtime_error>(
-                        testing::HasSubstr("Quota limit reached")));
+        EXPECT_THAT(
+            [&] { scheduler().submit(arguments); },
+            testing::ThrowsMessage<std::runtime_error>(testing::HasSubstr("Quota limit reached")));
     }
 };
 
 /// Queue, document and its pages, copies.
 using Wish = std::tuple<const char *, std::pair<const char *, int>, int>;
 
-class AccountingOfDocumentsTest : public AccountingTest, public testing::WithParamInterface<Wish> {
-};
+class AccountingOfDocumentsTest : public AccountingTest,
+                                  public testing::WithParamInterface<Wish> {};
 
 TEST_P(AccountingOfDocumentsTest, EveryPageCountsOnceForEachCopy)
 {
@@ -92,14 +92,14 @@ TEST_F(AccountingTest, CopiesThatTheHeaderHasFromAnOptionCount)
 
 TEST_F(AccountingTest, SeveralPagesOnASideAreOnePage)
 {
-    EXPECT_EQ(3, impressions(
-                     printedJob({"-d", kQueue, "-o", "number-up=2", document("sample.pdf")})));
+    EXPECT_EQ(3,
+              impressions(printedJob({"-d", kQueue, "-o", "number-up=2", document("sample.pdf")})));
 }
 
 TEST_F(AccountingTest, PagesThatAreLeftOutDoNotCount)
 {
-    EXPECT_EQ(2, impressions(
-                     printedJob({"-d", kQueue, "-o", "page-ranges=2-3", document("sample.ps")})));
+    EXPECT_EQ(
+        2, impressions(printedJob({"-d", kQueue, "-o", "page-ranges=2-3", document("sample.ps")})));
 }
 
 // The toolkit puts them two on a side only after they have been counted.
@@ -111,8 +111,8 @@ TEST_F(AccountingTest, PagesOfABookletCountAsThoseOfTheDocument)
 
 TEST_F(AccountingTest, FilesOfAJobAddUp)
 {
-    EXPECT_EQ(6, impressions(
-                     printedJob({"-d", kQueue, document("sample.ps"), document("sample.png")})));
+    EXPECT_EQ(
+        6, impressions(printedJob({"-d", kQueue, document("sample.ps"), document("sample.png")})));
 }
 
 TEST_F(AccountingTest, BannersCountOnceForAllCopies)

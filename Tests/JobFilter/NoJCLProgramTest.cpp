@@ -230,8 +230,9 @@ TEST_F(NoJCLAccountingTest, PagesOfPDFToo)
 
 TEST_F(NoJCLAccountingTest, JobControlAroundThePagesIsNoneOfThem)
 {
-    const auto result = run(kMarker + "@PJL COMMENT\n%%Page: 7 7\n@PJL ENTER LANGUAGE=POSTSCRIPT\n" +
-                            kTwoPages + kMarker + "@PJL EOJ\n");
+    const auto result =
+        run(kMarker + "@PJL COMMENT\n%%Page: 7 7\n@PJL ENTER LANGUAGE=POSTSCRIPT\n" + kTwoPages +
+            kMarker + "@PJL EOJ\n");
     EXPECT_EQ("PAGE: 1 1\nPAGE: 2 1\n", result.errors);
     EXPECT_EQ(kTwoPages, result.output);
 }
@@ -288,10 +289,9 @@ TEST_F(NoJCLAccountingTest, QueueThatDoesNotAskGetsNoLines)
 // Whatever is not asked for is not loaded: no libcups, no libqpdf.
 TEST_F(NoJCLAccountingTest, LoadsNothingForPostScript)
 {
-    const auto result =
-        runProgram({.arguments = {KL_NOJCL, "1", "anna", "title", "1", ""},
-                    .environment = {{"PPD", KL_SAMPLE_PPD}, {"LD_DEBUG", "files"}},
-                    .input = kTwoPages});
+    const auto result = runProgram({.arguments = {KL_NOJCL, "1", "anna", "title", "1", ""},
+                                    .environment = {{"PPD", KL_SAMPLE_PPD}, {"LD_DEBUG", "files"}},
+                                    .input = kTwoPages});
     EXPECT_THAT(result.errors, testing::HasSubstr("PAGE: 2 1\n"));
     EXPECT_THAT(result.errors, testing::HasSubstr("libc.so"));
     EXPECT_THAT(result.errors, testing::Not(testing::ContainsRegex("Module|libcups|libqpdf")));

@@ -136,8 +136,7 @@ TEST(KLPostScriptPageCounterTest, CountedDataMayHoldTheirOwnEnd)
 {
     for (const std::string lineEnd : {"\n", "\r", "\r\n"}) {
         const std::string data = "%%EndBinary" + lineEnd + "%%Page: 9 9 and more" + lineEnd;
-        const std::string begin =
-            "%%BeginBinary: " + std::to_string(data.size()) + lineEnd + data;
+        const std::string begin = "%%BeginBinary: " + std::to_string(data.size()) + lineEnd + data;
         EXPECT_EQ(2U, pagesOf(document(begin + "%%EndBinary" + lineEnd, lineEnd)));
         // A line end in front of the end comment that does not count.
         EXPECT_EQ(2U, pagesOf(document(begin + lineEnd + "%%EndBinary" + lineEnd, lineEnd)));
@@ -148,9 +147,9 @@ TEST(KLPostScriptPageCounterTest, CountedDataNeedNoLineEndBeforeTheirEnd)
 {
     for (const std::string lineEnd : {"\n", "\r", "\r\n"}) {
         for (const std::string data : {"0123456789", "01234\n%789", "%123456789"})
-            EXPECT_EQ(2U, pagesOf(document("%%BeginBinary: 10" + lineEnd + data + "%%EndBinary" +
-                                               lineEnd,
-                                           lineEnd)))
+            EXPECT_EQ(
+                2U, pagesOf(document("%%BeginBinary: 10" + lineEnd + data + "%%EndBinary" + lineEnd,
+                                     lineEnd)))
                 << data;
     }
 }

@@ -33,8 +33,8 @@ TEST(AsksForPageAccountingTest, EverythingElseDoesNot)
     for (const std::string ppd :
          {"", "*KLPageAccounting", "*KLPageAccounting:", "*KLPageAccounting: False",
           "*KLPageAccounting: Truely", "*KLPageAccountings: True", "KLPageAccounting: True",
-          "*%*KLPageAccounting: True", "*% off: *KLPageAccounting: True", " *KLPageAccounting: True",
-          "*PageAccounting: True"})
+          "*%*KLPageAccounting: True", "*% off: *KLPageAccounting: True",
+          " *KLPageAccounting: True", "*PageAccounting: True"})
         EXPECT_FALSE(asks(ppd)) << ppd;
 }
 

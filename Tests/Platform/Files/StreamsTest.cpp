@@ -33,6 +33,7 @@ TEST(StreamsTest, NoStreamIsInheritedByChildren)
     EXPECT_TRUE(isClosedOnExec(openForReading(path)));
     EXPECT_TRUE(isClosedOnExec(openForWriting(path)));
     EXPECT_TRUE(isClosedOnExec(openTemporary()));
+    EXPECT_TRUE(isClosedOnExec(openTemporaryIn(folder.path())));
 }
 
 TEST(StreamsTest, AStreamTakesItsDescriptorOver)
@@ -93,6 +94,32 @@ TEST(StreamsTest, ATemporaryStreamIsReadBackAndLiesOnNoDisk)
     struct statfs status = {};
     ASSERT_EQ(0, fstatfs(fileno(stream.get()), &status));
     EXPECT_EQ(TMPFS_MAGIC, status.f_type);
+}
+
+TEST(StreamsTest, ATemporaryStreamInAFolderIsReadBackAndHasNoName)
+{
+    const Support::TemporaryFolder folder;
+    const Stream stream = openTemporaryIn(folder.path());
+    ASSERT_TRUE(stream);
+    EXPECT_TRUE(folder.names().empty());
+    std::fputs("pages", stream.get());
+    std::rewind(stream.get());
+    std::array<char, 9> text = {};
+    EXPECT_STREQ("pages", std::fgets(text.data(), text.size(), stream.get()));
+    struct stat status = {};
+    struct stat ofFolder = {};
+    ASSERT_EQ(0, fstat(fileno(stream.get()), &status));
+    ASSERT_EQ(0, stat(folder.path().c_str(), &ofFolder));
+    EXPECT_EQ(ofFolder.st_dev, status.st_dev);
+    EXPECT_EQ(0600U, status.st_mode & 0777U);
+}
+
+TEST(StreamsTest, RefusesATemporaryStreamInAFolderThatIsNotThere)
+{
+    const Support::TemporaryFolder folder;
+    errno = 0;
+    EXPECT_FALSE(openTemporaryIn(folder.file("missing")));
+    EXPECT_EQ(ENOENT, errno);
 }
 
 TEST(StreamsTest, RefusesToReadAFolder)

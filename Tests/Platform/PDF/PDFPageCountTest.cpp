@@ -33,8 +33,9 @@ std::string encryptedDocument()
 {
     std::string pdf = document(3);
     const std::string zeros(64, '0');
-    pdf.insert(pdf.find("/Root"), "/ID [<00><00>] /Encrypt << /Filter /Standard /V 1 /R 2 /P -4 /O <" +
-                                      zeros + "> /U <" + zeros + "> >> ");
+    pdf.insert(pdf.find("/Root"),
+               "/ID [<00><00>] /Encrypt << /Filter /Standard /V 1 /R 2 /P -4 /O <" + zeros +
+                   "> /U <" + zeros + "> >> ");
     return pdf;
 }
 
@@ -71,7 +72,7 @@ TEST(PDFPageCountTest, EncryptedDocumentIsNotCounted)
 TEST(PDFPageCountTest, PageTreeThatGoesInCirclesIsNotCounted)
 {
     std::string pdf = document(1);
-    pdf.replace(pdf.find("/Kids [3 0 R"), 12, "/Kids [2 0 R");
+    pdf.replace(pdf.find("/Kids [ 3 0 R"), 13, "/Kids [ 2 0 R");
     EXPECT_EQ(std::nullopt, pagesOfPDFWithModule(pdf));
 }
 
