@@ -44,10 +44,9 @@ private:
 
 void KLPageCounter::count(std::string_view block)
 {
-    if (!_isKnown)
+    if (_start.size() < kPDFStart.size())
         block = readStart(block);
-    if (_isKnown)
-        take(block);
+    take(block);
 }
 
 /// @return what is left of the block behind the data's first bytes
@@ -56,7 +55,6 @@ std::string_view KLPageCounter::readStart(std::string_view block)
     const auto length = std::min(kPDFStart.size() - _start.size(), block.size());
     _start += block.substr(0, length);
     if (_start.size() == kPDFStart.size()) {
-        _isKnown = true;
         _isPDF = _start == kPDFStart;
         if (_isPDF)
             _pdf = Platform::openTemporaryIn(Platform::temporaryDirectory());

@@ -30,7 +30,6 @@ private:
     std::optional<std::size_t> pagesOfPDF() const;
 
     std::string _start; ///< the data's first bytes, until their kind is known
-    bool _isKnown = false;
     bool _isPDF = false;
     KLPostScriptPageCounter _postScript;
     Platform::Stream _pdf; ///< null as well when it could not be kept

@@ -38,12 +38,13 @@ std::string_view valueOf(std::string_view line)
     return line;
 }
 
-/// The number of bytes in "1234 Hex Bytes"; nullopt when there is none, and for lines.
+/// The number of bytes in "1234 Hex Bytes", or the nearest there is; nullopt when there is none, and
+/// for lines.
 std::optional<std::uint64_t> countedBytes(std::string_view value)
 {
-    std::uint64_t number = 0;
+    std::uint64_t number = UINT64_MAX; // stays so for what is larger
     const auto [rest, error] = std::from_chars(value.data(), value.data() + value.size(), number);
-    if (error != std::errc() || value.find("Lines") != std::string_view::npos)
+    if (error == std::errc::invalid_argument || value.find("Lines") != std::string_view::npos)
         return std::nullopt;
     return number;
 }
@@ -179,10 +180,9 @@ void KLPostScriptPageCounter::beginData(std::string_view end)
     const auto bytes = countedBytes(valueOf(_line));
     _dataEnd = end;
     _hasInnerEnd = false;
-    _behindCount = 0;
-    // One line end is behind the line; the second byte of another makes them near enough.
-    if (bytes && *bytes < UINT64_MAX - _position - 1)
-        _behindCount = _position + 1 + *bytes;
+    // They begin behind the line's end, which is taken for one byte.
+    const auto begin = _position + 1;
+    _behindCount = bytes ? begin + std::min(*bytes, UINT64_MAX - begin) : 0;
 }
 
 void KLPostScriptPageCounter::beginEmbeddedDocument()

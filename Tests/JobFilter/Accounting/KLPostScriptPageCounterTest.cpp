@@ -166,9 +166,13 @@ TEST(KLPostScriptPageCounterTest, CountThatIsTooLargeIsUnclear)
     // Its end is taken for that of others, with the page between.
     EXPECT_EQ(kUnclear, pagesOf(document(wrong + "showpage\n%%Page: 2 2\nshowpage\n"
                                                  "%%BeginBinary: 4\n0123\n%%EndBinary\n")));
-    EXPECT_EQ(kUnclear,
-              pagesOf(document("%%BeginBinary: 18446744073709551615\n0123\n%%EndBinary\n" +
-                               std::string("%%BeginBinary: 9") + std::string(30, '9') + "\n")));
+    for (const std::string count : {"18446744073709551615", "99999999999999999999999"})
+        EXPECT_EQ(kUnclear, pagesOf(document("%%BeginBinary: " + count + "\n0\n%%EndBinary\n")));
+}
+
+TEST(KLPostScriptPageCounterTest, CountsOfLinesAreNotLookedAt)
+{
+    EXPECT_EQ(2U, pagesOf(document("%%BeginData: 40 ASCII Lines\n%%Page: 9 9\n%%EndData\n")));
 }
 
 TEST(KLPostScriptPageCounterTest, DocumentsOfAStreamAddUp)
@@ -195,6 +199,7 @@ TEST(KLPostScriptPageCounterTest, DocumentThatIsNotFramedIsContentWherePagesFoll
 {
     const std::string bare = "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 9 9\nfill\n%%EOF\n";
     EXPECT_EQ(2U, pagesOf(document(bare)));
+    EXPECT_EQ(2U, pagesOf(document("%!\nfill\n")));
 }
 
 TEST(KLPostScriptPageCounterTest, CountGoesOnBehindAnAnswer)

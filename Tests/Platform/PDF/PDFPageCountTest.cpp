@@ -62,6 +62,13 @@ TEST(PDFPageCountTest, WhatIsNoWholePDFIsNotCounted)
     }
 }
 
+TEST(PDFPageCountTest, PageTreeWithAHoleIsNotCounted)
+{
+    std::string pdf = document(3);
+    pdf.replace(pdf.find("4 0 R"), 5, "9 0 R"); // the second page, which is not there
+    EXPECT_THROW(pagesOfPDF(pdf), std::exception);
+}
+
 TEST(PDFPageCountTest, EncryptedDocumentIsNotCounted)
 {
     ASSERT_NE(std::string::npos, encryptedDocument().find("trailer"));
