@@ -38,8 +38,8 @@ std::string_view valueOf(std::string_view line)
     return line;
 }
 
-/// The number of bytes in "1234 Hex Bytes", or the nearest there is; nullopt when there is none, and
-/// for lines.
+/// The number of bytes in "1234 Hex Bytes", or the nearest there is; nullopt when there is none,
+/// and for lines.
 std::optional<std::uint64_t> countedBytes(std::string_view value)
 {
     std::uint64_t number = UINT64_MAX; // stays so for what is larger
