@@ -39,6 +39,20 @@ bool isRefusal(int problem)
     }
 }
 
+/// For file systems that cannot make a file without a name.
+/// @param path  ends in six X
+Descriptor makeAndUnlink(std::string path)
+{
+    Descriptor file(mkostemp(path.data(), O_CLOEXEC));
+    struct stat ours = {};
+    struct stat named = {};
+    // The folder's owner may have given the name to another file.
+    if (file.number() >= 0 && fstat(file.number(), &ours) == 0 &&
+        lstat(path.c_str(), &named) == 0 && isSameFile(ours, named))
+        unlink(path.c_str());
+    return file;
+}
+
 /// Lets a pipe hold more than the usual 64 KiB, so that its two ends wait for each other less
 /// often. What the system does not allow is left.
 void widenPipe(int descriptor)
@@ -116,13 +130,10 @@ Stream openTemporary()
 
 Stream openTemporaryIn(const std::string &folder)
 {
-    // Not with O_TMPFILE, which some file systems do not have.
-    std::string path = folder + "/jobfilter-XXXXXX";
-    const int descriptor = mkostemp(path.data(), O_CLOEXEC);
-    if (descriptor < 0)
-        return nullptr;
-    unlink(path.c_str());
-    return streamOf(descriptor, "w+b");
+    Descriptor file(open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
+    if (file.number() < 0 && errno == EOPNOTSUPP)
+        file = makeAndUnlink(folder + "/jobfilter-XXXXXX");
+    return file.number() < 0 ? nullptr : streamOf(std::move(file), "w+b");
 }
 
 bool moveInKernel(FILE *input, FILE *output)
