@@ -48,22 +48,25 @@ private:
     void beginDocument();
     void beginPage();
 
-    std::uint64_t _position = 0; ///< in the stream, of the next byte
-    char _before = '\n';         ///< the byte in front of it
-    bool _inLine = false;        ///< reading a line that begins with "%", into _line
-    std::string _line;           ///< its beginning
+    // Of the stream and the line that is being read, one that begins with "%".
+    std::uint64_t _position = 0; ///< of the next byte
     std::uint64_t _lineBegin = 0;
-    bool _followsControlD = false; ///< that line
+    std::string _line; ///< its beginning
 
+    // Of what is content.
     std::string_view _dataEnd;      ///< the comment that ends the data; empty outside data
     std::uint64_t _behindCount = 0; ///< where the data end by their count; 0 for none
-    bool _hasInnerEnd = false;      ///< such a comment lies before that
     std::uint64_t _depth = 0;       ///< of embedded documents
 
-    bool _isAtStart = true; ///< of the stream, but for blanks and line ends
-    bool _mayBegin = true;  ///< a document, with the next line
-    bool _inDocument = false;
     std::size_t _pages = 0;
     std::size_t _pagesOfDocument = 0;
+
+    char _before = '\n';           ///< the byte in front of the position
+    bool _inLine = false;          ///< reading one
+    bool _followsControlD = false; ///< the line
+    bool _hasInnerEnd = false;     ///< an end comment lies before the data end by their count
+    bool _isAtStart = true;        ///< of the stream, but for blanks and line ends
+    bool _mayBegin = true;         ///< a document, with the next line
+    bool _inDocument = false;
     bool _isUnclear = false; ///< for good
 };

@@ -40,9 +40,9 @@ bool isRefusal(int problem)
 }
 
 /// For file systems that cannot make a file without a name.
-/// @param path  ends in six X
-Descriptor makeAndUnlink(std::string path)
+Descriptor makeAndUnlink(const std::string &folder)
 {
+    std::string path = folder + "/jobfilter-XXXXXX";
     Descriptor file(mkostemp(path.data(), O_CLOEXEC));
     struct stat ours = {};
     struct stat named = {};
@@ -132,7 +132,7 @@ Stream openTemporaryIn(const std::string &folder)
 {
     Descriptor file(open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
     if (file.number() < 0 && errno == EOPNOTSUPP)
-        file = makeAndUnlink(folder + "/jobfilter-XXXXXX");
+        file = makeAndUnlink(folder);
     return file.number() < 0 ? nullptr : streamOf(std::move(file), "w+b");
 }
 
