@@ -9,6 +9,7 @@
 #include <exception>
 #include <string>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -73,6 +74,22 @@ void measureThroughput(const std::string &size, const Input &input, int rounds)
             rounds, Feed::pipe);
 }
 
+/// The companion in a queue that asks for page counts, and in one that does not.
+std::vector<Candidate> companions()
+{
+    Candidate counting = filter("`jobfilter-nojcl`, counting pages", KL_NOJCL);
+    Candidate silent = program("`jobfilter-nojcl`", {KL_NOJCL, "1", "anna", "report.ps", "1", ""},
+                               {"PPD=/dev/null"});
+    return {std::move(silent), std::move(counting)};
+}
+
+void measureCompanion(const std::string &size, const Input &input, int rounds)
+{
+    std::vector<Candidate> candidates = companions();
+    candidates.insert(candidates.begin(), program("`cat`", {"cat"}));
+    compare(size + " through the companion", input, std::move(candidates), rounds, Feed::pipe);
+}
+
 void measureMemory(int rounds)
 {
     static constexpr std::array<std::size_t, 5> kSizes = {1000, kMegabyte, 100 * kMegabyte,
@@ -117,6 +134,8 @@ void run(int rounds)
 {
     measureStartUp(20 * rounds);
     measureJobsAtOnce(100 * rounds);
+    measureCompanion("a job of one page", document(1), 20 * rounds);
+    measureCompanion("200 MB", document(200 * kMegabyte), rounds);
     {
         const Input input = document(42 * kMegabyte);
         measureThroughput("42 MB", input, rounds);
