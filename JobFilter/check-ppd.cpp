@@ -1,4 +1,5 @@
 #include "checkPPD.h"
+#include "headerOfJob.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -14,14 +15,18 @@ constexpr int kNotChecked = 2;
 
 constexpr char kUsage[] =
     "Usage: jobfilter-check-ppd FILE...\n"
+    "       jobfilter-check-ppd --header OPTIONS FILE\n"
     "Says what a driver writer has wrong in a PPD that names jobfilter: what becomes of\n"
     "jobs on paper, and how to mend it. The format itself is cupstestppd(1)'s.\n"
     "\n"
-    "  --help     this text\n"
-    "  --version  the version\n"
+    "  --header OPTIONS  the header that a job with these options would get; nothing is\n"
+    "                    printed: --header 'PrintMode=Private Duplex=None'\n"
+    "  --help            this text\n"
+    "  --version         the version\n"
     "\n"
-    "Ends with status 0 when there is nothing to mend, 1 when there is, and 2 when a file\n"
-    "cannot be read as a PPD. The PPDs of queues lie in /etc/cups/ppd.\n";
+    "Ends with status 0 when there is nothing to mend, 1 when there is (or the job would\n"
+    "not be printed), and 2 when a file cannot be read as a PPD. The PPDs of queues lie in\n"
+    "/etc/cups/ppd.\n";
 
 int report(const char *path, const std::vector<PPDMistake> &mistakes)
 {
@@ -51,6 +56,16 @@ int checkAll(int argc, char *argv[])
     return std::fflush(stdout) == 0 ? status : kNotChecked;
 }
 
+int showHeader(const char *options, const char *path)
+{
+    setenv("PPD", path, 1);
+    const JobHeaderAnswer answer = headerOfJob(options);
+    std::fputs(answer.text.c_str(), answer.isPrinted ? stdout : stderr);
+    if (std::fflush(stdout) != 0)
+        return kNotChecked;
+    return answer.isPrinted ? kNoMistakes : kMistakes;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -60,12 +75,13 @@ int main(int argc, char *argv[])
         return std::fputs(kUsage, stdout) >= 0 ? EXIT_SUCCESS : kNotChecked;
     if (argc == 2 && first == "--version")
         return std::puts("jobfilter-check-ppd " KL_VERSION) >= 0 ? EXIT_SUCCESS : kNotChecked;
-    if (argc < 2 || first.starts_with('-')) {
+    const bool wantsHeader = first == "--header" && argc == 4;
+    if (argc < 2 || (first.starts_with('-') && !wantsHeader)) {
         std::fputs(kUsage, stderr);
         return kNotChecked;
     }
     try {
-        return checkAll(argc, argv);
+        return wantsHeader ? showHeader(argv[2], argv[3]) : checkAll(argc, argv);
     } catch (const std::exception &error) {
         std::fprintf(stderr, "jobfilter-check-ppd: %s\n", error.what());
         return kNotChecked;

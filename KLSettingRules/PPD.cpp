@@ -273,6 +273,14 @@ std::vector<PPD::Attribute> PPD::attributes(const std::string &name) const
     return attributes;
 }
 
+bool PPD::hasAttributeThatBegins(std::string_view prefix) const
+{
+    return std::ranges::any_of(listOf(_file->attrs, _file->num_attrs),
+                               [prefix](const ppd_attr_t *attribute) {
+                                   return std::string_view(attribute->name).starts_with(prefix);
+                               });
+}
+
 std::vector<std::string> PPD::filters() const
 {
     const auto filters = listOf(_file->filters, _file->num_filters);
@@ -375,11 +383,6 @@ std::optional<PPD::PageSize> PPD::pageSize(const std::string &name) const
 std::optional<PPD::PageSize> PPD::markedPageSize() const
 {
     return findPageSize(_file.get(), nullptr);
-}
-
-std::string PPD::endOfJobControl() const
-{
-    return _file->jcl_ps != nullptr ? _file->jcl_ps : "";
 }
 
 void PPD::emitJobControl(FILE *file, int jobId, const std::string &user,

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -63,6 +64,9 @@ public:
 
     /// All attributes of that name, in the PPD's order; an empty text is the value of one without.
     std::vector<Attribute> attributes(const std::string &name) const;
+
+    /// Whether the name of any attribute begins so; letter case counts here.
+    bool hasAttributeThatBegins(std::string_view prefix) const;
 
     /// What the lines "cupsFilter" say ("application/vnd.cups-postscript 0 jobfilter"), in order.
     std::vector<std::string> filters() const;
@@ -151,9 +155,6 @@ public:
 
     /// The size of the page size that is marked; nullopt when none is.
     std::optional<PageSize> markedPageSize() const;
-
-    /// What the job-control header ends with, JCLToPSInterpreter; empty when the PPD has none.
-    std::string endOfJobControl() const;
 
     // Writing.
 

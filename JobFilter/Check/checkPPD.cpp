@@ -1,6 +1,7 @@
 #include "checkPPD.h"
 
 #include "PJL.h"
+#include "headerMarkers.h"
 #include "markerSpelling.h"
 #include "settingRules.h"
 #include "trustedToolkit.h"
@@ -360,7 +361,7 @@ std::vector<PPDMistake> checkPPD(const PPD &ppd)
     checkFilters(ppd, mistakes);
     checkHeaderBegin(ppd, mistakes);
     checkHeaderEnd(ppd, mistakes);
-    checkPresence(ppd, "PRINTMODE=",
+    checkPresence(ppd, kPrintModeMarker,
                   "Jobs carry no user, no domain, no private print code and no document box.",
                   mistakes);
     checkMarkers(ppd, mistakes);

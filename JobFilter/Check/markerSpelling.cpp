@@ -1,6 +1,7 @@
 #include "markerSpelling.h"
 
 #include "DSSC.h"
+#include "headerMarkers.h"
 
 #include <algorithm>
 #include <cctype>
@@ -45,11 +46,6 @@ std::string_view comparable(std::string_view setting, std::string_view marker)
 }
 
 } // namespace
-
-bool isMarkerLine(std::string_view line, std::string_view marker)
-{
-    return line.starts_with(kDSSCPrefix) && line.substr(kDSSCPrefix.size()).starts_with(marker);
-}
 
 std::optional<std::string> intendedMarkerLine(std::string_view line)
 {

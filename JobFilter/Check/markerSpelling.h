@@ -4,14 +4,6 @@
 #include <string>
 #include <string_view>
 
-/// The markers: what the setting of a header line begins with that jobfilter fills in, replaces or
-/// puts lines beside.
-inline constexpr std::string_view kHeaderMarkers[] = {
-    "ACCESSCODE=", "COLLATE=", "DOCUMENTTYPE=ADVANCED", "PRINTMODE="};
-
-/// Whether the line, which may end in CR LF or not, is that marker as jobfilter looks for it.
-bool isMarkerLine(std::string_view line, std::string_view marker);
-
 /// What a header line that says almost a marker has wrong.
 ///
 /// Almost: blanks and letter case apart it is the prefix of the printer's settings and a setting

@@ -4,6 +4,7 @@
 #include "FileURL.h"
 #include "KLICCProfile.h"
 #include "KLPrintOptions.h"
+#include "headerMarkers.h"
 #include "headerText.h"
 #include "printMode.h"
 
@@ -193,10 +194,10 @@ struct Marker {
 };
 
 constexpr Marker kMarkers[] = {
-    {"ACCESSCODE=", writeAccessCode},
-    {"COLLATE=", writeDeviceColor},
-    {"DOCUMENTTYPE=ADVANCED", writeAdvancedColor},
-    {"PRINTMODE=", writePrintMode},
+    {kAccessCodeMarker, writeAccessCode},
+    {kCollateMarker, writeDeviceColor},
+    {kAdvancedColorMarker, writeAdvancedColor},
+    {kPrintModeMarker, writePrintMode},
 };
 
 void handleLine(KLPJLHandler &handler, std::string_view line, const KLPrintOptions &options)

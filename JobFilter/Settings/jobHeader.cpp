@@ -5,6 +5,7 @@
 #include "Streams.h"
 #include "Text.h"
 #include "handlePJL.h"
+#include "headerMarkers.h"
 
 #include <algorithm>
 #include <array>
@@ -45,6 +46,7 @@ std::optional<std::string> emittedHeader(const PPD &ppd, const JobName &job, FIL
 std::size_t walkHeader(const std::string &header, std::shared_ptr<KLPrintOptions> options,
                        FILE *output)
 {
+    logMissingMarkers(header, *options);
     if (header.empty())
         return 0;
     const Platform::Stream input = streamOver(header);

@@ -31,6 +31,7 @@ struct JobName {
 std::optional<std::string> emittedHeader(const PPD &ppd, const JobName &job, FILE *file);
 
 /// Walks such a header onto the output; on the way it gets the job's settings (see handlePJL()).
+/// Markers that it lacks are logged (see logMissingMarkers()).
 /// What becomes of the writing shows at the output.
 /// @param options  not null
 /// @return how many bytes of the header the walk has left unread

@@ -5,6 +5,7 @@
 #include "KLPrintOptions.h"
 #include "PJL.h"
 #include "Streams.h"
+#include "headerMarkers.h"
 #include "headerText.h"
 #include "jobHeader.h"
 #include "printMode.h"
@@ -63,8 +64,8 @@ bool hasLine(const Lines &lines, const std::string &line)
 
 bool hasPrintMode(const Lines &lines)
 {
-    const std::string begin = std::string(kDSSCPrefix) + "PRINTMODE=";
-    return std::ranges::any_of(lines, [&](auto line) { return line.starts_with(begin); });
+    return std::ranges::any_of(lines,
+                               [](auto line) { return isMarkerLine(line, kPrintModeMarker); });
 }
 
 bool saysPrivate(const Lines &lines, const KLPrintOptions &options)
@@ -105,7 +106,7 @@ std::optional<std::string> protectedHeader(const std::shared_ptr<KLPrintOptions>
     if (!header)
         return std::nullopt;
     const Lines lines = linesOfPJL(*header);
-    const bool isProtected =
-        isWhole(lines, unread, options->ppd().endOfJobControl()) && saysProtection(lines, *options);
+    const bool isProtected = isWhole(lines, unread, options->ppd().headerEnd().value_or("")) &&
+                             saysProtection(lines, *options);
     return isProtected ? header : std::nullopt;
 }

@@ -178,10 +178,10 @@ TEST_F(AskedPPDTest, SpellsChoicesInAnyLetterCase)
 
 TEST_F(AskedPPDTest, TellsWhatTheHeaderEndsWith)
 {
-    EXPECT_EQ("@PJL ENTER LANGUAGE = POSTSCRIPT\r\n", ppd->endOfJobControl());
+    EXPECT_EQ("@PJL ENTER LANGUAGE = POSTSCRIPT\r\n", ppd->headerEnd());
     std::string reason;
     const std::string bare = "*PPD-Adobe: \"4.3\"\n*FormatVersion: \"4.3\"\n";
-    EXPECT_EQ("", PPD::open(folder.write("bare", bare), &reason)->endOfJobControl());
+    EXPECT_EQ(std::nullopt, PPD::open(folder.write("bare", bare), &reason)->headerEnd());
 }
 
 TEST_F(AskedPPDTest, GivesACodeForItsOwnOptionsAndChoicesOnly)

@@ -80,3 +80,47 @@ TEST(CheckPPDProgramTest, AnAnswerThatCannotBeWrittenIsNoAnswer)
         {.arguments = {"sh", "-c", "\"$1\" \"$2\" >/dev/full", "sh", KL_CHECK_PPD, KL_SAMPLE_PPD}});
     EXPECT_EQ(2, result.exitStatus);
 }
+
+// --header
+
+TEST(CheckPPDProgramTest, ShowsTheHeaderOfAJob)
+{
+    const auto result =
+        check({"--header",
+               "PrintMode=Private com.kalmira.pde.print-mode-ovm.privatePassword=1234 "
+               "com.kalmira.username=anna",
+               KL_SAMPLE_PPD});
+    EXPECT_EQ(0, result.exitStatus);
+    EXPECT_EQ("", result.errors);
+    EXPECT_THAT(result.output, StartsWith("<ESC>%-12345X@PJL\n@PJL JOB NAME = \"Title\""));
+    EXPECT_THAT(result.output, HasSubstr("@PJL COMMENT DSSC PRINT USERLOGIN=anna\n"
+                                         "@PJL COMMENT DSSC PRINT PRINTMODE=PRIVATE\n"
+                                         "@PJL COMMENT DSSC PRINT PRIVPRINT=1234\n"));
+    EXPECT_THAT(result.output, testing::EndsWith("@PJL ENTER LANGUAGE = POSTSCRIPT\n"));
+    EXPECT_THAT(check({"--header", "", KL_SAMPLE_PPD}).output,
+                HasSubstr("@PJL COMMENT DSSC PRINT PRINTMODE=NORMAL\n"));
+}
+
+TEST(CheckPPDProgramTest, SaysWhenAJobWouldNotBePrinted)
+{
+    const Support::TemporaryFolder folder;
+    std::string text = Support::readFile(KL_SAMPLE_PPD);
+    const auto place = text.find("*OpenGroup");
+    text.insert(place, "*KLSettingRule Digits: \"code 4 4\"\n");
+    const auto ruled = check({"--header", "code=47x1", folder.write("rule.ppd", text)});
+    EXPECT_EQ(1, ruled.exitStatus);
+    EXPECT_EQ("", ruled.output);
+    EXPECT_EQ("code must have 4 digits and nothing else\n", ruled.errors);
+
+    text.replace(text.find("*JCLBegin"), 9, "*%CLBegin");
+    const auto open = check({"--header", "PrintMode=Private", folder.write("open.ppd", text)});
+    EXPECT_EQ(1, open.exitStatus);
+    EXPECT_THAT(open.errors, HasSubstr("Unable to create the job header of a protected job\n"));
+}
+
+TEST(CheckPPDProgramTest, AHeaderNeedsAPPD)
+{
+    const Support::TemporaryFolder folder;
+    EXPECT_EQ(2, check({"--header", "", folder.file("missing")}).exitStatus);
+    EXPECT_EQ(2, check({"--header", KL_SAMPLE_PPD}).exitStatus);
+}
