@@ -31,11 +31,16 @@ std::string replaced(std::string text, const std::string &part, const std::strin
     return text.replace(position, part.size(), replacement);
 }
 
-/// The sample queue's PPD with one line replaced, and without questions to the printer's SNMP
-/// agent, of which ours has none.
+/// The PPD without questions to the printer's SNMP agent, of which ours has none.
+std::string withoutSNMP(const std::string &ppd)
+{
+    return ppd + "*cupsSNMPSupplies: False\n";
+}
+
+/// The sample queue's PPD with one line replaced.
 std::string ppdWith(const std::string &line, const std::string &replacement)
 {
-    return replaced(readFile(kSamplePPD), line, replacement) + "*cupsSNMPSupplies: False\n";
+    return withoutSNMP(replaced(readFile(kSamplePPD), line, replacement));
 }
 
 std::string bundleLine(const std::string &bundle)
@@ -70,7 +75,8 @@ public:
                                                             "sleep 0.5; exit 3\n")));
         addQueue("slow", bundleLine(makeBundle("slow", "exec sleep 600\n")));
         addQueueWith("recorded", "0 jobfilter\"\n", "0 jobfilter-recorder\"\n");
-        addPDFQueue();
+        _scheduler.addQueue("pdf", _folder.write("pdf.ppd", withoutSNMP(readFile(KL_SAMPLE_PDF_PPD))),
+                            printer.deviceURI());
         addQueueWith("headless",
                      "*JCLToPSInterpreter: \"@PJL ENTER LANGUAGE = POSTSCRIPT<0D><0A>\"\n", "");
     }
@@ -107,16 +113,6 @@ private:
     {
         _scheduler.addQueue(name, _folder.write(name + ".ppd", ppdWith(line, replacement)),
                             printer.deviceURI());
-    }
-
-    /// The printer's own language is PDF: with that the scheduler's chain ends.
-    void addPDFQueue() const
-    {
-        std::string ppd = ppdWith("ENTER LANGUAGE = POSTSCRIPT", "ENTER LANGUAGE = PDF");
-        for (const std::string filter : {"0 jobfilter\"", "0 jobfilter-nojcl\""})
-            ppd = replaced(ppd, "application/vnd.cups-postscript " + filter,
-                           "application/vnd.cups-pdf " + filter);
-        _scheduler.addQueue("pdf", _folder.write("pdf.ppd", ppd), printer.deviceURI());
     }
 
     void makeDocuments() const

@@ -39,7 +39,7 @@ protected:
 
     /// The sample queue, but nothing in its PPD enters PostScript.
     static constexpr char kHeadlessQueue[] = "headless";
-    /// The sample queue of a printer that takes PDF.
+    /// The sample queue of the same printer taking PDF.
     static constexpr char kPDFQueue[] = "pdf";
 
     /// The pages of the documents but for the picture, which has one.

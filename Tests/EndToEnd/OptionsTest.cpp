@@ -84,21 +84,21 @@ TEST_F(OptionsTest, ValuesOfEveryKindArriveAsTheyAre)
 {
     for (const std::string value : {"a.b.c", "two words", "it's", "a \"b\" c", "back\\slash",
                                     "100%d", "Ärger in Köln", "日本語", "a=b,c;d{e}", "#1 <x>"})
-        EXPECT_THAT(headerWith({pde("print-mode-ovm.departmentCode", value)}),
-                    Contains(dssc("ACCESSCODE=" + value)));
+        EXPECT_THAT(headerWith({lpOption("com.kalmira.domainname", value)}),
+                    Contains(dssc("DOMAINNAME=" + value)));
 }
 
 TEST_F(OptionsTest, EscapesInValuesSpeakNoPJL)
 {
-    EXPECT_THAT(headerWith({pde("print-mode-ovm.departmentCode", "1\033%-12345X@PJL")}),
-                Contains(dssc("ACCESSCODE=1 %-12345X@PJL")));
+    EXPECT_THAT(headerWith({lpOption("com.kalmira.domainname", "1\033%-12345X@PJL")}),
+                Contains(dssc("DOMAINNAME=1 %-12345X@PJL")));
 }
 
 // The scheduler hands line breaks on in a form that ends the value.
 TEST_F(OptionsTest, LineBreaksInValuesSpeakNoPJL)
 {
-    EXPECT_THAT(headerWith({pde("print-mode-ovm.departmentCode", "1\r\n@PJL DEFAULT")}),
-                Contains(dssc("ACCESSCODE=1")));
+    EXPECT_THAT(headerWith({lpOption("com.kalmira.domainname", "1\r\n@PJL DEFAULT")}),
+                Contains(dssc("DOMAINNAME=1")));
 }
 
 // Settings of the header

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <map>
 #include <memory>
 #include <set>
 #include <sstream>
@@ -22,6 +23,7 @@ using testing::Not;
 namespace {
 
 constexpr char kSamplePPD[] = KL_SAMPLE_PPD;
+constexpr char kPDFPPD[] = KL_SAMPLE_PDF_PPD;
 constexpr char kFilterLine[] = "*cupsFilter: \"application/vnd.cups-postscript 0 jobfilter\"\n";
 constexpr char kPreFilterLine[] =
     "*cupsPreFilter: \"application/vnd.cups-postscript 0 jobfilter-nojcl\"\n";
@@ -59,13 +61,29 @@ protected:
         return readFile(folder.file("header"));
     }
 
+    std::vector<const ppd_option_t *> options()
+    {
+        std::vector<const ppd_option_t *> result;
+        for (int g = 0; g < ppd->num_groups; g++)
+            for (int o = 0; o < ppd->groups[g].num_options; o++)
+                result.push_back(&ppd->groups[g].options[o]);
+        return result;
+    }
+
     std::set<std::string> keywords()
     {
         std::set<std::string> result;
-        for (int g = 0; g < ppd->num_groups; g++)
-            for (int o = 0; o < ppd->groups[g].num_options; o++)
-                result.insert(ppd->groups[g].options[o].keyword);
+        for (const ppd_option_t *option : options())
+            result.insert(option->keyword);
         return result;
+    }
+
+    /// Marks these choices, and otherwise the defaults.
+    void mark(const std::vector<std::pair<const char *, const char *>> &choices)
+    {
+        ppdMarkDefaults(ppd.get());
+        for (const auto &[keyword, choice] : choices)
+            ppdMarkOption(ppd.get(), keyword, choice);
     }
 
     const char *attribute(const char *name)
@@ -211,11 +229,185 @@ TEST_F(SampleDriverTest, NamesTheToolkitBundleOfTheBuildFolder)
 
 TEST_F(SampleDriverTest, EverySettingHasANameForPeople)
 {
-    for (int g = 0; g < ppd->num_groups; g++)
-        for (int o = 0; o < ppd->groups[g].num_options; o++) {
-            const ppd_option_t &option = ppd->groups[g].options[o];
-            EXPECT_STRNE(option.keyword, option.text);
+    for (const ppd_option_t *option : options())
+        EXPECT_STRNE(option->keyword, option->text);
+}
+
+//
+// Fields
+//
+
+/// The options that take typed values, and of what kind.
+const std::map<std::string, ppd_cptype_t> kFields = {
+    {"KLBoxFolder", PPD_CUSTOM_STRING},        {"KLBoxName", PPD_CUSTOM_STRING},
+    {"KLBoxNumber", PPD_CUSTOM_STRING},        {"KLBoxPassword", PPD_CUSTOM_PASSWORD},
+    {"KLCMYKProfile", PPD_CUSTOM_STRING},      {"KLCustomizedProfile", PPD_CUSTOM_STRING},
+    {"KLDepartmentCode", PPD_CUSTOM_PASSCODE}, {"KLOutputProfile", PPD_CUSTOM_STRING},
+    {"KLPrivatePIN", PPD_CUSTOM_PASSCODE},     {"KLRGBProfile", PPD_CUSTOM_STRING},
+    {"KLWatermarkAngle", PPD_CUSTOM_INT},      {"KLWatermarkSize", PPD_CUSTOM_INT},
+    {"KLWatermarkText", PPD_CUSTOM_STRING},
+};
+
+TEST_F(SampleDriverTest, FieldsTakeOneTypedValueEach)
+{
+    for (const char *path : {kSamplePPD, kPDFPPD}) {
+        ppd.reset(ppdOpenFile(path));
+        std::map<std::string, ppd_cptype_t> fields;
+        for (const ppd_option_t *option : options()) {
+            ppd_coption_t *custom = ppdFindCustomOption(ppd.get(), option->keyword);
+            if (custom == nullptr)
+                continue;
+            ASSERT_EQ(1, cupsArrayCount(custom->params)) << option->keyword;
+            fields[option->keyword] = ppdFirstCustomParam(custom)->type;
+            EXPECT_NE(nullptr, ppdFindChoice(ppdFindOption(ppd.get(), option->keyword), "Custom"));
         }
+        EXPECT_EQ(kFields, fields);
+    }
+}
+
+TEST_F(SampleDriverTest, NothingThatIsTypedOrChosenInAFieldReachesTheHeaderByItself)
+{
+    const std::string before = header();
+    for (const ppd_option_t *option : options()) {
+        const std::string keyword = option->keyword;
+        if (!keyword.starts_with("KL"))
+            continue;
+        EXPECT_EQ(PPD_ORDER_JCL, option->section) << keyword;
+        for (int choice = 0; choice < option->num_choices; choice++) {
+            mark({{option->keyword, option->choices[choice].choice}});
+            EXPECT_EQ(before, header()) << keyword;
+        }
+        mark({{option->keyword, "Custom.4711"}});
+        EXPECT_EQ(before, header()) << keyword;
+    }
+}
+
+// Else a translator could not name them apart.
+TEST_F(SampleDriverTest, GroupsHaveNamesThatNoOptionHas)
+{
+    const auto options = keywords();
+    for (int g = 0; g < ppd->num_groups; g++)
+        EXPECT_FALSE(options.contains(ppd->groups[g].name)) << ppd->groups[g].name;
+}
+
+//
+// What does not go together
+//
+
+using Choices = std::vector<std::pair<const char *, const char *>>;
+
+TEST_F(SampleDriverTest, DefaultsGoTogether)
+{
+    EXPECT_EQ(0, ppdConflicts(ppd.get()));
+    ppd.reset(ppdOpenFile(kPDFPPD));
+    ppdMarkDefaults(ppd.get());
+    EXPECT_EQ(0, ppdConflicts(ppd.get()));
+}
+
+TEST_F(SampleDriverTest, WhatDoesNotGoTogetherIsInConflict)
+{
+    const Choices conflicts[] = {
+        {{"PrintMode", "Private"}, {"StoreToDocStore", "True"}},
+        {{"KLPrivatePIN", "Custom.1234"}, {"StoreToDocStore", "True"}},
+        {{"PrintAsWell", "False"}},
+        {{"KLBoxNumber", "Custom.12"}},
+        {{"KLBoxName", "Custom.Sales"}},
+        {{"KLBoxFolder", "Custom.2026"}},
+        {{"KLBoxPassword", "Custom.sesame"}},
+        {{"FrontCoverPrintStyle", "Print1"}},
+        {{"FrontCoverSource", "SheetFeedBypass"}},
+        {{"FrontCoverMediaType", "Thick"}},
+        {{"BackCoverPrintStyle", "Print"}},
+        {{"BackCoverSource", "Tray1"}},
+        {{"BackCoverMediaType", "Plain"}},
+        {{"BookletPaperSize", "A3"}, {"Staple", "UpperLeft"}},
+        {{"BookletPaperSize", "Letter"}, {"Staple", "Left"}},
+        {{"BookletCenterMargin", "5mm"}},
+        {{"BookletOuterMargin", "5mm"}},
+        {{"BookletPageLayout", "False"}},
+        {{"KLColorSettings", "Standard"}},
+        {{"DocumentType", "Photo"}, {"KLColorSettings", "Customized"}},
+        {{"KLRGBProfile", "sRGB"}},
+        {{"KLCustomizedProfile", "Custom.Own"}},
+        {{"DocumentType", "Advanced"}, {"KLColorSettings", "Customized"}, {"KLUseProfile", "All"}},
+    };
+    for (const Choices &choices : conflicts) {
+        mark(choices);
+        EXPECT_LT(0, ppdConflicts(ppd.get())) << choices.back().first << choices.back().second;
+    }
+}
+
+TEST_F(SampleDriverTest, WhatGoesTogetherIsInNoConflict)
+{
+    const Choices jobs[] = {
+        {{"PrintMode", "Private"}, {"KLPrivatePIN", "Custom.1234"}},
+        {{"StoreToDocStore", "True"}, {"PrintAsWell", "False"}, {"KLBoxNumber", "Custom.12"}},
+        {{"UseFrontCover", "True"},
+         {"FrontCoverPrintStyle", "Print"},
+         {"FrontCoverSource", "Tray1"}},
+        {{"UseBackCover", "True"}, {"BackCoverMediaType", "Thick"}},
+        {{"BookletPaperSize", "A3"}, {"Staple", "Saddle"}, {"BookletCenterMargin", "5mm"}},
+        {{"DocumentType", "Advanced"}, {"KLColorSettings", "Standard"}, {"KLRGBProfile", "sRGB"}},
+        {{"DocumentType", "Advanced"},
+         {"KLColorSettings", "Customized"},
+         {"KLCustomizedProfile", "Custom.Own"}},
+        {{"KLWatermarkText", "Draft"}, {"KLWatermarkAngle", "Rising"}, {"Staple", "UpperLeft"}},
+    };
+    for (const Choices &choices : jobs) {
+        mark(choices);
+        EXPECT_EQ(0, ppdConflicts(ppd.get())) << choices.back().first << choices.back().second;
+    }
+}
+
+//
+// IPP
+//
+
+// lp(1) sends the finishing 3, none, with every job; it must not undo what was chosen.
+TEST_F(SampleDriverTest, EveryStaplingAndPunchingHasAFinishingAndNoneHasNot)
+{
+    std::set<std::string> choices;
+    for (const ppd_attr_t *line = ppdFindAttr(ppd.get(), "cupsIPPFinishings", nullptr);
+         line != nullptr; line = ppdFindNextAttr(ppd.get(), "cupsIPPFinishings", nullptr)) {
+        choices.insert(line->value);
+        EXPECT_STRNE("3", line->spec);
+    }
+    EXPECT_EQ((std::set<std::string>{"*HolePunch Left", "*HolePunch Top", "*Staple Left",
+                                     "*Staple Saddle", "*Staple UpperLeft"}),
+              choices);
+}
+
+//
+// The printer that takes PDF
+//
+
+TEST_F(SampleDriverTest, PrinterThatTakesPDFNamesBothFiltersForIt)
+{
+    const std::string text = readFile(kPDFPPD);
+    EXPECT_THAT(text, HasSubstr("\n*cupsFilter: \"application/vnd.cups-pdf 0 jobfilter\"\n"));
+    EXPECT_THAT(text,
+                HasSubstr("\n*cupsPreFilter: \"application/vnd.cups-pdf 0 jobfilter-nojcl\"\n"));
+    EXPECT_THAT(text, Not(HasSubstr("postscript 0")));
+}
+
+TEST_F(SampleDriverTest, PrinterThatTakesPDFHasAllButCovers)
+{
+    const auto inPostScript = keywords();
+    ppd.reset(ppdOpenFile(kPDFPPD));
+    ppdMarkDefaults(ppd.get());
+    auto expected = inPostScript;
+    std::erase_if(expected, [](const auto &name) { return name.find("Cover") != name.npos; });
+    EXPECT_EQ(inPostScript.size() - 8, expected.size());
+    EXPECT_EQ(expected, keywords());
+    EXPECT_THAT(header(), testing::EndsWith("\r\n@PJL ENTER LANGUAGE = PDF\r\n"));
+}
+
+TEST_F(SampleDriverTest, TrayOfThePrinterThatTakesPDFIsJobControl)
+{
+    ppd.reset(ppdOpenFile(kPDFPPD));
+    ppdMarkDefaults(ppd.get());
+    EXPECT_THAT(header({{"InputSlot", "Tray2"}}),
+                HasSubstr("\n@PJL COMMENT DSSC PRINT INPUTSLOT=TRAY2\r\n"));
 }
 
 } // namespace
