@@ -128,6 +128,30 @@ TEST(DocumentationTest, OptionTableSaysForEachKeyWhatItTakesWhatCountsWithoutItA
     EXPECT_EQ(keysInTable(), complete);
 }
 
+/// Which source feeds which key, with the words that dialogs have for it.
+Keys fieldsOfTheSample()
+{
+    const std::string ppd = readFile(KL_SAMPLE_PPD);
+    const std::regex line("\n\\*KLSettingSource (\\S+): \"(.+)\"");
+    Keys fields;
+    for (std::sregex_iterator match(ppd.begin(), ppd.end(), line), end; match != end; ++match) {
+        std::smatch text;
+        const bool isOption = std::regex_search(
+            ppd, text, std::regex("OpenUI \\*" + match->str(1) + "/(.+): PickOne\n"));
+        fields.insert((isOption ? text.str(1) : "(attribute)") + " | `" + match->str(1) + "` | `" +
+                      match->str(2) + "`");
+    }
+    return fields;
+}
+
+TEST(DocumentationTest, FieldTableListsExactlyWhatFeedsAKeyInTheSample)
+{
+    Keys documented;
+    collect(documented, readFile(KL_DOCUMENTATION "/options.md"),
+            R"re(\n\| ([^|`]+ \| `[^`]+` \| `com[^`]+`) \|)re");
+    EXPECT_EQ(fieldsOfTheSample(), documented);
+}
+
 TEST(DocumentationTest, PromisesListExactlyTheLogLinesOfTheCode)
 {
     Keys documented;

@@ -75,7 +75,8 @@ public:
                                                             "sleep 0.5; exit 3\n")));
         addQueue("slow", bundleLine(makeBundle("slow", "exec sleep 600\n")));
         addQueueWith("recorded", "0 jobfilter\"\n", "0 jobfilter-recorder\"\n");
-        _scheduler.addQueue("pdf", _folder.write("pdf.ppd", withoutSNMP(readFile(KL_SAMPLE_PDF_PPD))),
+        _scheduler.addQueue("pdf",
+                            _folder.write("pdf.ppd", withoutSNMP(readFile(KL_SAMPLE_PDF_PPD))),
                             printer.deviceURI());
         addQueueWith("headless",
                      "*JCLToPSInterpreter: \"@PJL ENTER LANGUAGE = POSTSCRIPT<0D><0A>\"\n", "");

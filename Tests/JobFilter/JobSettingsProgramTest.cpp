@@ -123,9 +123,8 @@ TEST_F(JobSettingsProgramTest, OptionsWithControlCharactersSpeakNoPJL)
         options += std::string(" com.kalmira.") + key + "=" + evil;
 
     const auto lines = header(options); // the checker reads the job, its end included
-    for (const char *begin :
-         {"PRINT USERLOGIN=", "PRINT DOMAINNAME=", "BOX BOXNO=", "BOX BOXNAME=",
-          "BOX BOXFOLDER=", "BOX BOXPASSWORD=", "PRINT EXTRADOCUMENTTYPE="})
+    for (const char *begin : {"PRINT USERLOGIN=", "PRINT DOMAINNAME=", "BOX BOXNO=", "BOX BOXNAME=",
+                              "BOX BOXFOLDER=", "BOX BOXPASSWORD=", "PRINT EXTRADOCUMENTTYPE="})
         EXPECT_THAT(lines, Contains(std::string("@PJL COMMENT DSSC ") + begin + blank));
     EXPECT_EQ(header("DocumentType=Advanced StoreToDocStore=true "
                      "com.kalmira.pde.docstore.boxPassword=1")

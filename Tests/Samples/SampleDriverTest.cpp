@@ -119,6 +119,17 @@ std::string driverOfTheGuide()
     return driver;
 }
 
+/// The first line of each mistake that jobfilter-check-ppd(1) has found.
+std::vector<std::string> mistakesIn(const std::string &output)
+{
+    std::vector<std::string> mistakes;
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);)
+        if (!line.starts_with(" ") && line.find("nothing to mend") == std::string::npos)
+            mistakes.push_back(line);
+    return mistakes;
+}
+
 TEST_F(SampleDriverTest, GuidesDriverNamesBothFiltersTooAndConformsToThePPDFormat)
 {
     const TemporaryFolder folder;
@@ -128,6 +139,10 @@ TEST_F(SampleDriverTest, GuidesDriverNamesBothFiltersTooAndConformsToThePPDForma
     EXPECT_TRUE(namesBothFilters(readFile(guidePPD)));
     const auto test = runProgram({.arguments = {"cupstestppd", "-I", "filters", guidePPD}});
     EXPECT_EQ(0, test.exitStatus) << test.output;
+    // The toolkit of an installed package is not there while it is built.
+    const auto check = runProgram({.arguments = {KL_CHECK_PPD, guidePPD}});
+    EXPECT_THAT(mistakesIn(check.output),
+                testing::Each(HasSubstr("*APDialogExtension names no usable toolkit")));
 }
 
 TEST_F(SampleDriverTest, DeclaresEveryPlainOptionThatTheFilterReads)

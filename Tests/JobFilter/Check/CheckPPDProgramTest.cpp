@@ -1,3 +1,4 @@
+#include "MinimalPPD.h"
 #include "Program.h"
 #include "TemporaryFolder.h"
 
@@ -33,6 +34,14 @@ TEST(CheckPPDProgramTest, HasNothingToMendInTheSample)
     EXPECT_EQ(0, result.exitStatus);
     EXPECT_EQ(KL_SAMPLE_PPD ": nothing to mend\n", result.output);
     EXPECT_EQ("", result.errors);
+}
+
+TEST(CheckPPDProgramTest, FindsMuchToMendInThePPDThatNamesNoFilter)
+{
+    const Support::TemporaryFolder folder;
+    const auto result = check({folder.write("minimal.ppd", Support::minimalPPD())});
+    EXPECT_EQ(1, result.exitStatus);
+    EXPECT_THAT(result.output, HasSubstr(": No line *cupsFilter names jobfilter.\n"));
 }
 
 TEST(CheckPPDProgramTest, SaysWhatIsWrongWhatItDoesAndWhatHelps)
