@@ -219,7 +219,11 @@ bool feeds(const PPD &ppd, const std::string &option)
 void checkTypedOption(const PPD &ppd, const PPD::Option &option, Mistakes &mistakes)
 {
     const bool isField = feeds(ppd, option.keyword);
-    if (option.jobControl && !ppd.attribute("Custom" + option.keyword).value_or("").empty())
+    if (!ppd.hasChoice(option.keyword, "Custom"))
+        mistakes.push_back({"*Custom" + option.keyword + " stands between the option's lines.",
+                            "libcups offers no typed values; what a user types is lost.",
+                            "Put *Custom... and *ParamCustom... behind the option's end."});
+    else if (option.jobControl && !ppd.attribute("Custom" + option.keyword).value_or("").empty())
         mistakes.push_back({"*Custom" + option.keyword + " has a code.",
                             "What a user types goes into the header a second time, as it is.",
                             "Leave the code empty, and let the option feed a setting."});

@@ -252,6 +252,17 @@ TEST_F(checkPPDTest, ObjectsToAFieldInThePageData)
     EXPECT_THAT(mistakes(), ElementsAre("*Stamp takes typed values and is not job control."));
 }
 
+// In front of the option and behind it libcups finds them.
+TEST_F(checkPPDTest, ObjectsToTypedValuesBetweenTheLinesOfTheirOption)
+{
+    const std::string custom =
+        "*CustomStamp True/Text: \"\"\n*ParamCustomStamp Text/Text: 1 string 0 32\n";
+    std::string lines = field("JCLSetup", "", kSource);
+    lines.erase(lines.find(custom), custom.size());
+    add(std::string(lines).insert(lines.find("*Stamp None"), custom));
+    EXPECT_THAT(mistakes(), ElementsAre("*CustomStamp stands between the option's lines."));
+}
+
 TEST_F(checkPPDTest, TellsLinesOfOursThatHaveNoEffect)
 {
     add("*KLSettingValue PrintMode.Loud: \"1\"\n*KLSettingValue PrintMode: \"1\"\n"
