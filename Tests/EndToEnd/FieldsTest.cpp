@@ -229,9 +229,9 @@ TEST_F(FieldsTest, CodeThatThePrinterWouldNotTakeEndsTheJobAndStaysSecret)
 {
     const std::string log = logOfRefused({field("KLDepartmentCode", "47x11")});
     EXPECT_THAT(log, HasSubstr("KLDepartmentCode must have 1 to 8 digits and nothing else"));
-    EXPECT_THAT(logOfRefused({field("KLPrivatePIN", "123")}),
-                HasSubstr("KLPrivatePIN must have 4 to 8 digits and nothing else"));
-    EXPECT_THAT(logOfRefused({"job-password=12"}), HasSubstr("KLPrivatePIN must have 4 to 8"));
+    EXPECT_THAT(logOfRefused({field("KLPrivatePIN", "12a4")}),
+                HasSubstr("KLPrivatePIN must have 1 to 8 digits and nothing else"));
+    EXPECT_THAT(logOfRefused({"job-password=12a4"}), HasSubstr("KLPrivatePIN must have 1 to 8"));
 }
 
 // Attributes of IPP
