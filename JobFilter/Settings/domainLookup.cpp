@@ -1,12 +1,13 @@
 #include "domainLookup.h"
 
+#include "DirectorySources.h"
 #include "KLPrintOptions.h"
-#include "LDAPDirectoryService.h"
 #include "ObjectFormat.h"
 #include "Text.h"
 #include "WriteLog.h"
 
 #include <array>
+#include <cstdlib>
 #include <unistd.h>
 
 using Platform::DirectoryAttributes;
@@ -108,8 +109,16 @@ std::optional<std::string> domainForUser(const KLPrintOptions &options)
     if (!options.valueForKeyIsEqualToString("UseOpenDirectoryForAuthentication", "True"))
         return domainOfHost();
     return domainFromDirectory(userNameOfJob(options), [](std::optional<KLError> *error) {
-        return Platform::LDAPDirectoryService::open(error);
+        return openDirectoryOfHost(error);
     });
+}
+
+std::unique_ptr<DirectoryService> openDirectoryOfHost(std::optional<KLError> *error,
+                                                      const Platform::SourceObserver &observer)
+{
+    const char *const otherSettings = std::getenv("JOBFILTER_CONF");
+    return Platform::DirectorySources::open(
+        otherSettings != nullptr ? otherSettings : KL_SETTINGS_FILE, error, observer);
 }
 
 std::optional<std::string> domainFromHostAnswer(int result, std::string_view buffer)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DirectoryService.h"
+#include "SourceReport.h"
 
 #include <functional>
 #include <memory>
@@ -18,6 +19,14 @@ class KLPrintOptions;
 /// logged and give the empty domain.
 /// @return empty when no domain can be found; nullopt only when the host's answer is not UTF-8.
 std::optional<std::string> domainForUser(const KLPrintOptions &options);
+
+/// Opens the directory service that this host's settings describe: jobfilter.conf(5) in CUPS'
+/// folder, or the file that JOBFILTER_CONF names in the environment. The same is asked of both:
+/// that they belong to root, and that nobody else may write them.
+/// @param observer  told what each source says
+/// @return null, with the error set, when the settings cannot be used
+std::unique_ptr<Platform::DirectoryService>
+openDirectoryOfHost(std::optional<KLError> *error, const Platform::SourceObserver &observer = {});
 
 /// What getdomainname(2)'s answer means.
 ///

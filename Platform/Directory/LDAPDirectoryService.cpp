@@ -27,8 +27,12 @@ std::optional<std::size_t> indexFrom(const std::string &text)
 
 } // namespace
 
-LDAPDirectoryService::LDAPDirectoryService(const LDAPTimeLimits &limits)
-    : _answerLimit(limits.answer), _deadline(std::chrono::steady_clock::now() + limits.session)
+LDAPDirectoryService::LDAPDirectoryService(const LDAPTimeLimits &limits, LDAPSignIn signIn,
+                                           SourceObserver observer)
+    : _answerLimit(limits.answer),
+      _deadline(std::chrono::steady_clock::now() + limits.session),
+      _signIn(std::move(signIn)),
+      _observer(std::move(observer))
 {
 }
 
@@ -38,17 +42,24 @@ ChildLimits LDAPDirectoryService::childLimits() const
 }
 
 std::unique_ptr<LDAPDirectoryService> LDAPDirectoryService::open(std::optional<KLError> *error,
-                                                                 const LDAPTimeLimits &limits)
+                                                                 const LDAPTimeLimits &limits,
+                                                                 LDAPSignIn signIn,
+                                                                 SourceObserver observer)
 {
-    std::unique_ptr<LDAPDirectoryService> service(new LDAPDirectoryService(limits));
+    std::unique_ptr<LDAPDirectoryService> service(
+        new LDAPDirectoryService(limits, std::move(signIn), std::move(observer)));
     const auto question = [](const ChildMessageSender &answers) {
         ask("KLListLDAPServers", answers);
     };
+    const SourceTimer timer(service->_observer, "ldap");
     ChildReport report = messagesFromChild(question, service->childLimits());
     if (report.error) {
+        timer.tell(report.error->description().value_or(""));
         *error = std::move(report.error);
         return nullptr;
     }
+    if (report.messages.empty())
+        timer.tell("is not there: ldap.conf(5) names no server");
     for (ChildMessage &message : report.messages)
         service->_servers.push_back(std::move(message.text));
     return service;
@@ -82,23 +93,41 @@ std::size_t LDAPDirectoryService::runQuery()
 /// @return false when the server could not be asked or did not answer in full
 bool LDAPDirectoryService::askServer(const std::string &uri)
 {
+    const SourceTimer timer(_observer, uri);
     const auto question = [&](const ChildMessageSender &answers) {
-        ask<const std::string &, const std::string &>("KLFindLDAPUser", answers, uri, _userName);
+        ask<const std::string &, const std::string &, const LDAPSignIn &>("KLFindLDAPUser", answers,
+                                                                          uri, _userName, _signIn);
     };
     ChildReport report = messagesFromChild(question, childLimits());
-    if (report.error)
+    if (report.error) {
+        timer.tell(report.error->description().value_or(""));
         return false;
-    for (ChildMessage &message : report.messages) {
-        if (message.kind == LDAPNode)
-            _nodes.push_back(std::move(message.text));
-        else if (message.kind == LDAPRecord)
-            _records.push_back({true, indexFrom(message.text)});
-        else if (message.kind == LDAPRecordOutside)
-            _records.push_back({true, std::nullopt});
-        else if (message.kind == LDAPRecordUnreadable)
-            _records.push_back({false, std::nullopt});
     }
+    for (ChildMessage &message : report.messages)
+        keepRecord(std::move(message));
+    timer.tell(whatWasFound());
     return true;
+}
+
+void LDAPDirectoryService::keepRecord(ChildMessage &&message)
+{
+    if (message.kind == LDAPNode)
+        _nodes.push_back(std::move(message.text));
+    else if (message.kind == LDAPRecord)
+        _records.push_back({true, indexFrom(message.text)});
+    else if (message.kind == LDAPRecordOutside)
+        _records.push_back({true, std::nullopt});
+    else if (message.kind == LDAPRecordUnreadable)
+        _records.push_back({false, std::nullopt});
+}
+
+std::string LDAPDirectoryService::whatWasFound() const
+{
+    if (!_records.empty())
+        return "knows the user: records " + std::to_string(_records.size());
+    return _signIn.method == LDAPSignIn::Method::Anonymous
+               ? "does not know the user, or shows the entry to nobody who has not signed in"
+               : "does not know the user";
 }
 
 std::optional<DirectoryAttributes> LDAPDirectoryService::recordDetails(std::size_t record)
@@ -114,8 +143,9 @@ std::optional<DirectoryAttributes> LDAPDirectoryService::recordDetails(std::size
 
 bool LDAPDirectoryService::openNodeNamed(const std::string &name, std::optional<KLError> *error)
 {
+    const SourceTimer timer(_observer, name);
     const auto question = [&](const ChildMessageSender &answers) {
-        ask<const std::string &>("KLInspectLDAPNode", answers, name);
+        ask<const std::string &, const LDAPSignIn &>("KLInspectLDAPNode", answers, name, _signIn);
     };
     ChildReport report = messagesFromChild(question, childLimits());
     _node = {{}, std::move(report.error)};
@@ -126,10 +156,20 @@ bool LDAPDirectoryService::openNodeNamed(const std::string &name, std::optional<
         else if (message.kind == LDAPNativeDomain)
             _node.attributes.emplace(kNativeDomainName, std::vector{std::move(message.text)});
     }
+    timer.tell(whatTheNodeSaid());
     if (!report.messages.empty())
         return true; // connected: the rest is for nodeDetails() to tell
     *error = _node.error;
     return false;
+}
+
+std::string LDAPDirectoryService::whatTheNodeSaid() const
+{
+    if (_node.error)
+        return _node.error->description().value_or("");
+    const auto domain = firstValue(_node.attributes, kNativeDomainName);
+    return domain ? "holds the user; its domain is " + *domain
+                  : "holds the user, and has no domain but what its name spells";
 }
 
 std::optional<DirectoryAttributes> LDAPDirectoryService::nodeDetails(std::optional<KLError> *error)

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "DirectoryService.h"
+#include "LDAPSignIn.h"
+#include "SourceReport.h"
 
 #include <chrono>
 #include <cstddef>
@@ -12,6 +14,7 @@
 namespace Platform {
 
 struct ChildLimits;
+struct ChildMessage;
 
 /// How long the directory may keep a job waiting.
 struct LDAPTimeLimits {
@@ -35,17 +38,22 @@ struct LDAPTimeLimits {
 ///   its `canonicalName` without the slash at the end. Its search base suffix is the context's
 ///   name as the server writes it.
 ///
-/// Servers are asked anonymously, from child processes that end with each answer or with the time
-/// limit (see ChildMessages.h). Only those load KLDirectoryModule and the client library. Errors
-/// are those of ChildReport, but for a user name that is not UTF-8.
+/// A name that carries a domain is looked for as it is, and then without the domain.
+///
+/// Servers are asked from child processes that end with each answer or with the time limit (see
+/// ChildMessages.h). Only those load KLDirectoryModule and the client library, and read a password.
+/// Errors are those of ChildReport, but for a user name that is not UTF-8.
 class LDAPDirectoryService : public DirectoryService {
 public:
     /// Opens a session; contacts no server.
-    /// @param error  not null
+    /// @param error     not null
+    /// @param observer  told what each server says, while it is asked
     /// @return null, with the error set, when the configuration cannot be had; a configuration that
     ///         names no server is one
     static std::unique_ptr<LDAPDirectoryService> open(std::optional<KLError> *error,
-                                                      const LDAPTimeLimits &limits = {});
+                                                      const LDAPTimeLimits &limits = {},
+                                                      LDAPSignIn signIn = {},
+                                                      SourceObserver observer = {});
 
     bool openAuthenticationNode() override;
     /// Contacts no server. Fails for a name that is not UTF-8, in the domain "LDAPErrorDomain",
@@ -69,12 +77,17 @@ private:
         std::optional<KLError> error;
     };
 
-    explicit LDAPDirectoryService(const LDAPTimeLimits &limits);
+    LDAPDirectoryService(const LDAPTimeLimits &limits, LDAPSignIn signIn, SourceObserver observer);
     ChildLimits childLimits() const;
     bool askServer(const std::string &uri);
+    void keepRecord(ChildMessage &&message);
+    std::string whatWasFound() const;
+    std::string whatTheNodeSaid() const;
 
     std::chrono::milliseconds _answerLimit;
     std::chrono::steady_clock::time_point _deadline;
+    LDAPSignIn _signIn;
+    SourceObserver _observer;
     std::vector<std::string> _servers;
     std::string _userName;
     std::vector<std::string> _nodes;

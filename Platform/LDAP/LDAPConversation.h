@@ -1,21 +1,17 @@
 #pragma once
 
+#include "LDAPFailure.h"
+#include "LDAPSignIn.h"
+
 #include <cstddef>
 #include <functional>
 #include <ldap.h>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace Platform {
-
-/// The server or the way to it failed; what() says how, in the client library's words.
-class LDAPFailure : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// Makes the host's own ldap.conf(5), and the file that LDAPCONF names, all that configures the
 /// client library: personal files and all other LDAP variables of the environment are left out.
@@ -23,11 +19,7 @@ public:
 /// the administrator writes to. Changes the environment.
 void useOnlyHostConfiguration();
 
-/// The URIs of the servers that the configuration names, in its order; empty when it names none.
-/// @throws LDAPFailure when the library cannot be set up
-std::vector<std::string> configuredServers();
-
-/// An anonymous conversation with one LDAP server.
+/// A conversation with one LDAP server.
 ///
 /// Waits as long as the server lets it: bounding that is the caller's part. No message of more
 /// than 64 KiB is taken in. Referrals are not followed. TLS is used for "ldaps:" URIs, by the
@@ -40,8 +32,10 @@ public:
     /// @throws LDAPFailure also for what is no LDAP URL (RFC 4516)
     explicit LDAPConversation(const std::string &uri);
 
-    /// Connects; for "ldaps:" this includes the handshake and the check of the certificate.
-    void connect();
+    /// Connects; for "ldaps:" this includes the handshake and the check of the certificate. Then
+    /// signs in.
+    /// @throws ProtectedFileError too, for a password that cannot be used
+    void connect(const LDAPSignIn &signIn);
 
     /// The search base that the configuration names; empty when it names none.
     std::string configuredBase() const;
@@ -76,6 +70,7 @@ private:
     int resultCode(LDAPMessage *result);
     [[noreturn]] void fail(int resultCode) const;
 
+    std::string _scheme;
     std::unique_ptr<LDAP, Closer> _ldap;
 };
 

@@ -5,6 +5,7 @@
 namespace Platform {
 
 class ChildMessageSender;
+struct LDAPSignIn;
 
 // The questions to LDAP servers, made to be asked in a child process (see ChildMessages.h): each
 // may hang for as long as a server likes. They change the environment of the process that asks
@@ -30,15 +31,21 @@ void listLDAPServers(const ChildMessageSender &answers);
 /// Sends the server's naming contexts, then all entries whose `uid` or `sAMAccountName` is the
 /// name: below the configured search base, else below each context in the server's order. Of an
 /// unknown user, nothing follows the contexts but LDAPProgress.
+///
+/// When there is no such entry and the name is one with a domain ("CORP\anna",
+/// "anna@corp.example.com"), the entries of the bare name; of several only those that lie in a
+/// domain of that name, or of which it is the first part.
 /// @param uri       a server from listLDAPServers()
 /// @param userName  UTF-8, taken literally
+/// @throws LDAPFailure, in words for an administrator
 void findLDAPUser(const ChildMessageSender &answers, const std::string &uri,
-                  const std::string &userName);
+                  const std::string &userName, const LDAPSignIn &signIn);
 
 /// Sends the search base of a naming context, as soon as its server is reached, and, when it has
 /// one, its domain name: `associatedDomain` (RFC 4524), else `canonicalName`, which Active
 /// Directory has, without the slash at its end. Of several values the first counts.
 /// @param url  a node from findLDAPUser()
-void inspectLDAPNode(const ChildMessageSender &answers, const std::string &url);
+void inspectLDAPNode(const ChildMessageSender &answers, const std::string &url,
+                     const LDAPSignIn &signIn);
 
 } // namespace Platform

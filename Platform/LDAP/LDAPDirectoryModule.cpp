@@ -12,13 +12,15 @@ KL_MODULE_EXPORT void KLListLDAPServers(const Platform::ChildMessageSender &answ
 
 KL_MODULE_EXPORT void KLFindLDAPUser(const Platform::ChildMessageSender &answers,
                                      const std::string &uri, const std::string &userName,
-                                     std::string &failure)
+                                     const Platform::LDAPSignIn &signIn, std::string &failure)
 {
-    Platform::withinModule(failure, [&] { Platform::findLDAPUser(answers, uri, userName); });
+    Platform::withinModule(failure,
+                           [&] { Platform::findLDAPUser(answers, uri, userName, signIn); });
 }
 
 KL_MODULE_EXPORT void KLInspectLDAPNode(const Platform::ChildMessageSender &answers,
-                                        const std::string &url, std::string &failure)
+                                        const std::string &url, const Platform::LDAPSignIn &signIn,
+                                        std::string &failure)
 {
-    Platform::withinModule(failure, [&] { Platform::inspectLDAPNode(answers, url); });
+    Platform::withinModule(failure, [&] { Platform::inspectLDAPNode(answers, url, signIn); });
 }

@@ -1,17 +1,13 @@
 #include "LDAPConversation.h"
 
+#include "LDAPAuthentication.h"
+
 #include <array>
 #include <cstdlib>
-#include <sstream>
 #include <unistd.h>
 
 namespace Platform {
 namespace {
-
-/// What the library takes for the server when the configuration names none. A configured one never
-/// comes out in this form (OpenedWithoutConfiguredServerHasNoAuthenticationNode, and
-/// LocalhostCanBeConfigured).
-constexpr std::string_view kBuiltInServer = "ldap://localhost:389/??base";
 
 /// Of one message: far above what the questions asked here can need.
 constexpr ber_len_t kMostMessageBytes = 65536;
@@ -25,15 +21,7 @@ using Text = std::unique_ptr<char, Freer>;
 using URL = std::unique_ptr<LDAPURLDesc, Freer>;
 using Values = std::unique_ptr<berval *, Freer>;
 
-[[noreturn]] void failWith(int resultCode, std::string_view more = {})
-{
-    std::string reason = ldap_err2string(resultCode);
-    if (!more.empty())
-        reason.append(": ").append(more.substr(0, 256));
-    throw LDAPFailure(reason);
-}
-
-/// A text option. @param ldap  null for the option's default
+/// A text option.
 std::string option(LDAP *ldap, int name)
 {
     char *raw = nullptr;
@@ -110,22 +98,7 @@ void useOnlyHostConfiguration()
         unsetenv(name.c_str());
 }
 
-std::vector<std::string> configuredServers()
-{
-    LDAP *raw = nullptr;
-    if (const int code = ldap_create(&raw); code != LDAP_SUCCESS)
-        failWith(code);
-    const std::string all = option(raw, LDAP_OPT_URI);
-    ldap_destroy(raw);
-
-    std::vector<std::string> servers;
-    std::istringstream words(all == kBuiltInServer ? std::string() : all);
-    for (std::string uri; words >> uri;)
-        servers.push_back(uri);
-    return servers;
-}
-
-LDAPConversation::LDAPConversation(const std::string &uri)
+LDAPConversation::LDAPConversation(const std::string &uri) : _scheme(parsedURL(uri)->lud_scheme)
 {
     LDAP *raw = nullptr;
     const int code = ldap_initialize(&raw, serverURL(uri, nullptr).c_str());
@@ -138,10 +111,12 @@ LDAPConversation::LDAPConversation(const std::string &uri)
     limitMessages(_ldap.get());
 }
 
-void LDAPConversation::connect()
+void LDAPConversation::connect(const LDAPSignIn &signIn)
 {
+    prepareToSignIn(_ldap.get(), _scheme, signIn);
     if (const int code = ldap_connect(_ldap.get()); code != LDAP_SUCCESS)
         fail(code);
+    signInTo(_ldap.get(), _scheme, signIn);
 }
 
 std::string LDAPConversation::configuredBase() const
@@ -225,7 +200,7 @@ int LDAPConversation::resultCode(LDAPMessage *result)
 
 void LDAPConversation::fail(int resultCode) const
 {
-    failWith(resultCode, option(_ldap.get(), LDAP_OPT_DIAGNOSTIC_MESSAGE));
+    failWith(_ldap.get(), resultCode);
 }
 
 std::string escapedForFilter(const std::string &value)

@@ -1,0 +1,82 @@
+#include "SSSDQuestion.h"
+
+#include "ChildMessages.h"
+#include "DomainName.h"
+#include "LocalDirectoryService.h"
+#include "Module.h"
+
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+
+namespace Platform {
+namespace {
+
+// What libsss_nss_idmap.so.0 declares in <sss_nss_idmap.h>, version SSS_NSS_IDMAP_0.6.0. A host
+// that has no use for it need not have it to build or run this.
+constexpr char kLibrary[] = "libsss_nss_idmap.so.0";
+struct KeyAndValue {
+    char *key; ///< null behind the last one
+    char *value;
+};
+using GetOriginalByUserName = int(const char *name, unsigned timeout, KeyAndValue **list,
+                                  int *type);
+using FreeList = void(KeyAndValue *list);
+
+/// In milliseconds. Beyond what this process is given, so that it is never the library that ends
+/// the wait: it says "unknown user" then.
+constexpr unsigned kTimeout = 60'000;
+
+template <class Function>
+Function *function(const char *name)
+{
+    return reinterpret_cast<Function *>(symbolFromModule(kLibrary, name));
+}
+
+[[noreturn]] void failWith(int error)
+{
+    switch (error) {
+    case ENOENT: // it tells these apart in its own log only
+        throw std::runtime_error("does not know the user, or had no answer from its servers");
+    case ENETUNREACH:
+        throw std::runtime_error("does not know the domain that the user name carries");
+    default:
+        throw std::runtime_error(std::string("no answer: ") + std::strerror(error));
+    }
+}
+
+std::string_view valueOf(std::string_view key, const KeyAndValue *list)
+{
+    for (; list != nullptr && list->key != nullptr; ++list) {
+        if (list->key == key && list->value != nullptr)
+            return list->value;
+    }
+    return {};
+}
+
+} // namespace
+
+void askSSSD(const ChildMessageSender &answers, const std::string &userName)
+{
+    auto *const getOriginal = function<GetOriginalByUserName>("sss_nss_getorigbyusername_timeout");
+    auto *const freeList = function<FreeList>("sss_nss_free_kv");
+
+    KeyAndValue *raw = nullptr;
+    int type = 0;
+    if (const int error = getOriginal(userName.c_str(), kTimeout, &raw, &type); error != 0)
+        failWith(error);
+    const std::unique_ptr<KeyAndValue, FreeList *> list(raw, freeList);
+    const std::string_view name = valueOf("originalDN", list.get());
+    if (name.empty())
+        throw std::runtime_error("knows the user, but of no directory");
+    const auto domain = domainOfDistinguishedName(name);
+    if (!domain)
+        throw std::runtime_error("the user's entry lies in no domain: " +
+                                 std::string(name.substr(0, 256)));
+    answers.send(LocalDomain, *domain);
+}
+
+} // namespace Platform
