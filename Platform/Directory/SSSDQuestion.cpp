@@ -1,16 +1,20 @@
 #include "SSSDQuestion.h"
 
 #include "ChildMessages.h"
+#include "Descriptor.h"
 #include "DomainName.h"
 #include "LocalDirectoryService.h"
 #include "Module.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
+#include <sys/socket.h>
+#include <sys/un.h>
 
 namespace Platform {
 namespace {
@@ -36,16 +40,25 @@ Function *function(const char *name)
     return reinterpret_cast<Function *>(symbolFromModule(kLibrary, name));
 }
 
+bool somebodyListens()
+{
+    const Descriptor client(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    std::copy_n(kSSSDSocket, sizeof kSSSDSocket, address.sun_path);
+    return connect(client.number(), reinterpret_cast<const sockaddr *>(&address),
+                   sizeof address) == 0 ||
+           errno == EAGAIN; // many do
+}
+
 [[noreturn]] void failWith(int error)
 {
-    switch (error) {
-    case ENOENT: // it tells these apart in its own log only
-        throw std::runtime_error("does not know the user, or had no answer from its servers");
-    case ENETUNREACH:
-        throw std::runtime_error("does not know the domain that the user name carries");
-    default:
+    if (error != ENOENT)
         throw std::runtime_error(std::string("no answer: ") + std::strerror(error));
-    }
+    // The library says this of everything.
+    throw std::runtime_error(somebodyListens()
+                                 ? "does not know the user, or had no answer from its servers"
+                                 : "does not run, though its socket is there");
 }
 
 std::string_view valueOf(std::string_view key, const KeyAndValue *list)

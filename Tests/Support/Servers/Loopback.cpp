@@ -2,10 +2,13 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <netinet/in.h>
 #include <stdexcept>
 #include <string>
 #include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace Support {
@@ -22,6 +25,21 @@ LoopbackListener listenOnLoopback()
         getsockname(listener, generic, &size) != 0)
         throw std::runtime_error(std::string("no free port on 127.0.0.1: ") + std::strerror(errno));
     return {listener, ntohs(address.sin_port)};
+}
+
+int listenOnFile(const std::string &path)
+{
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    unlink(path.c_str());
+    const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    if (listener < 0 ||
+        bind(listener, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0 ||
+        listen(listener, 64) != 0 || chmod(path.c_str(), 0777) != 0)
+        throw std::runtime_error("no socket " + path + ": " + std::strerror(errno));
+    return listener;
 }
 
 int freePort()

@@ -117,17 +117,27 @@ std::string message(int id, int tag, std::string_view operation)
 } // namespace
 
 ScriptedServer::ScriptedServer(const Script &script, int mostConnections)
-    : _connections(static_cast<int *>(
-          mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)))
 {
     const LoopbackListener listener = listenOnLoopback();
     _port = listener.port;
+    start(listener.socket, script, mostConnections);
+}
+
+ScriptedServer::ScriptedServer(const std::string &path, const Script &script, int mostConnections)
+{
+    start(listenOnFile(path), script, mostConnections);
+}
+
+void ScriptedServer::start(int listener, const Script &script, int mostConnections)
+{
+    _connections = static_cast<int *>(
+        mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
     _process = fork();
     if (_process == 0) {
         followParent();
-        serve(listener.socket, script, mostConnections, _connections);
+        serve(listener, script, mostConnections, _connections);
     }
-    close(listener.socket);
+    close(listener);
 }
 
 ScriptedServer::~ScriptedServer()

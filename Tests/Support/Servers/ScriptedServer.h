@@ -9,8 +9,8 @@
 
 namespace Support {
 
-/// A server on a free port of 127.0.0.1 that does what a script says, each connection in a process
-/// of its own.
+/// A server, on a free port of 127.0.0.1 or a socket of the file system, that does what a script
+/// says, each connection in a process of its own.
 class ScriptedServer {
 public:
     /// Serves one connection, in a process of its own: what it changes is not seen by the test. The
@@ -21,6 +21,9 @@ public:
     /// @param mostConnections  after these the server refuses further ones
     /// @throws std::runtime_error when no port can be had
     explicit ScriptedServer(const Script &script, int mostConnections = 100);
+    /// The same on a socket of the file system, which everybody may use.
+    /// @param path  its folder is made when it is not there; a file of that name is replaced
+    ScriptedServer(const std::string &path, const Script &script, int mostConnections = 100);
     ~ScriptedServer();
     ScriptedServer(const ScriptedServer &) = delete;
     ScriptedServer &operator=(const ScriptedServer &) = delete;
@@ -32,6 +35,8 @@ public:
     int connections() const { return *_connections; }
 
 private:
+    void start(int listener, const Script &script, int mostConnections);
+
     int _port = 0;
     volatile int *_connections; ///< in memory that the server's process shares
     pid_t _process = -1;

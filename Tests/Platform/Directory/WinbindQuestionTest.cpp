@@ -1,0 +1,267 @@
+#include "WinbindQuestion.h"
+
+#include "ChildMessages.h"
+#include "HiddenServices.h"
+#include "LocalDirectoryService.h"
+#include "ScriptedServer.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <map>
+#include <sys/socket.h>
+#include <unistd.h>
+
+using Platform::ChildMessageSender;
+using Platform::ChildReport;
+using Support::ScriptedServer;
+using namespace std::chrono_literals;
+
+namespace {
+
+// Winbind's way to speak: requests and answers of a fixed size each, a length and a number first,
+// then texts at fixed places. The client library and the daemon are of one release, Debian 12's.
+constexpr std::size_t kRequestSize = 2136;
+constexpr std::size_t kAnswerSize = 4008;
+constexpr std::uint32_t kProtocol = 32;
+enum Command : std::uint32_t {
+    Greeting = 0,
+    LookUpSID = 21,
+    LookUpName = 22,
+    Separator = 33,
+    DomainOfHost = 34,
+    DomainInformation = 35,
+};
+
+/// The bytes behind an answer's first two numbers.
+struct Answer {
+    bool ok = true;
+    std::map<std::size_t, std::string> texts = {};     ///< by their places
+    std::map<std::size_t, std::uint32_t> numbers = {}; ///< likewise
+};
+
+constexpr std::size_t kSecondText = 256;
+constexpr std::size_t kThirdText = 512;
+
+std::string bytesOf(const Answer &answer)
+{
+    std::string bytes(kAnswerSize, '\0');
+    const auto put = [&](std::size_t at, std::uint32_t number) {
+        std::memcpy(bytes.data() + at, &number, sizeof number);
+    };
+    put(0, kAnswerSize);
+    put(4, answer.ok ? 2 : 0);
+    for (const auto &[at, text] : answer.texts)
+        text.copy(bytes.data() + 8 + at, text.size());
+    for (const auto &[at, number] : answer.numbers)
+        put(8 + at, number);
+    return bytes;
+}
+
+struct Request {
+    std::uint32_t command;
+    std::string bytes;
+
+    /// Whether the text stands in it, from its beginning to its end.
+    bool holds(const std::string &text) const
+    {
+        return bytes.find('\0' + text + '\0') != std::string::npos;
+    }
+};
+
+using Script = std::function<Answer(const Request &)>;
+
+void serve(int socket, const Script &script)
+{
+    std::string bytes(kRequestSize, '\0');
+    while (recv(socket, bytes.data(), bytes.size(), MSG_WAITALL) ==
+           static_cast<ssize_t>(bytes.size())) {
+        Request request = {0, bytes};
+        std::memcpy(&request.command, bytes.data() + 4, sizeof request.command);
+        if (!Support::sendAll(socket, bytesOf(script(request))))
+            return;
+    }
+}
+
+/// A daemon of the domain CORP, which knows anna of CORP and berta of SALES.
+Answer answer(const Request &request)
+{
+    constexpr char kDomain[] = "S-1-5-21-1-2-3";
+    constexpr char kAnna[] = "S-1-5-21-1-2-3-1000";
+    constexpr char kBerta[] = "S-1-5-21-4-5-6-1000";
+    switch (request.command) {
+    case Greeting:
+        return {.numbers = {{0, kProtocol}}};
+    case Separator:
+        return {.texts = {{0, "+4.17"}}};
+    case DomainOfHost:
+        return {.texts = {{0, "CORP"}}};
+    case DomainInformation:
+        return {.texts = {{0, request.holds("SALES") ? "SALES" : "CORP"},
+                          {kSecondText, request.holds("SALES") ? "Sales.Test" : "Corp.Test"},
+                          {kThirdText, kDomain}}};
+    case LookUpName:
+        if (request.holds("CORP") && (request.holds("anna") || request.holds("anna@corp.test")))
+            return {.texts = {{0, kAnna}}, .numbers = {{kSecondText, 1}}};
+        if (request.holds("SALES") && request.holds("berta"))
+            return {.texts = {{0, kBerta}}, .numbers = {{kSecondText, 1}}};
+        if (request.holds("printers")) // a group
+            return {.texts = {{0, kAnna}}, .numbers = {{kSecondText, 2}}};
+        return {.ok = false};
+    case LookUpSID:
+        return {.texts = {{0, request.holds(kBerta) ? "SALES" : "CORP"}, {kSecondText, "x"}},
+                .numbers = {{kThirdText, 1}}};
+    default:
+        return {};
+    }
+}
+
+class WinbindQuestionTest : public Support::HiddenServicesTest {
+protected:
+    static ChildReport ask(const std::string &name, std::chrono::milliseconds silence)
+    {
+        return Platform::messagesFromChild(
+            [&](const ChildMessageSender &answers) { Platform::askWinbind(answers, name); },
+            {.deadline = std::chrono::steady_clock::now() + 20s, .silence = silence});
+    }
+
+    /// The domain, or what the question failed with.
+    static std::string outcome(const std::string &name, std::chrono::milliseconds silence = 20s)
+    {
+        const ChildReport report = ask(name, silence);
+        if (report.error)
+            return report.error->description().value_or("");
+        EXPECT_EQ(Platform::LocalDomain, report.messages.back().kind);
+        return report.messages.back().text;
+    }
+
+    static std::string outcomeOf(const Script &script, const std::string &name = "anna")
+    {
+        const ScriptedServer server(Platform::kWinbindSocket,
+                                    [&](int socket, int) { serve(socket, script); });
+        return outcome(name);
+    }
+
+    /// The same of a server that answers with bytes of its own.
+    static std::string outcomeOfBytes(const ScriptedServer::Script &script)
+    {
+        const ScriptedServer server(Platform::kWinbindSocket, script);
+        return outcome("anna", 1s);
+    }
+};
+
+constexpr char kUnknown[] = "does not know the user, or had no answer from its servers";
+
+/// The daemon above, but for one command.
+Script answeringInstead(Command command, const Answer &other)
+{
+    return [=](const Request &request) {
+        return request.command == command ? other : answer(request);
+    };
+}
+
+} // namespace
+
+TEST_F(WinbindQuestionTest, BareNameIsOneOfTheHostsDomain)
+{
+    EXPECT_EQ("corp.test", outcomeOf(&answer, "anna"));
+    EXPECT_EQ(kUnknown, outcomeOf(&answer, "berta"));
+}
+
+TEST_F(WinbindQuestionTest, NameBehindItsDomainIsOneOfThat)
+{
+    EXPECT_EQ("corp.test", outcomeOf(&answer, "CORP\\anna"));
+    EXPECT_EQ("sales.test", outcomeOf(&answer, "SALES\\berta"));
+    EXPECT_EQ(kUnknown, outcomeOf(&answer, "SALES\\anna"));
+}
+
+TEST_F(WinbindQuestionTest, SeparatorOfTheDaemonCountsToo)
+{
+    EXPECT_EQ("sales.test", outcomeOf(&answer, "SALES+berta"));
+}
+
+TEST_F(WinbindQuestionTest, NameBeforeItsDomainIsTheDaemonsToTakeApart)
+{
+    EXPECT_EQ("corp.test", outcomeOf(&answer, "anna@corp.test"));
+    EXPECT_EQ(kUnknown, outcomeOf(&answer, "anna@other.test"));
+}
+
+TEST_F(WinbindQuestionTest, GroupIsNoUser)
+{
+    EXPECT_EQ(kUnknown, outcomeOf(&answer, "printers"));
+}
+
+TEST_F(WinbindQuestionTest, DomainWithoutDNSNameGivesNone)
+{
+    for (const char *name : {"", "a b", "a..b"})
+        EXPECT_EQ(
+            "the user's domain CORP has no DNS name",
+            outcomeOf(answeringInstead(
+                DomainInformation,
+                {.texts = {{0, "CORP"}, {kSecondText, name}, {kThirdText, "S-1-5-21-1-2-3"}}})));
+}
+
+TEST_F(WinbindQuestionTest, AnyAnswerThatIsAFailureGivesNoDomain)
+{
+    for (const Command command :
+         {Greeting, Separator, DomainOfHost, DomainInformation, LookUpName, LookUpSID}) {
+        const std::string said = outcomeOf(answeringInstead(command, {.ok = false}));
+        EXPECT_NE("corp.test", said) << command;
+        EXPECT_NE("", said) << command;
+    }
+}
+
+TEST_F(WinbindQuestionTest, SocketWithoutServer)
+{
+    {
+        const ScriptedServer server(Platform::kWinbindSocket, [](int, int) {});
+    }
+    EXPECT_EQ("winbindd does not run, or is not a member of its domain", outcome("anna"));
+}
+
+TEST_F(WinbindQuestionTest, SilentServerEndsWithTheLimit)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ("No answer in time", outcomeOfBytes([](int, int) {
+                  for (;;)
+                      pause();
+              }));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, 1s);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s); // the library alone waits for minutes
+}
+
+TEST_F(WinbindQuestionTest, HostileBytesGiveNoDomain)
+{
+    std::string hugeLength = bytesOf({.numbers = {{0, kProtocol}}});
+    std::fill_n(hugeLength.begin(), 4, '\xff');
+    for (const std::string &bytes :
+         {std::string(), std::string("garbage\n\x1b[2J"), std::string(kAnswerSize, '\0'),
+          std::string(kAnswerSize, '\xff'), std::string(std::size_t{1} << 22, 'a'), hugeLength}) {
+        const std::string said =
+            outcomeOfBytes([&](int socket, int) { Support::sendAll(socket, bytes); });
+        EXPECT_NE("corp.test", said);
+        EXPECT_NE("", said);
+    }
+}
+
+TEST_F(WinbindQuestionTest, EndlessAnswerEndsWithALimit)
+{
+    const std::string said = outcomeOfBytes([](int socket, int) {
+        const std::string greeting = bytesOf({.numbers = {{0, kProtocol}}});
+        while (Support::sendAll(socket, greeting)) {
+        }
+    });
+    EXPECT_NE("corp.test", said);
+    EXPECT_NE("", said);
+}
+
+TEST_F(WinbindQuestionTest, TextsWithoutEndsStayWithinTheirAnswer)
+{
+    for (const Command command :
+         {Separator, DomainOfHost, DomainInformation, LookUpName, LookUpSID})
+        EXPECT_NE("", outcomeOf(answeringInstead(
+                          command, {.texts = {{0, std::string(kAnswerSize - 8, 'a')}}})));
+}
