@@ -5,6 +5,7 @@
 #include "DomainName.h"
 #include "LocalDirectoryService.h"
 #include "Module.h"
+#include "SSSDLibrary.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -19,17 +20,6 @@
 namespace Platform {
 namespace {
 
-// What libsss_nss_idmap.so.0 declares in <sss_nss_idmap.h>, version SSS_NSS_IDMAP_0.6.0. A host
-// that has no use for it need not have it to build or run this.
-constexpr char kLibrary[] = "libsss_nss_idmap.so.0";
-struct KeyAndValue {
-    char *key; ///< null behind the last one
-    char *value;
-};
-using GetOriginalByUserName = int(const char *name, unsigned timeout, KeyAndValue **list,
-                                  int *type);
-using FreeList = void(KeyAndValue *list);
-
 /// In milliseconds. Beyond what this process is given, so that it is never the library that ends
 /// the wait: it says "unknown user" then.
 constexpr unsigned kTimeout = 60'000;
@@ -37,7 +27,7 @@ constexpr unsigned kTimeout = 60'000;
 template <class Function>
 Function *function(const char *name)
 {
-    return reinterpret_cast<Function *>(symbolFromModule(kLibrary, name));
+    return reinterpret_cast<Function *>(symbolFromModule(SSSDLibrary::kFile, name));
 }
 
 bool somebodyListens()
@@ -61,7 +51,7 @@ bool somebodyListens()
                                  : "does not run, though its socket is there");
 }
 
-std::string_view valueOf(std::string_view key, const KeyAndValue *list)
+std::string_view valueOf(std::string_view key, const SSSDLibrary::KeyAndValue *list)
 {
     for (; list != nullptr && list->key != nullptr; ++list) {
         if (list->key == key && list->value != nullptr)
@@ -74,14 +64,14 @@ std::string_view valueOf(std::string_view key, const KeyAndValue *list)
 
 void askSSSD(const ChildMessageSender &answers, const std::string &userName)
 {
-    auto *const getOriginal = function<GetOriginalByUserName>("sss_nss_getorigbyusername_timeout");
-    auto *const freeList = function<FreeList>("sss_nss_free_kv");
+    auto *const getOriginal = function<SSSDLibrary::GetOriginal>(SSSDLibrary::kGetOriginal);
+    auto *const freeList = function<SSSDLibrary::FreeList>(SSSDLibrary::kFreeList);
 
-    KeyAndValue *raw = nullptr;
+    SSSDLibrary::KeyAndValue *raw = nullptr;
     int type = 0;
     if (const int error = getOriginal(userName.c_str(), kTimeout, &raw, &type); error != 0)
         failWith(error);
-    const std::unique_ptr<KeyAndValue, FreeList *> list(raw, freeList);
+    const std::unique_ptr<SSSDLibrary::KeyAndValue, SSSDLibrary::FreeList *> list(raw, freeList);
     const std::string_view name = valueOf("originalDN", list.get());
     if (name.empty())
         throw std::runtime_error("knows the user, but of no directory");

@@ -5,9 +5,8 @@
 #include "LocalDirectoryService.h"
 #include "LoginName.h"
 #include "Module.h"
+#include "WinbindLibrary.h"
 
-#include <array>
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -15,45 +14,17 @@
 namespace Platform {
 namespace {
 
-// What libwbclient.so.0 declares in <wbclient.h>, interface version 0.15. A host that has no use
-// for it need not have it to build or run this.
-constexpr char kLibrary[] = "libwbclient.so.0";
-enum Failure : int { kSuccess = 0, kNotAvailable = 6, kDomainNotFound = 7, kUnknownUser = 11 };
-struct SecurityIdentifier {
-    std::uint8_t revision;
-    std::uint8_t count;
-    std::array<std::uint8_t, 6> authority;
-    std::array<std::uint32_t, 15> parts;
-};
-struct InterfaceDetails {
-    std::uint32_t interfaceVersion;
-    char *winbindVersion;
-    char separator;
-    char *netbiosName;
-    char *netbiosDomain;
-    char *dnsDomain;
-};
-struct DomainInformation { // goes on behind these
-    char *shortName;
-    char *dnsName;
-};
-constexpr int kUser = 1; // of the types of names
-using GetInterfaceDetails = int(InterfaceDetails **details);
-using LookupName = int(const char *domain, const char *name, SecurityIdentifier *sid, int *type);
-using LookupSID = int(const SecurityIdentifier *sid, char **domain, char **name, int *type);
-using GetDomainInformation = int(const char *domain, DomainInformation **information);
-using FreeMemory = void(void *memory);
-using FailureText = const char *(int failure);
+using namespace WinbindLibrary;
 
 template <class Function>
 Function *function(const char *name)
 {
-    return reinterpret_cast<Function *>(symbolFromModule(kLibrary, name));
+    return reinterpret_cast<Function *>(symbolFromModule(kFile, name));
 }
 
 /// Memory of the library's.
 struct Freer {
-    void operator()(void *memory) const { function<FreeMemory>("wbcFreeMemory")(memory); }
+    void operator()(void *memory) const { function<FreeMemory>(kFreeMemory)(memory); }
 };
 template <class Value>
 using Owned = std::unique_ptr<Value, Freer>;
@@ -68,7 +39,7 @@ using Owned = std::unique_ptr<Value, Freer>;
         throw std::runtime_error("does not know the user, or had no answer from its servers");
     default:
         throw std::runtime_error(std::string("no answer: ") +
-                                 function<FailureText>("wbcErrorString")(failure));
+                                 function<FailureText>(kFailureText)(failure));
     }
 }
 
@@ -86,7 +57,7 @@ struct Membership {
 Membership membership()
 {
     InterfaceDetails *raw = nullptr;
-    if (const int failure = function<GetInterfaceDetails>("wbcInterfaceDetails")(&raw))
+    if (const int failure = function<GetInterfaceDetails>(kGetInterfaceDetails)(&raw))
         failWith(failure);
     const Owned<InterfaceDetails> details(raw);
     return {text(details->netbiosDomain), details->separator};
@@ -99,7 +70,7 @@ std::optional<SecurityIdentifier> identifierOfUser(const std::string &domain,
     SecurityIdentifier sid = {};
     int type = 0;
     const int failure =
-        function<LookupName>("wbcLookupName")(domain.c_str(), name.c_str(), &sid, &type);
+        function<LookUpName>(kLookUpName)(domain.c_str(), name.c_str(), &sid, &type);
     if (failure == kDomainNotFound || failure == kUnknownUser)
         return std::nullopt;
     if (failure != kSuccess)
@@ -129,7 +100,7 @@ std::string shortDomainOf(const SecurityIdentifier &user)
     char *domain = nullptr;
     char *name = nullptr;
     int type = 0;
-    if (const int failure = function<LookupSID>("wbcLookupSid")(&user, &domain, &name, &type))
+    if (const int failure = function<LookUpSID>(kLookUpSID)(&user, &domain, &name, &type))
         failWith(failure);
     const Owned<char> domainOwner(domain);
     const Owned<char> nameOwner(name);
@@ -139,7 +110,7 @@ std::string shortDomainOf(const SecurityIdentifier &user)
 std::string dnsNameOf(const std::string &shortDomain)
 {
     DomainInformation *raw = nullptr;
-    const auto ask = function<GetDomainInformation>("wbcDomainInfo");
+    const auto ask = function<GetDomainInformation>(kGetDomainInformation);
     if (const int failure = ask(shortDomain.c_str(), &raw))
         failWith(failure);
     const Owned<DomainInformation> information(raw);
