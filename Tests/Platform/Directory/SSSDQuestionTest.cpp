@@ -3,94 +3,25 @@
 #include "ChildMessages.h"
 #include "HiddenServices.h"
 #include "LocalDirectoryService.h"
+#include "SSSDScript.h"
 #include "ScriptedServer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cerrno>
-#include <cstdint>
-#include <cstring>
-#include <optional>
-#include <sys/socket.h>
 #include <unistd.h>
 
 using Platform::ChildMessage;
 using Platform::ChildMessageSender;
 using Platform::ChildReport;
 using Support::ScriptedServer;
+using namespace Support::SSSDScript;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace std::chrono_literals;
 
 namespace {
-
-// SSSD's way to speak, in the machine's own numbers: length of all, command, status and nothing,
-// then the text.
-constexpr std::size_t kHeaderSize = 16;
-constexpr std::uint32_t kVersion = 1;
-
-using Header = std::array<std::uint32_t, 4>;
-
-std::string bytesOf(const std::vector<std::uint32_t> &numbers)
-{
-    return {reinterpret_cast<const char *>(numbers.data()), numbers.size() * 4};
-}
-
-std::string reply(std::uint32_t command, std::uint32_t status, const std::string &body)
-{
-    return bytesOf({static_cast<std::uint32_t>(kHeaderSize + body.size()), command, status, 0}) +
-           body;
-}
-
-/// The answer about a user: results, a number without meaning, the type, the keys and values.
-std::string user(const std::string &keysAndValues, std::uint32_t results = 1)
-{
-    return bytesOf({results, 0, 1}) + keysAndValues;
-}
-
-std::string keyAndValue(const std::string &key, const std::string &value)
-{
-    return key + '\0' + value + '\0';
-}
-
-struct Request {
-    std::uint32_t command;
-    std::string body;
-};
-
-std::optional<Request> receive(int socket)
-{
-    Header header = {};
-    if (recv(socket, header.data(), kHeaderSize, MSG_WAITALL) != kHeaderSize)
-        return std::nullopt;
-    Request request = {header[1], std::string(header[0] - kHeaderSize, '\0')};
-    if (recv(socket, request.body.data(), request.body.size(), MSG_WAITALL) !=
-        static_cast<ssize_t>(request.body.size()))
-        return std::nullopt;
-    return request;
-}
-
-/// Greets the client and answers its question with what `answer` makes of it.
-ScriptedServer::Script answering(const std::function<std::string(const Request &)> &answer)
-{
-    return [=](int socket, int) {
-        const auto greeting = receive(socket);
-        if (!greeting ||
-            !Support::sendAll(socket, reply(greeting->command, 0, bytesOf({kVersion}))))
-            return;
-        while (const auto question = receive(socket)) {
-            if (!Support::sendAll(socket, answer(*question)))
-                return;
-        }
-    };
-}
-
-ScriptedServer::Script answeringBody(const std::string &body, std::uint32_t status = 0)
-{
-    return answering([=](const Request &request) { return reply(request.command, status, body); });
-}
 
 class SSSDQuestionTest : public Support::HiddenServicesTest {
 protected:

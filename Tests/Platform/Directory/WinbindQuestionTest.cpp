@@ -4,120 +4,23 @@
 #include "HiddenServices.h"
 #include "LocalDirectoryService.h"
 #include "ScriptedServer.h"
+#include "WinbindScript.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
-#include <map>
-#include <sys/socket.h>
 #include <unistd.h>
 
 using Platform::ChildMessageSender;
 using Platform::ChildReport;
 using Support::ScriptedServer;
+using namespace Support::WinbindScript;
 using namespace std::chrono_literals;
 
 namespace {
 
-// Winbind's way to speak: requests and answers of a fixed size each, a length and a number first,
-// then texts at fixed places. The client library and the daemon are of one release, Debian 12's.
-constexpr std::size_t kRequestSize = 2136;
-constexpr std::size_t kAnswerSize = 4008;
-constexpr std::uint32_t kProtocol = 32;
-enum Command : std::uint32_t {
-    Greeting = 0,
-    LookUpSID = 21,
-    LookUpName = 22,
-    Separator = 33,
-    DomainOfHost = 34,
-    DomainInformation = 35,
-};
-
-/// The bytes behind an answer's first two numbers.
-struct Answer {
-    bool ok = true;
-    std::map<std::size_t, std::string> texts = {};     ///< by their places
-    std::map<std::size_t, std::uint32_t> numbers = {}; ///< likewise
-};
-
-constexpr std::size_t kSecondText = 256;
-constexpr std::size_t kThirdText = 512;
-
-std::string bytesOf(const Answer &answer)
-{
-    std::string bytes(kAnswerSize, '\0');
-    const auto put = [&](std::size_t at, std::uint32_t number) {
-        std::memcpy(bytes.data() + at, &number, sizeof number);
-    };
-    put(0, kAnswerSize);
-    put(4, answer.ok ? 2 : 0);
-    for (const auto &[at, text] : answer.texts)
-        text.copy(bytes.data() + 8 + at, text.size());
-    for (const auto &[at, number] : answer.numbers)
-        put(8 + at, number);
-    return bytes;
-}
-
-struct Request {
-    std::uint32_t command;
-    std::string bytes;
-
-    /// Whether the text stands in it, from its beginning to its end.
-    bool holds(const std::string &text) const
-    {
-        return bytes.find('\0' + text + '\0') != std::string::npos;
-    }
-};
-
 using Script = std::function<Answer(const Request &)>;
-
-void serve(int socket, const Script &script)
-{
-    std::string bytes(kRequestSize, '\0');
-    while (recv(socket, bytes.data(), bytes.size(), MSG_WAITALL) ==
-           static_cast<ssize_t>(bytes.size())) {
-        Request request = {0, bytes};
-        std::memcpy(&request.command, bytes.data() + 4, sizeof request.command);
-        if (!Support::sendAll(socket, bytesOf(script(request))))
-            return;
-    }
-}
-
-/// A daemon of the domain CORP, which knows anna of CORP and berta of SALES.
-Answer answer(const Request &request)
-{
-    constexpr char kDomain[] = "S-1-5-21-1-2-3";
-    constexpr char kAnna[] = "S-1-5-21-1-2-3-1000";
-    constexpr char kBerta[] = "S-1-5-21-4-5-6-1000";
-    switch (request.command) {
-    case Greeting:
-        return {.numbers = {{0, kProtocol}}};
-    case Separator:
-        return {.texts = {{0, "+4.17"}}};
-    case DomainOfHost:
-        return {.texts = {{0, "CORP"}}};
-    case DomainInformation:
-        return {.texts = {{0, request.holds("SALES") ? "SALES" : "CORP"},
-                          {kSecondText, request.holds("SALES") ? "Sales.Test" : "Corp.Test"},
-                          {kThirdText, kDomain}}};
-    case LookUpName:
-        if (request.holds("CORP") && (request.holds("anna") || request.holds("anna@corp.test")))
-            return {.texts = {{0, kAnna}}, .numbers = {{kSecondText, 1}}};
-        if (request.holds("SALES") && request.holds("berta"))
-            return {.texts = {{0, kBerta}}, .numbers = {{kSecondText, 1}}};
-        if (request.holds("printers")) // a group
-            return {.texts = {{0, kAnna}}, .numbers = {{kSecondText, 2}}};
-        return {.ok = false};
-    case LookUpSID:
-        return {.texts = {{0, request.holds(kBerta) ? "SALES" : "CORP"}, {kSecondText, "x"}},
-                .numbers = {{kThirdText, 1}}};
-    default:
-        return {};
-    }
-}
 
 class WinbindQuestionTest : public Support::HiddenServicesTest {
 protected:
@@ -140,8 +43,7 @@ protected:
 
     static std::string outcomeOf(const Script &script, const std::string &name = "anna")
     {
-        const ScriptedServer server(Platform::kWinbindSocket,
-                                    [&](int socket, int) { serve(socket, script); });
+        const ScriptedServer server(Platform::kWinbindSocket, answering(script));
         return outcome(name);
     }
 
