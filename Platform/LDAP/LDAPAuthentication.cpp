@@ -8,6 +8,7 @@ namespace {
 
 using Method = LDAPSignIn::Method;
 
+/// @param conversation  null for the default of those to come
 template <class Value>
 void setOption(LDAP *conversation, int name, Value value)
 {
@@ -23,9 +24,10 @@ bool startsTLS(const std::string &scheme, const LDAPSignIn &signIn)
 void trustNobodyUnverified(LDAP *conversation)
 {
     const int demand = LDAP_OPT_X_TLS_DEMAND;
-    const int asClient = 0;
+    // The default says whether the certificate is looked at, the conversation's own whether the
+    // name in it is.
+    setOption(nullptr, LDAP_OPT_X_TLS_REQUIRE_CERT, &demand);
     setOption(conversation, LDAP_OPT_X_TLS_REQUIRE_CERT, &demand);
-    setOption(conversation, LDAP_OPT_X_TLS_NEWCTX, &asClient);
 }
 
 void prepareKerberos(LDAP *conversation, const LDAPSignIn &signIn)

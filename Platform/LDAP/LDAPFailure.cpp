@@ -9,14 +9,23 @@ namespace {
 
 constexpr std::size_t kLongestServerText = 256;
 
-/// What the code means; empty where the library's words say all.
-std::string meaning(int resultCode, const LDAPSignIn &signIn)
+/// Whether it was the TLS handshake that failed: it leaves words of its own.
+bool isTLSFailure(const LDAPFailure &failure)
+{
+    return failure.resultCode() == LDAP_CONNECT_ERROR ||
+           std::string_view(failure.what()) != ldap_err2string(failure.resultCode());
+}
+
+/// What the failure means; empty where the library's words say all.
+std::string meaning(const LDAPFailure &failure, const LDAPSignIn &signIn)
 {
     const bool anonymous = signIn.method == LDAPSignIn::Method::Anonymous;
-    switch (resultCode) {
+    switch (failure.resultCode()) {
     case LDAP_SERVER_DOWN:
     case LDAP_CONNECT_ERROR:
-        return "the server cannot be reached, or its certificate is not trusted";
+        return isTLSFailure(failure) ? "no TLS with the server, whose certificate may not be one "
+                                       "for it or not trusted"
+                                     : "the server cannot be reached";
     case LDAP_INVALID_CREDENTIALS:
         return "the server refuses the password or the name that it belongs to";
     case LDAP_OPERATIONS_ERROR: // Active Directory's way to say it
@@ -57,7 +66,7 @@ void failWith(LDAP *conversation, int resultCode)
 
 std::string inPlainWords(const LDAPFailure &failure, const LDAPSignIn &signIn)
 {
-    const std::string words = meaning(failure.resultCode(), signIn);
+    const std::string words = meaning(failure, signIn);
     return words.empty() ? failure.what() : words + " (" + failure.what() + ")";
 }
 

@@ -12,11 +12,11 @@ struct LDAPSignIn {
         Simple,    ///< with a password, inside TLS
     };
     Method method = Method::Anonymous;
-    std::string bindDN;       ///< of Simple: the entry whose password it is
-    std::string passwordFile; ///< of Simple: an absolute path
+    std::string bindDN = {};       ///< of Simple: the entry whose password it is
+    std::string passwordFile = {}; ///< of Simple: an absolute path
     /// Of GSSAPI: the keys to sign in with, an absolute path. Empty for those that Kerberos' own
     /// settings name, or gssproxy(8) has.
-    std::string keytab;
+    std::string keytab = {};
     /// "ldap:" connections are made safe by StartTLS before anything is asked.
     bool startTLS = false;
 
