@@ -93,12 +93,8 @@ std::unique_ptr<DirectorySources> DirectorySources::open(const std::string &sett
         new DirectorySources(limits, settings->signIn, observer));
     for (const DirectorySource source : settings->sources)
         directory->addSource(source);
-    auto &sources = directory->_sources;
-    if (sources.size() == 1 && !sources.front()) {
-        sources.front() = directory->openLDAP(error);
-        if (!sources.front())
-            return nullptr;
-    }
+    if (!directory->_hasLocalSource && !directory->keepOnlyLDAP(error))
+        return nullptr;
     return directory;
 }
 
@@ -118,8 +114,25 @@ void DirectorySources::addLocalSource(LocalSource source)
 {
     auto service = std::make_unique<LocalDirectoryService>(std::move(source), _limits.localAnswer,
                                                            _deadline, _observer);
-    if (service->openAuthenticationNode())
-        _sources.push_back(std::move(service));
+    _hasLocalSource = _hasLocalSource || service->isThere();
+    _sources.push_back(std::move(service));
+}
+
+/// For a host without local sources. @return false, with the error set, when LDAP cannot be opened
+bool DirectorySources::keepOnlyLDAP(std::optional<KLError> *error)
+{
+    std::vector<std::unique_ptr<DirectoryService>> kept;
+    for (auto &source : _sources) {
+        if (source) {
+            source->openAuthenticationNode(); // tells the observer
+            continue;
+        }
+        kept.push_back(openLDAP(error));
+        if (!kept.back())
+            return false;
+    }
+    _sources = std::move(kept);
+    return true;
 }
 
 std::unique_ptr<DirectoryService> DirectorySources::openLDAP(std::optional<KLError> *error) const

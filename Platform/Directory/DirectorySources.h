@@ -26,9 +26,9 @@ struct DirectoryTimeLimits {
 /// The directory service of a host: its sources, asked one after the other until one has a record
 /// of the user. Which, and in what order, a settings file says (see DirectorySettings.h).
 ///
-/// Local sources whose socket is not there are left out. A source that fails or does not know the
-/// user hands on to the next; nobody is asked about what another has said.
-/// Only where LDAP is the one source left do its settings' faults end the session.
+/// A source that is not there, fails or does not know the user hands on to the next; nobody is
+/// asked about what another has said. Only where LDAP is the one source left do its settings'
+/// faults end the session.
 class DirectorySources : public DirectoryService {
 public:
     /// Opens a session; asks nobody.
@@ -52,6 +52,7 @@ private:
     DirectorySources(const DirectoryTimeLimits &limits, LDAPSignIn signIn, SourceObserver observer);
     void addSource(DirectorySource source);
     void addLocalSource(LocalSource source);
+    bool keepOnlyLDAP(std::optional<KLError> *error);
     std::unique_ptr<DirectoryService> openLDAP(std::optional<KLError> *error) const;
     std::size_t runQueryOf(std::unique_ptr<DirectoryService> &source);
 
@@ -61,6 +62,7 @@ private:
     const SourceObserver _observer;
     /// In their order. Null for LDAP that has not been opened: it is when its turn comes.
     std::vector<std::unique_ptr<DirectoryService>> _sources;
+    bool _hasLocalSource = false; ///< one whose socket is there
     std::string _userName;
     DirectoryService *_answering = nullptr; ///< the one whose records they are
 };

@@ -31,13 +31,18 @@ LocalDirectoryService::LocalDirectoryService(LocalSource source, std::chrono::mi
 {
 }
 
-bool LocalDirectoryService::openAuthenticationNode()
+bool LocalDirectoryService::isThere() const
 {
     struct stat status = {};
-    const bool isThere = stat(_source.socket.c_str(), &status) == 0 && S_ISSOCK(status.st_mode);
-    if (!isThere)
-        SourceTimer(_observer, _source.name).tell("is not there: no socket " + _source.socket);
-    return isThere;
+    return stat(_source.socket.c_str(), &status) == 0 && S_ISSOCK(status.st_mode);
+}
+
+bool LocalDirectoryService::openAuthenticationNode()
+{
+    if (isThere())
+        return true;
+    SourceTimer(_observer, _source.name).tell("is not there: no socket " + _source.socket);
+    return false;
 }
 
 bool LocalDirectoryService::prepareQueryForUser(const std::string &userName,

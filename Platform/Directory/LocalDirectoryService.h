@@ -44,6 +44,9 @@ public:
                           SourceObserver observer = {});
 
     /// Whether the program's socket is there.
+    bool isThere() const;
+
+    /// The same; the observer is told when it is not.
     bool openAuthenticationNode() override;
     bool prepareQueryForUser(const std::string &userName, std::optional<KLError> *error) override;
     std::size_t runQuery() override;
