@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <set>
@@ -13,11 +15,14 @@
 #include <unistd.h>
 
 #include "DirectoryServer.h"
+#include "HiddenServices.h"
 #include "MinimalPPD.h"
 #include "Program.h"
+#include "SSSDScript.h"
 #include "ScriptedServer.h"
 #include "TemporaryFolder.h"
 #include "Waiting.h"
+#include "WinbindScript.h"
 
 using Support::DirectoryServer;
 using Support::LDAPRequest;
@@ -448,4 +453,138 @@ TEST_F(JobFilterDirectoryTest, ProgramIsNotLinkedToTheDirectoryLibrary)
     EXPECT_THAT(needed(JOBFILTER_PROGRAM), Not(HasSubstr("[libldap")));
     EXPECT_THAT(needed(JOBFILTER_PROGRAM), Not(HasSubstr("[liblber")));
     EXPECT_THAT(needed(module), HasSubstr("[libldap"));
+}
+
+// Sources of the host's own, and its settings.
+
+namespace {
+
+constexpr char kSSSDSocket[] = "/var/lib/sss/pipes/nss";
+constexpr char kWinbindSocket[] = "/run/samba/winbindd/pipe";
+
+/// A host of the test's own, which can have such sources.
+class JobFilterSourcesTest : public JobFilterDirectoryTest {
+protected:
+    void SetUp() override
+    {
+        if (!Support::hideServices())
+            GTEST_SKIP() << "no mount namespace of the test's own: " << std::strerror(errno);
+    }
+
+    ProgramCall callWithSettings(const std::string &settings, const std::string &options = "") const
+    {
+        auto result = call("ldap://127.0.0.1:1", options);
+        result.environment["JOBFILTER_CONF"] = _folder.write("jobfilter.conf", settings);
+        return result;
+    }
+
+    const ScriptedServer::Script _sssd =
+        Support::SSSDScript::knowing("anna", "CN=Anna,OU=a\\, b,DC=Corp,DC=Example");
+};
+
+} // namespace
+
+TEST_F(JobFilterSourcesTest, SSSDGivesTheDomain)
+{
+    const ScriptedServer sssd(kSSSDSocket, _sssd);
+    const auto result = runProgram(call("ldap://127.0.0.1:1"));
+    EXPECT_EQ("corp.example", domainIn(result));
+    EXPECT_EQ(foundIn("sssd:corp.example"), logOf(result));
+}
+
+TEST_F(JobFilterSourcesTest, WinbindGivesTheDomain)
+{
+    const ScriptedServer winbind(
+        kWinbindSocket, Support::WinbindScript::answering(&Support::WinbindScript::answer));
+    const auto result = runProgram(call("ldap://127.0.0.1:1"));
+    EXPECT_EQ("corp.test", domainIn(result));
+    EXPECT_EQ(foundIn("winbind:corp.test"), logOf(result));
+}
+
+TEST_F(JobFilterSourcesTest, UserLoginStaysAsItIsWhenItCarriesADomain)
+{
+    const ScriptedServer winbind(
+        kWinbindSocket, Support::WinbindScript::answering(&Support::WinbindScript::answer));
+    auto qualified = call("ldap://127.0.0.1:1");
+    qualified.arguments[2] = "SALES\\berta";
+    const auto result = runProgram(qualified);
+    EXPECT_EQ("sales.test", domainIn(result));
+    EXPECT_THAT(result.output, HasSubstr("@PJL COMMENT DSSC PRINT USERLOGIN=SALES\\berta\r\n"));
+}
+
+TEST_F(JobFilterSourcesTest, UnknownUserOfAllSourcesHasNoDomain)
+{
+    const ScriptedServer sssd(kSSSDSocket, Support::SSSDScript::answeringBody("", ENOENT));
+    const auto result = runProgram(call("ldap://127.0.0.1:1"));
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_EQ(std::string("INFO: Found 0 records for user anna\n") + kQueriedNone, logOf(result));
+}
+
+TEST_F(JobFilterSourcesTest, SettingsThatCannotBeUsedAskNobodyAndALineSaysWhy)
+{
+    const ScriptedServer sssd(kSSSDSocket, _sssd);
+    const auto result = runProgram(callWithSettings("DirectorySources sssd all\n"));
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_EQ("DEBUG: Unable to create directory services session: " +
+                  _folder.file("jobfilter.conf") + ": line 1: unknown word \"all\"\n",
+              logOf(result));
+    EXPECT_EQ(0, sssd.connections());
+}
+
+TEST_F(JobFilterSourcesTest, HungSourcesCostThreeSecondsEach)
+{
+    const ScriptedServer sssd(kSSSDSocket, &keepSilent);
+    const ScriptedServer winbind(kWinbindSocket, &keepSilent);
+    const auto begin = Clock::now();
+    const auto result = runProgram(call("ldap://127.0.0.1:1"));
+    const auto elapsed = Clock::now() - begin;
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_GE(elapsed, 5900ms);
+    EXPECT_LT(elapsed, 12s);
+}
+
+TEST_F(JobFilterSourcesTest, JobThatDoesNotAskReadsAndContactsNothing)
+{
+    const ScriptedServer sssd(kSSSDSocket, _sssd);
+    auto idle = callWithSettings("no settings at all", "UseOpenDirectoryForAuthentication=False");
+    const auto result = runProgram(idle);
+    EXPECT_EQ("", domainIn(result));
+    EXPECT_EQ("", logOf(result));
+    EXPECT_EQ(0, sssd.connections());
+}
+
+TEST_F(JobFilterSourcesTest, LibrariesAreLoadedByTheChildThatAsksAndOnlyThere)
+{
+    const ScriptedServer sssd(kSSSDSocket, _sssd);
+    const LoadedFiles asking = runAndListFiles(call("ldap://127.0.0.1:1"));
+    EXPECT_THAT(asking.byProgram, Not(Contains(StartsWith("libsss_nss_idmap"))));
+    EXPECT_THAT(asking.byItsChildren, Contains(StartsWith("libsss_nss_idmap")));
+    EXPECT_THAT(asking.byItsChildren, Not(Contains(StartsWith("libwbclient"))));
+    EXPECT_THAT(asking.byItsChildren, Not(Contains(StartsWith("libldap"))));
+
+    const LoadedFiles idle =
+        runAndListFiles(call("ldap://127.0.0.1:1", "UseOpenDirectoryForAuthentication=False"));
+    EXPECT_THAT(idle.byItsChildren, IsEmpty());
+}
+
+TEST_F(JobFilterSourcesTest, CancelledAtAnyMomentItLeavesNothing)
+{
+    const ScriptedServer sssd(kSSSDSocket, [this](int socket, int number) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(number % 5));
+        _sssd(socket, number);
+    });
+    for (int moment = 0; moment < 30; ++moment) {
+        auto cancelled = call("ldap://127.0.0.1:1");
+        std::thread canceller;
+        cancelled.afterStart = [&](pid_t program) {
+            canceller = std::thread([=] {
+                std::this_thread::sleep_for(std::chrono::microseconds(moment * 500));
+                kill(program, SIGTERM);
+            });
+        };
+        const auto result = runProgram(cancelled);
+        canceller.join();
+        EXPECT_TRUE(result.signal == SIGTERM || result.exitStatus == 0) << moment;
+        EXPECT_THAT(_temporaries.names(), IsEmpty()) << moment;
+    }
 }
