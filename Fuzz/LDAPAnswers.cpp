@@ -120,8 +120,9 @@ void requireNodeURL(const std::string &url, const std::string &uri)
 
 void tryUser(const std::string &uri)
 {
-    const auto messages = messagesOf(
-        [&](const ChildMessageSender &answers) { Platform::findLDAPUser(answers, uri, "anna"); });
+    const auto messages = messagesOf([&](const ChildMessageSender &answers) {
+        Platform::findLDAPUser(answers, uri, "anna", {});
+    });
     Fuzz::require(!messages.empty() && messages.front().kind == Platform::LDAPProgress,
                   "first comes the connection");
     std::size_t nodes = 0;
@@ -145,7 +146,7 @@ void tryNode(const std::string &uri)
 {
     const std::string context = "dc=example,dc=com";
     const auto messages = messagesOf([&](const ChildMessageSender &answers) {
-        Platform::inspectLDAPNode(answers, Platform::urlOfEntry(uri, context));
+        Platform::inspectLDAPNode(answers, Platform::urlOfEntry(uri, context), {});
     });
     Fuzz::require(!messages.empty() &&
                       messages.front() == ChildMessage{Platform::LDAPSearchBase, context},

@@ -31,13 +31,13 @@ std::string_view withoutBlanks(std::string_view text)
 }
 
 /// Takes the first component off a distinguished name, and the comma behind it. @return nullopt
-/// when there is none. A sign behind a backslash is only a sign; quotation marks that are not are
-/// of an older form, which is not read.
+/// when there is none. A sign behind a backslash is only a sign; quotation marks and semicolons
+/// that are not are of an older form, which is not read.
 std::optional<std::string_view> takeComponent(std::string_view &name)
 {
     std::size_t end = 0;
     for (; end < name.size() && name[end] != ','; ++end) {
-        if (name[end] == '"' || (name[end] == '\\' && ++end == name.size()))
+        if (name[end] == '"' || name[end] == ';' || (name[end] == '\\' && ++end == name.size()))
             return std::nullopt;
     }
     const std::string_view component = name.substr(0, end);
