@@ -77,6 +77,7 @@ void becomeFilter(const std::string &filterUser)
 {
     if (geteuid() != 0)
         return;
+    // cppcheck-suppress getpwnamCalled ; there is one thread
     const passwd *const user = getpwnam(filterUser.c_str());
     if (user == nullptr)
         throw std::runtime_error("no such user: " + filterUser);
@@ -89,7 +90,7 @@ void becomeFilter(const std::string &filterUser)
 void printLine(const std::string &text)
 {
     std::printf("%s\n", headerText(text).c_str());
-    std::fflush(stdout); // the log's lines come in between
+    static_cast<void>(std::fflush(stdout)); // the log's lines come in between
 }
 
 void printReport(const Platform::SourceReport &report)

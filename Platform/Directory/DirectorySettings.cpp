@@ -1,6 +1,7 @@
 #include "DirectorySettings.h"
 
 #include "ProtectedFile.h"
+#include "Text.h"
 
 #include <algorithm>
 #include <array>
@@ -33,19 +34,11 @@ std::string quoted(std::string_view word)
     return std::string("\"").append(word.substr(0, 64)).append("\"");
 }
 
-std::string_view withoutBlanks(std::string_view text)
-{
-    const auto first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 /// Takes the first word off the text, and the blanks behind it.
 std::string_view takeWord(std::string_view &text)
 {
     const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
-    text = withoutBlanks(text.substr(word.size()));
+    text = withoutBlanks(text.substr(word.size()), kBlanks);
     return word;
 }
 
@@ -102,7 +95,7 @@ void applyLine(DirectorySettings &settings, std::string_view keyword, std::strin
 /// @param known  the keywords of the lines before
 void readLine(DirectorySettings &settings, std::string_view line, std::set<std::string_view> &known)
 {
-    std::string_view value = withoutBlanks(line);
+    std::string_view value = withoutBlanks(line, kBlanks);
     if (value.empty() || value.starts_with('#'))
         return;
     if (value.find('\0') != std::string_view::npos)

@@ -22,14 +22,6 @@ bool isLabel(std::string_view text)
     return !text.empty() && text.size() <= kLongestLabel && std::ranges::all_of(text, &isLabelByte);
 }
 
-std::string_view withoutBlanks(std::string_view text)
-{
-    const auto first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 /// Takes the first component off a distinguished name, and the comma behind it. @return nullopt
 /// when there is none. A sign behind a backslash is only a sign; quotation marks and semicolons
 /// that are not are of an older form, which is not read.

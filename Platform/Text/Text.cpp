@@ -177,6 +177,14 @@ std::string titlecaseText(std::string_view text)
     return encoded(*points);
 }
 
+std::string_view withoutBlanks(std::string_view text, std::string_view blanks)
+{
+    const auto first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
 std::size_t lengthCutAtCharacter(std::string_view text, std::size_t most)
 {
     if (text.size() <= most)

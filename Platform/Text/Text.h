@@ -39,6 +39,9 @@ bool isEqualText(std::string_view left, std::string_view right, unsigned options
 /// What is not UTF-8 comes back as it is.
 std::string trimmedText(std::string_view text);
 
+/// The text without the bytes of `blanks` at either end; empty when there are no others.
+std::string_view withoutBlanks(std::string_view text, std::string_view blanks = " ");
+
 /// How long the text's beginning of at most so many bytes is when it is cut between two characters.
 /// Of what is not UTF-8, bytes that only go on with a character count as belonging to it.
 /// @param most  bytes

@@ -11,6 +11,16 @@ constexpr char kDecomposed[] = "cafe\xCC\x81";
 constexpr char kNotUTF8[] = "caf\xE9";
 } // namespace
 
+TEST(TextTest, BlanksGoFromBothEndsAndNoneFromWithin)
+{
+    EXPECT_EQ("a b", withoutBlanks("  a b "));
+    EXPECT_EQ("a", withoutBlanks("a"));
+    EXPECT_EQ("\ta\t", withoutBlanks(" \ta\t "));
+    EXPECT_EQ("a", withoutBlanks(" \ta\t ", " \t"));
+    EXPECT_EQ("", withoutBlanks(""));
+    EXPECT_EQ("", withoutBlanks("   "));
+}
+
 TEST(TextTest, TextIsCutBetweenCharacters)
 {
     EXPECT_EQ(3U, lengthCutAtCharacter("abc", 3));
