@@ -4,12 +4,18 @@
 #include "FaultTest.h"
 
 #include "DirectoryServer.h"
+#include "HiddenServices.h"
 #include "MinimalPPD.h"
+#include "SSSDScript.h"
+#include "ScriptedServer.h"
+#include "WinbindScript.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <gmock/gmock.h>
+#include <optional>
+#include <unistd.h>
 
 namespace calls = Support::SystemCalls;
 using Support::Fault;
@@ -33,20 +39,26 @@ const std::vector<std::string> kReasons = {
 
 class DirectoryFaultsTest : public FaultTest {
 protected:
-    DirectoryFaultsTest()
+    DirectoryFaultsTest() { learnJob(kDomain); }
+
+    /// Prints without fault, with that domain.
+    void learnJob(const std::string &expected)
     {
-        const auto result = Support::runProgram(call());
-        whole = result.output;
-        const auto domain = whole.find("DOMAINNAME=" + kDomain + "\r\n");
+        whole = Support::runProgram(call()).output;
+        const auto domain = whole.find("DOMAINNAME=" + expected + "\r\n");
+        withoutDomain.clear();
         if (domain != std::string::npos)
-            withoutDomain = std::string(whole).erase(whole.find(kDomain, domain), kDomain.size());
+            withoutDomain = std::string(whole).erase(whole.find(expected, domain), expected.size());
     }
 
     Support::ProgramCall call() const
     {
         return {.arguments = {JOBFILTER_PROGRAM, "7", "anna", "Report", "1",
                               "UseOpenDirectoryForAuthentication=true"},
-                .environment = {{"PPD", ppd}, {"TMPDIR", temporaries}, {"LDAPCONF", settings}},
+                .environment = {{"PPD", ppd},
+                                {"TMPDIR", temporaries},
+                                {"LDAPCONF", settings},
+                                {"JOBFILTER_CONF", sources}},
                 .input = "%!PS\n"};
     }
 
@@ -79,10 +91,26 @@ protected:
             fault.fault.ofChildren ? stepOfMany() : 1);
     }
 
+    std::uint64_t strikeAnyCallOfTheQuestioners()
+    {
+        std::uint64_t struck = 0;
+        auto faults = faultsOfSystemCalls();
+        std::erase_if(faults, [](const auto &fault) { return fault.fault.systemCalls.empty(); });
+        for (const int error : {EINTR, ENOBUFS, ECONNRESET})
+            faults.push_back({"network: error " + std::to_string(error),
+                              {Fault::Kind::Fails, calls::kNetwork, error}});
+        for (NamedFault &fault : faults) {
+            fault.fault.ofChildren = true;
+            struck += strike(fault);
+        }
+        return struck;
+    }
+
     const Support::DirectoryServer server{
         {{kSuffix, std::string("dn: ") + kSuffix + "\nobjectClass: domain\ndc: example\n\n" +
                        "dn: uid=anna," + kSuffix + "\nobjectClass: account\n\n"}}};
     const std::string settings = folder.write("ldap.conf", "URI " + server.uri() + "\n");
+    std::string sources = folder.file("jobfilter.conf"); // not there: all of them
     const std::string ppd = folder.write(
         "queue.ppd",
         Support::minimalPPD(
@@ -93,6 +121,33 @@ protected:
     std::string whole;
     std::string withoutDomain; // empty if the whole had none
     int jobsWithoutDomain = 0;
+};
+
+/// The same with a local source in place of LDAP.
+class LocalSourceFaultsTest : public DirectoryFaultsTest {
+protected:
+    void SetUp() override
+    {
+        if (geteuid() != 0 || !Support::hideServices())
+            GTEST_SKIP() << "no mount namespace of the test's own";
+    }
+
+    /// Asks this source alone.
+    void use(const std::string &source)
+    {
+        using namespace Support;
+        sources = folder.write("jobfilter.conf", "DirectorySources " + source + "\n");
+        if (source == "sssd")
+            daemon.emplace("/var/lib/sss/pipes/nss",
+                           SSSDScript::knowing("anna", "CN=Anna,DC=corp,DC=test"), 100'000);
+        else
+            daemon.emplace("/run/samba/winbindd/pipe",
+                           WinbindScript::answering(&WinbindScript::answer), 100'000);
+        learnJob("corp.test");
+        ASSERT_NE("", withoutDomain) << whole;
+    }
+
+    std::optional<Support::ScriptedServer> daemon;
 };
 
 } // namespace
@@ -113,17 +168,7 @@ TEST_F(DirectoryFaultsTest, AnyCallThatBringsQuestionersThatFails)
 TEST_F(DirectoryFaultsTest, AnyCallOfTheQuestionersThatFails)
 {
     ASSERT_NE("", withoutDomain) << whole;
-    std::uint64_t struck = 0;
-    auto faults = faultsOfSystemCalls();
-    std::erase_if(faults, [](const auto &fault) { return fault.fault.systemCalls.empty(); });
-    for (const int error : {EINTR, ENOBUFS, ECONNRESET})
-        faults.push_back({"network: error " + std::to_string(error),
-                          {Fault::Kind::Fails, calls::kNetwork, error}});
-    for (NamedFault &fault : faults) {
-        fault.fault.ofChildren = true;
-        struck += strike(fault);
-    }
-    EXPECT_LT(70U, struck);
+    EXPECT_LT(70U, strikeAnyCallOfTheQuestioners());
     EXPECT_LT(5, jobsWithoutDomain);
 }
 
@@ -132,4 +177,25 @@ TEST_F(DirectoryFaultsTest, QuestionerKilledAtAnyTime)
     ASSERT_NE("", withoutDomain) << whole;
     EXPECT_LT(20U, strike({"SIGKILL", {Fault::Kind::Signalled, calls::kAll, SIGKILL, true}}));
     EXPECT_LT(20, jobsWithoutDomain);
+}
+
+TEST_F(LocalSourceFaultsTest, AnyCallOfTheQuestionersThatFails)
+{
+    for (const char *source : {"sssd", "winbind"}) {
+        use(source);
+        jobsWithoutDomain = 0;
+        EXPECT_LT(20U, strikeAnyCallOfTheQuestioners()) << source;
+        EXPECT_LT(5, jobsWithoutDomain) << source;
+    }
+}
+
+TEST_F(LocalSourceFaultsTest, QuestionerKilledAtAnyTime)
+{
+    for (const char *source : {"sssd", "winbind"}) {
+        use(source);
+        jobsWithoutDomain = 0;
+        EXPECT_LT(5U, strike({"SIGKILL", {Fault::Kind::Signalled, calls::kAll, SIGKILL, true}}))
+            << source;
+        EXPECT_LT(5, jobsWithoutDomain) << source;
+    }
 }
