@@ -60,15 +60,15 @@ TEST_F(ProtectedFileTest, FileOfAnotherIsRefused)
 
 TEST_F(ProtectedFileTest, FileThatOthersMayWriteIsRefused)
 {
-    for (const mode_t mode : {0664, 0646, 0620, 0602})
+    for (const mode_t mode : {0664U, 0646U, 0620U, 0602U})
         EXPECT_EQ(kWritable, objection(write("file", "a", mode), Readers::Everybody)) << mode;
 }
 
 TEST_F(ProtectedFileTest, SecretThatEverybodyMayReadIsRefused)
 {
-    for (const mode_t mode : {0644, 0604, 0601})
+    for (const mode_t mode : {0644U, 0604U, 0601U})
         EXPECT_EQ(kReadable, objection(write("file", "a", mode), Readers::ItsGroup)) << mode;
-    for (const mode_t mode : {0640, 0600, 0440, 0400})
+    for (const mode_t mode : {0640U, 0600U, 0440U, 0400U})
         EXPECT_EQ("", objection(write("file", "a", mode), Readers::ItsGroup)) << mode;
 }
 
