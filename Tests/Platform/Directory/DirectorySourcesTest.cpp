@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/mount.h>
 #include <unistd.h>
 
 using Platform::DirectorySources;
@@ -229,4 +230,21 @@ TEST_F(DirectorySourcesTest, SignInReachesTheServers)
     EXPECT_EQ(0U, directory->runQuery());
     EXPECT_THAT(answers,
                 testing::Contains("A password is sent over ldaps: or after StartTLS only"));
+}
+
+TEST_F(DirectorySourcesTest, DomainInPlaceOfAServerWhoseServersTheDNSDoesNotTell)
+{
+    // Nobody listens there.
+    const std::string resolver = write("resolv.conf", "nameserver 127.0.0.254\n", 0644);
+    if (mount(resolver.c_str(), "/etc/resolv.conf", nullptr, MS_BIND, nullptr) != 0)
+        GTEST_SKIP() << "no /etc/resolv.conf that could be hidden";
+    const std::string domain = "ldap:///dc%3Dnowhere%2Cdc%3Dinvalid";
+    nameServers(domain);
+    EXPECT_EQ("no directory", nodeOf("anna"));
+    EXPECT_EQ("The DNS names no LDAP servers of dc=nowhere,dc=invalid", error());
+
+    const DirectoryServer server({kExample});
+    nameServers(domain + " " + server.uri());
+    EXPECT_EQ(server.uri() + "/dc=example,dc=com", nodeOf("anna"));
+    umount("/etc/resolv.conf");
 }
