@@ -16,7 +16,7 @@ using Support::PJLJob;
 using Support::PrivateScheduler;
 using Support::readFile;
 using Support::RecordingPrinter;
-using Support::runProgram;
+using Support::runOrThrow;
 using Support::TemporaryFolder;
 
 namespace {
@@ -46,13 +46,6 @@ std::string ppdWith(const std::string &line, const std::string &replacement)
 std::string bundleLine(const std::string &bundle)
 {
     return "*APDialogExtension: \"" + bundle + "\"\n";
-}
-
-void runOrThrow(const std::vector<std::string> &arguments)
-{
-    const auto result = runProgram({.arguments = arguments});
-    if (result.exitStatus != 0)
-        throw std::runtime_error(arguments[0] + ": " + result.output + result.errors);
 }
 
 /// Everything that lives as long as the test program.

@@ -161,4 +161,12 @@ ProgramResult runProgram(const ProgramCall &call)
     return result;
 }
 
+std::string runOrThrow(const std::vector<std::string> &arguments)
+{
+    const ProgramResult result = runProgram({.arguments = arguments});
+    if (result.exitStatus != 0)
+        throw std::runtime_error(arguments.front() + ": " + result.output + result.errors);
+    return result.output;
+}
+
 } // namespace Support

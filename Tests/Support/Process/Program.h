@@ -38,4 +38,9 @@ struct ProgramResult {
 /// @throws std::runtime_error when it cannot be started or exceeds its time limit
 ProgramResult runProgram(const ProgramCall &call);
 
+/// Runs a program that is no test's subject but must succeed.
+/// @return its standard output
+/// @throws std::runtime_error, with what the program said, when it fails
+std::string runOrThrow(const std::vector<std::string> &arguments);
+
 } // namespace Support

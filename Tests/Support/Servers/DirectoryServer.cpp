@@ -33,13 +33,6 @@ std::string slapd()
     return "/usr/sbin/slapd";
 }
 
-void runOrThrow(const std::vector<std::string> &arguments)
-{
-    const ProgramResult result = runProgram({.arguments = arguments});
-    if (result.exitStatus != 0)
-        throw std::runtime_error(arguments.front() + ": " + result.errors);
-}
-
 } // namespace
 
 DirectoryServer::DirectoryServer(const std::vector<DirectoryContext> &contexts,
