@@ -52,7 +52,7 @@ Daemon::~Daemon()
 
 void Daemon::waitUntil(const std::function<bool()> &serves) const
 {
-    if (!Support::comesTrue(serves))
+    if (!Support::comesTrue(serves, std::chrono::seconds(60)))
         throw std::runtime_error("it does not serve: " + Support::readFile(_log));
 }
 

@@ -19,7 +19,7 @@ public:
 
     /// Waits until it serves.
     /// @param serves  looked at again and again
-    /// @throws std::runtime_error with its log when that takes more than 30 seconds
+    /// @throws std::runtime_error with its log when that takes more than 60 seconds
     void waitUntil(const std::function<bool()> &serves) const;
 
     /// Stops its process group where it stands, as if it hung; goOn() ends that.

@@ -30,12 +30,15 @@ public:
     {
         // Made by root, used by "lp"; the build's folder may be its maker's alone.
         fs::permissions(_folder.path(), fs::perms(0755));
-        for (const fs::path file : {KL_JOBFILTER, KL_DIRECTORY_MODULE})
+        for (const fs::path file : {KL_JOBFILTER, KL_DOMAIN_COMMAND})
             fs::copy_file(file, _folder.file(file.filename().string()));
+        for (const auto &file : fs::directory_iterator(KL_MODULES))
+            fs::copy_file(file, _folder.file(file.path().filename().string()));
         _folder.write("queue.ppd", Support::directoryPPD());
         fs::create_directory(_folder.file("tmp"));
         fs::permissions(_folder.file("tmp"), fs::perms(0777));
         meetDomain(_authority.certificate());
+        joinDomain();
     }
 
     std::string file(std::string_view name) const { return _folder.file(name); }
@@ -45,7 +48,8 @@ private:
     Support::CertificateAuthority _authority;
 
 public:
-    DomainController controller{_authority.issue(std::string("DNS:") + DomainController::kHost)};
+    DomainController controller{
+        _authority.issue(std::string("IP:127.0.0.1,DNS:") + DomainController::kHost)};
 };
 
 std::unique_ptr<Office> office;
