@@ -44,10 +44,10 @@ Daemon::~Daemon()
     goOn();
     kill(_process, SIGTERM);
     const auto ended = [this] { return waitpid(_process, nullptr, WNOHANG) == _process; };
-    if (!Support::comesTrue(ended, std::chrono::seconds(10))) {
-        kill(-_process, SIGKILL);
+    const bool inTime = Support::comesTrue(ended, std::chrono::seconds(10));
+    kill(-_process, SIGKILL);
+    if (!inTime)
         waitpid(_process, nullptr, 0);
-    }
 }
 
 void Daemon::waitUntil(const std::function<bool()> &serves) const

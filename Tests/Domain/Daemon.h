@@ -12,7 +12,8 @@ public:
     /// @param arguments  the program's path or name, and its arguments
     /// @param log        the file's path; made or emptied
     Daemon(const std::vector<std::string> &arguments, const std::string &log);
-    /// Asks it to end and waits until it has. After 10 seconds its process group is killed.
+    /// Asks it to end and waits until it has, 10 seconds at most. Then what is left of its process
+    /// group is killed.
     ~Daemon();
     Daemon(const Daemon &) = delete;
     Daemon &operator=(const Daemon &) = delete;

@@ -52,6 +52,8 @@ void joinDomain()
 
 std::unique_ptr<Daemon> startWinbind()
 {
+    fs::remove("/var/lib/samba/winbindd_cache.tdb");
+    runOrThrow({"net", "cache", "flush"});
     auto daemon = std::make_unique<Daemon>(
         std::vector<std::string>{"winbindd", "--foreground", "--no-process-group"},
         "/run/winbindd.log");

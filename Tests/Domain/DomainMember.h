@@ -17,7 +17,7 @@ inline constexpr char kAuthorityFile[] = "/etc/ssl/certs/example-ca.pem";
 /// Joins the domain, for winbind and for SSSD: a machine account and the host's keytab.
 void joinDomain();
 
-/// A member's winbind. @return once it serves
+/// A member's winbind, with nothing in its caches. @return once it serves
 std::unique_ptr<Daemon> startWinbind();
 
 /// A host's SSSD, with nothing in its caches.
