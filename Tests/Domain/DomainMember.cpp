@@ -84,3 +84,10 @@ std::string memberSSSDConfiguration(const std::string &domainLines)
            "\n[domain/" + DomainController::kDomain +
            "]\nid_provider = ad\ndyndns_update = false\n" + domainLines;
 }
+
+std::string ldapSSSDConfiguration(const std::string &uri, const std::string &base)
+{
+    return "[sssd]\nservices = nss\ndomains = office\n[domain/office]\nid_provider = ldap\n"
+           "ldap_uri = " +
+           uri + "\nldap_search_base = " + base + "\ncase_sensitive = false\n";
+}

@@ -28,3 +28,6 @@ std::unique_ptr<Daemon> startSSSD(const std::string &configuration);
 /// The sssd.conf(5) of a member of the domain.
 /// @param domainLines  further lines for the domain's section
 std::string memberSSSDConfiguration(const std::string &domainLines = {});
+
+/// The sssd.conf(5) of a host whose users are an LDAP server's.
+std::string ldapSSSDConfiguration(const std::string &uri, const std::string &base);

@@ -38,13 +38,6 @@ gidNumber: 5001
 homeDirectory: /
 )";
 
-std::string ldapConfiguration(const std::string &uri)
-{
-    return "[sssd]\nservices = nss\ndomains = office\n[domain/office]\nid_provider = ldap\n"
-           "ldap_uri = " +
-           uri + "\nldap_search_base = dc=Example,dc=COM\ncase_sensitive = false\n";
-}
-
 } // namespace
 
 TEST_F(SSSDTest, MemberKnowsItsDomainsUsersWithoutAnyConfiguration)
@@ -80,6 +73,6 @@ TEST_F(SSSDTest, UserOfTheHostAloneHasNoDomain)
 TEST_F(SSSDTest, DomainOfAnLDAPServer)
 {
     const Support::DirectoryServer server({{"dc=Example,dc=COM", kEntries}}, {}, {}, kSchema);
-    const auto sssd = startSSSD(ldapConfiguration(server.uri()));
+    const auto sssd = startSSSD(ldapSSSDConfiguration(server.uri(), "dc=Example,dc=COM"));
     expectDomain("bertha", "example.com");
 }
