@@ -14,9 +14,9 @@
 #include <thread>
 #include <unistd.h>
 
+#include "DirectoryJob.h"
 #include "DirectoryServer.h"
 #include "HiddenServices.h"
-#include "MinimalPPD.h"
 #include "Program.h"
 #include "SSSDScript.h"
 #include "ScriptedServer.h"
@@ -25,10 +25,13 @@
 #include "WinbindScript.h"
 
 using Support::DirectoryServer;
+using Support::domainIn;
 using Support::LDAPRequest;
+using Support::logOf;
 using Support::ProgramCall;
 using Support::ProgramResult;
 using Support::ScriptedServer;
+using Support::textBetween;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -40,27 +43,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// The line that the printer's user and domain are written in front of.
-constexpr char kPrintModeOption[] = R"PPD(*JCLOpenUI *JCLPrintMode/Print Mode: PickOne
-*OrderDependency: 10 JCLSetup *JCLPrintMode
-*DefaultJCLPrintMode: Normal
-*JCLPrintMode Normal/Normal: "@PJL COMMENT DSSC PRINT PRINTMODE=NORMAL<0D><0A>"
-*JCLCloseUI: *JCLPrintMode
-)PPD";
-
 constexpr char kQueriedNone[] =
     "DEBUG: None of the authentication directory services can be queried\n";
-
-/// What stands between the first `begin` and the `end` behind it; nullopt without them.
-std::optional<std::string> textBetween(const std::string &text, const std::string &begin,
-                                       const std::string &end)
-{
-    const auto first = text.find(begin);
-    const auto last = first == std::string::npos ? first : text.find(end, first + begin.size());
-    if (last == std::string::npos)
-        return std::nullopt;
-    return text.substr(first + begin.size(), last - first - begin.size());
-}
 
 /// The built program with a queue and a directory.
 class JobFilterDirectoryTest : public testing::Test {
@@ -82,36 +66,15 @@ protected:
     {
         const std::string name = "UseOpenDirectoryForAuthentication";
         _folder.write("queue.ppd",
-                      Support::minimalPPD(
-                          std::string(kPrintModeOption) + "*KLPinnedUser: True\n*JCLOpenUI *" +
-                          name + ": Boolean\n*OrderDependency: 11 JCLSetup *" + name +
-                          "\n*Default" + name + ": " + useDirectory + "\n*" + name +
-                          " True: \"\"\n*" + name + " False: \"\"\n*JCLCloseUI: *" + name + "\n"));
-    }
-
-    /// What the job's header says the domain is; "none" when it says nothing.
-    static std::string domainIn(const ProgramResult &result)
-    {
-        EXPECT_EQ(0, result.exitStatus);
-        EXPECT_THAT(result.output, HasSubstr("\n%!PS\n\033%-12345X"));
-        return textBetween(result.output, "@PJL COMMENT DSSC PRINT DOMAINNAME=", "\r\n")
-            .value_or("none");
-    }
-
-    /// The log without the line about the toolkit, which these queues do not have.
-    static std::string logOf(const ProgramResult &result)
-    {
-        constexpr std::string_view kNoToolkit =
-            "INFO: A required component could not be found, some print settings may not be "
-            "applied\n";
-        std::string log = result.errors;
-        const auto at = log.find(kNoToolkit);
-        EXPECT_NE(std::string::npos, at) << log;
-        return at == std::string::npos ? log : log.erase(at, kNoToolkit.size());
+                      Support::directoryPPD("*KLPinnedUser: True\n*JCLOpenUI *" + name +
+                                            ": Boolean\n*OrderDependency: 11 JCLSetup *" + name +
+                                            "\n*Default" + name + ": " + useDirectory + "\n*" +
+                                            name + " True: \"\"\n*" + name +
+                                            " False: \"\"\n*JCLCloseUI: *" + name + "\n"));
     }
 
     Support::TemporaryFolder _folder;
-    std::string _ppd = _folder.write("queue.ppd", Support::minimalPPD(kPrintModeOption));
+    std::string _ppd = _folder.write("queue.ppd", Support::directoryPPD());
     Support::TemporaryFolder _temporaries;
 };
 
@@ -132,8 +95,7 @@ const Support::DirectoryContext kNamed =
 
 std::string foundIn(const std::string &node, int records = 1)
 {
-    return "INFO: Found " + std::to_string(records) + " records for user anna\nDEBUG: Using " +
-           node + " as the authorisation node\n";
+    return Support::logOfFound("anna", node, records);
 }
 
 void keepSilent(int, int)

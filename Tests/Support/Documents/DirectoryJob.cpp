@@ -18,13 +18,15 @@ constexpr std::string_view kNoToolkit =
 
 } // namespace
 
-std::string directoryPPD()
+std::string directoryPPD(const std::string &extraLines)
 {
-    return minimalPPD(kPrintModeOption);
+    return minimalPPD(kPrintModeOption + extraLines);
 }
 
 std::string domainIn(const ProgramResult &job)
 {
+    if (job.exitStatus != 0 || job.output.find("\n%!PS\n\033%-12345X") == std::string::npos)
+        return "none";
     return textBetween(job.output, "@PJL COMMENT DSSC PRINT DOMAINNAME=", "\r\n").value_or("none");
 }
 
@@ -32,7 +34,9 @@ std::string logOf(const ProgramResult &job)
 {
     std::string log = job.errors;
     const auto at = log.find(kNoToolkit);
-    return at == std::string::npos ? log : log.erase(at, kNoToolkit.size());
+    if (at == std::string::npos)
+        return "no line about the toolkit: " + log;
+    return log.erase(at, kNoToolkit.size());
 }
 
 std::string logOfFound(const std::string &user, const std::string &node, int records)

@@ -10,12 +10,15 @@ namespace Support {
 // Jobs that ask for the user's domain, and what became of them.
 
 /// The PPD of a queue without toolkit whose header names the user and the domain.
-std::string directoryPPD();
+/// @param extraLines  further PPD lines, each with its line feed
+std::string directoryPPD(const std::string &extraLines = {});
 
-/// What the job's header says the domain is; "none" when it says nothing.
+/// What the job's header says the domain is; "none" when it says nothing, and for a job that failed
+/// or lacks its end. The job's page data are "%!PS\n".
 std::string domainIn(const ProgramResult &job);
 
-/// The job's log without the line about the toolkit, which the queue does not have.
+/// The job's log without the line about the toolkit, which the queue does not have; a complaint
+/// when there was no such line.
 std::string logOf(const ProgramResult &job);
 
 /// The log of a job of this user's for whom the directory knows records.
