@@ -22,31 +22,45 @@ struct Absence {
 
 class AwayTest : public DomainTest, public testing::WithParamInterface<Absence> {
 protected:
+    void SetUp() override
+    {
+        DomainTest::SetUp();
+        _sssd = startSSSD(memberSSSDConfiguration());
+        _winbind = startWinbind();
+    }
+
     void TearDown() override
     {
+        _sssd.reset();
+        _winbind.reset();
         GetParam().comeBack(controller());
         DomainTest::TearDown();
     }
+
+    /// Each of the host's own sources, asked alone, knows this user's domain.
+    static void expectDomainFromEach(const std::string &user)
+    {
+        for (const std::string source : {"sssd", "winbind"}) {
+            configure("DirectorySources " + source + "\n");
+            const auto job = printAsking(user);
+            EXPECT_EQ("corp.example.test", domainIn(job)) << source;
+            EXPECT_EQ(logOfFound(user, source + ":corp.example.test"), logOf(job));
+        }
+    }
+
+private:
+    std::unique_ptr<Daemon> _sssd;
+    std::unique_ptr<Daemon> _winbind;
 };
 
 } // namespace
 
 TEST_P(AwayTest, WhoIsRememberedKeepsTheDomainAndNobodyWaitsLong)
 {
-    const auto sssd = startSSSD(memberSSSDConfiguration());
-    const auto winbind = startWinbind();
-    for (const std::string source : {"sssd", "winbind"}) {
-        configure("DirectorySources " + source + "\n");
-        EXPECT_EQ("corp.example.test", domainIn(printAsking("anna"))) << source;
-    }
-
+    expectDomainFromEach("anna");
     GetParam().leave(controller());
-    for (const std::string source : {"sssd", "winbind"}) {
-        configure("DirectorySources " + source + "\n");
-        const auto job = printAsking("anna");
-        EXPECT_EQ("corp.example.test", domainIn(job)) << source;
-        EXPECT_EQ(logOfFound("anna", source + ":corp.example.test"), logOf(job));
-    }
+    expectDomainFromEach("anna");
+
     configure("DirectorySources sssd winbind ldap\n", "URI ldap://dc.corp.example.test\n");
     auto said = std::async(std::launch::async, [] { return explain("jürgen"); });
     const auto job = printAsking("o'brien");
@@ -54,6 +68,8 @@ TEST_P(AwayTest, WhoIsRememberedKeepsTheDomainAndNobodyWaitsLong)
     EXPECT_EQ(logOfNone("o'brien"), logOf(job));
     const auto answer = said.get();
     EXPECT_EQ(1, answer.exitStatus) << answer.output;
+    for (const char *source : {"sssd: ", "winbind: ", "ldap://dc.corp.example.test:389: "})
+        EXPECT_THAT(answer.output, HasSubstr(source));
 }
 
 using LocalDaemonsTest = DomainTest;

@@ -63,6 +63,52 @@ sAMAccountName: Jürgen
 userAccountControl: 512
 )";
 
+/// A network namespace with a pair of linked interfaces, "to-dc" here and "to-queue" there.
+void makeHost()
+{
+    runOrThrow({"ip", "netns", "add", "dc"});
+    runOrThrow({"ip", "link", "add", "name", "to-dc", "type", "veth", "peer", "name", "to-queue",
+                "netns", "dc"});
+    runOrThrow({"ip", "address", "add", "10.53.0.2/24", "dev", "to-dc"});
+    runOrThrow({"ip", "-n", "dc", "address", "add", DomainController::kAddress + std::string("/24"),
+                "dev", "to-queue"});
+    runOrThrow({"ip", "link", "set", "to-dc", "up"});
+    runOrThrow({"ip", "-n", "dc", "link", "set", "to-queue", "up"});
+    runOrThrow({"ip", "-n", "dc", "link", "set", "lo", "up"});
+}
+
+void provision(const Support::CertificateAuthority::Certificate &certificate)
+{
+    std::filesystem::remove("/etc/samba/smb.conf"); // provisioning would keep to it
+    runOrThrow({"samba-tool", "domain", "provision", "--realm=CORP.EXAMPLE.TEST", "--domain=CORP",
+                "--host-name=dc", "--host-ip=" + std::string(DomainController::kAddress),
+                "--adminpass=" + std::string(DomainController::kAdministratorPassword),
+                "--targetdir=" + std::string(kFolder)});
+    Support::writeFile(kConfigurationFile, std::string(kConfiguration) +
+                                               "tls certfile = " + certificate.certificate +
+                                               "\ntls keyfile = " + certificate.key + "\n");
+}
+
+void addUsers()
+{
+    const Support::TemporaryFolder folder;
+    runOrThrow({"ldbadd", "-H", kDatabase, folder.write("users", kUsers)});
+    runOrThrow({"ldbmodify", "-H", kDatabase, folder.write("principals", kServicePrincipals)});
+    runOrThrow({"samba-tool", "user", "create", DomainController::kServiceName,
+                DomainController::kServicePassword, "-H", kDatabase, "--configfile",
+                kConfigurationFile});
+    // What anonymous clients may do once they may do anything: list, and read properties.
+    runOrThrow({"samba-tool", "dsacl", "set", "--objectdn=DC=corp,DC=example,DC=test",
+                "--sddl=(A;CI;RPLCLORC;;;AN)", "-H", kDatabase, "--configfile",
+                kConfigurationFile});
+}
+
+/// All processes on its host are its own.
+void signalAll(const std::string &signal)
+{
+    runOrThrow({"sh", "-c", "kill " + signal + " $(ip netns pids dc) || true"}); // some may be gone
+}
+
 } // namespace
 
 DomainController::DomainController(const Support::CertificateAuthority::Certificate &certificate)
@@ -76,46 +122,6 @@ DomainController::DomainController(const Support::CertificateAuthority::Certific
 DomainController::~DomainController()
 {
     stop();
-}
-
-/// A network namespace with a pair of linked interfaces, "to-dc" here and "to-queue" there.
-void DomainController::makeHost() const
-{
-    runOrThrow({"ip", "netns", "add", "dc"});
-    runOrThrow({"ip", "link", "add", "name", "to-dc", "type", "veth", "peer", "name", "to-queue",
-                "netns", "dc"});
-    runOrThrow({"ip", "address", "add", "10.53.0.2/24", "dev", "to-dc"});
-    runOrThrow(
-        {"ip", "-n", "dc", "address", "add", kAddress + std::string("/24"), "dev", "to-queue"});
-    runOrThrow({"ip", "link", "set", "to-dc", "up"});
-    runOrThrow({"ip", "-n", "dc", "link", "set", "to-queue", "up"});
-    runOrThrow({"ip", "-n", "dc", "link", "set", "lo", "up"});
-}
-
-void DomainController::provision(
-    const Support::CertificateAuthority::Certificate &certificate) const
-{
-    std::filesystem::remove("/etc/samba/smb.conf"); // provisioning would keep to it
-    runOrThrow({"samba-tool", "domain", "provision", "--realm=CORP.EXAMPLE.TEST", "--domain=CORP",
-                "--host-name=dc", "--host-ip=" + std::string(kAddress),
-                "--adminpass=" + std::string(kAdministratorPassword),
-                "--targetdir=" + std::string(kFolder)});
-    Support::writeFile(kConfigurationFile, std::string(kConfiguration) +
-                                               "tls certfile = " + certificate.certificate +
-                                               "\ntls keyfile = " + certificate.key + "\n");
-}
-
-void DomainController::addUsers() const
-{
-    const Support::TemporaryFolder folder;
-    runOrThrow({"ldbadd", "-H", kDatabase, folder.write("users", kUsers)});
-    runOrThrow({"ldbmodify", "-H", kDatabase, folder.write("principals", kServicePrincipals)});
-    runOrThrow({"samba-tool", "user", "create", kServiceName, kServicePassword, "-H", kDatabase,
-                "--configfile", kConfigurationFile});
-    // What anonymous clients may do once they may do anything: list, and read properties.
-    runOrThrow({"samba-tool", "dsacl", "set", "--objectdn=DC=corp,DC=example,DC=test",
-                "--sddl=(A;CI;RPLCLORC;;;AN)", "-H", kDatabase, "--configfile",
-                kConfigurationFile});
 }
 
 void DomainController::start()
@@ -151,12 +157,6 @@ void DomainController::hang() const
 void DomainController::goOn() const
 {
     signalAll("-CONT");
-}
-
-/// All processes on its host are its own.
-void DomainController::signalAll(const std::string &signal) const
-{
-    runOrThrow({"sh", "-c", "kill " + signal + " $(ip netns pids dc) || true"}); // some may be gone
 }
 
 void DomainController::cutLink() const

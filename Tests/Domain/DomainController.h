@@ -51,10 +51,5 @@ public:
     void exportKeytab(const std::string &path) const;
 
 private:
-    void makeHost() const;
-    void provision(const Support::CertificateAuthority::Certificate &certificate) const;
-    void addUsers() const;
-    void signalAll(const std::string &signal) const;
-
     std::unique_ptr<Daemon> _samba;
 };

@@ -10,7 +10,6 @@
 
 namespace fs = std::filesystem;
 
-using Support::ProgramCall;
 using Support::ProgramResult;
 using Support::runProgram;
 using Support::TemporaryFolder;
