@@ -328,9 +328,8 @@ std::optional<std::string> PPD::choiceAsSpelt(const std::string &option,
     const ppd_option_t *found = ppdFindOption(_file.get(), option.c_str());
     if (found == nullptr)
         return std::nullopt;
-    const std::span choices(found->choices, static_cast<std::size_t>(found->num_choices));
     std::optional<std::string> spelt;
-    for (const ppd_choice_t &one : choices) {
+    for (const ppd_choice_t &one : listOf(found->choices, found->num_choices)) {
         if (one.choice == choice)
             return choice;
         if (!spelt && strcasecmp(one.choice, choice.c_str()) == 0)

@@ -71,8 +71,8 @@ public:
     /// What the lines "cupsFilter" say ("application/vnd.cups-postscript 0 jobfilter"), in order.
     std::vector<std::string> filters() const;
 
-    /// What the header begins with (JCLBegin) and ends with (JCLToPSInterpreter), decoded; nullopt
-    /// when the PPD does not say.
+    /// What the job-control header begins with (JCLBegin) and ends with (JCLToPSInterpreter),
+    /// decoded; nullopt when the PPD does not say.
     std::optional<std::string> headerBegin() const;
     std::optional<std::string> headerEnd() const;
 
