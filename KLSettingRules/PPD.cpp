@@ -322,6 +322,12 @@ bool PPD::hasChoice(const std::string &option, const std::string &choice) const
     return findChoice(_file.get(), option, choice) != nullptr;
 }
 
+std::optional<std::string> PPD::optionAsSpelt(const std::string &option) const
+{
+    const ppd_option_t *found = ppdFindOption(_file.get(), option.c_str());
+    return found != nullptr ? textOf(found->keyword) : std::nullopt;
+}
+
 std::optional<std::string> PPD::choiceAsSpelt(const std::string &option,
                                               const std::string &choice) const
 {

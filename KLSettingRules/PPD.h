@@ -100,6 +100,9 @@ public:
     bool hasOption(const std::string &option) const;
     bool hasChoice(const std::string &option, const std::string &choice) const;
 
+    /// How the PPD spells the keyword of that option; nullopt when it has none.
+    std::optional<std::string> optionAsSpelt(const std::string &option) const;
+
     /// How the PPD spells a choice of that option, which is given in any letter case (ASCII's). One
     /// that is spelt exactly as given stands before the others.
     /// @return nullopt when no such option or no such choice is there, and for a custom value

@@ -4,6 +4,7 @@
 #include "headerMarkers.h"
 #include "markerSpelling.h"
 #include "settingRules.h"
+#include "settingSources.h"
 #include "trustedToolkit.h"
 
 #include <algorithm>
@@ -208,13 +209,6 @@ void checkPresence(const PPD &ppd, std::string_view marker, std::string onPaper,
 //
 // Typed values and the settings they feed
 //
-
-bool feeds(const PPD &ppd, const std::string &option)
-{
-    const auto names = [&](const PPD::Attribute &line) { return line.specifier == option; };
-    return std::ranges::any_of(ppd.attributes("KLSettingSource"), names) ||
-           std::ranges::any_of(ppd.attributes("KLChoiceSource"), names);
-}
 
 void checkTypedOption(const PPD &ppd, const PPD::Option &option, Mistakes &mistakes)
 {

@@ -3,6 +3,7 @@
 #include "KLPrintOptions.h"
 #include "ObjectFormat.h"
 #include "Text.h"
+#include "settingSources.h"
 
 #include <algorithm>
 #include <charconv>
@@ -145,18 +146,11 @@ std::optional<std::string> objectionTo(const Rule &rule, const KLPrintOptions &o
 // Encrypted passwords
 //
 
-bool isSource(const PPD &ppd, std::string_view source)
-{
-    const auto names = [&](const PPD::Attribute &line) { return line.specifier == source; };
-    return std::ranges::any_of(ppd.attributes("KLSettingSource"), names) ||
-           std::ranges::any_of(ppd.attributes("KLChoiceSource"), names);
-}
-
 std::optional<std::string> objectionToEncryption(const KLPrintOptions &options)
 {
     const auto password = options.valueForKeyWithDefault("job-password", "");
     const auto encryption = options.valueForKeyWithDefault("job-password-encryption", "none");
-    if (!isSource(options.ppd(), "job-password") || password == KLValue("") ||
+    if (!feeds(options.ppd(), "job-password") || password == KLValue("") ||
         encryption == KLValue("none"))
         return std::nullopt;
     return "job-password must not be encrypted (job-password-encryption), the printer could not be "

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <sstream>
+#include <utility>
 
 namespace {
 
@@ -49,6 +50,18 @@ std::optional<std::string> saidBy(const std::string &source, const PPD &ppd, con
     return said && !said->empty() ? said : std::nullopt;
 }
 
+/// The choice that a line "KLChoiceSource" says, and its option; nullopt when the PPD does not have
+/// them.
+std::optional<JobOptions::value_type> choiceOf(const PPD &ppd, const PPD::Attribute &line)
+{
+    std::istringstream words(line.value);
+    std::string option;
+    std::string choice;
+    words >> option >> choice;
+    const auto spelt = ppd.choiceAsSpelt(option, choice);
+    return spelt ? std::optional(std::pair(*ppd.optionAsSpelt(option), *spelt)) : std::nullopt;
+}
+
 } // namespace
 
 JobOptions fedSettings(const PPD &ppd, const JobOptions &job)
@@ -67,11 +80,15 @@ JobOptions chosenOptions(const PPD &ppd, const JobOptions &job)
 {
     JobOptions chosen;
     for (const PPD::Attribute &line : ppd.attributes("KLChoiceSource")) {
-        std::istringstream words(line.value);
-        std::string option;
-        std::string choice;
-        if (words >> option >> choice && saidBy(line.specifier, ppd, job))
-            chosen.emplace_back(option, choice);
+        if (auto choice = choiceOf(ppd, line); choice && saidBy(line.specifier, ppd, job))
+            chosen.push_back(std::move(*choice));
     }
     return chosen;
+}
+
+bool feeds(const PPD &ppd, std::string_view source)
+{
+    const auto names = [source](const PPD::Attribute &line) { return line.specifier == source; };
+    return std::ranges::any_of(ppd.attributes("KLSettingSource"), names) ||
+           std::ranges::any_of(ppd.attributes("KLChoiceSource"), names);
 }

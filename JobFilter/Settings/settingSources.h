@@ -2,6 +2,8 @@
 
 #include "PPD.h"
 
+#include <string_view>
+
 // Options of the PPD and attributes of the job (RFC 8011) that say a setting which has a key of its
 // own and no option. A PPD names them in lines of its own; one without such lines has none.
 //
@@ -21,8 +23,11 @@
 /// @return no key twice: the first source that says something is heard
 JobOptions fedSettings(const PPD &ppd, const JobOptions &job);
 
-/// The options that sources choose, and the choices, in the PPD's order; of an option that comes up
-/// twice the last choice counts.
+/// The options that sources choose, and the choices, as the PPD spells both and in its order; of an
+/// option that comes up twice the last choice counts. What the PPD does not have is left out.
 /// @param ppd  with the job's choices marked
 /// @param job  the job's own options; what they say about these PPD options does not count
 JobOptions chosenOptions(const PPD &ppd, const JobOptions &job);
+
+/// Whether a line of the PPD names it as a source, letter case included.
+bool feeds(const PPD &ppd, std::string_view source);

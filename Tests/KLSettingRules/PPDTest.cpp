@@ -162,6 +162,13 @@ TEST_F(AskedPPDTest, BlanksControlCharactersInCustomTexts)
     EXPECT_THAT(header(), testing::HasSubstr("@PJL COMMENT 100% \"\\ \xC3\xA4\xFF\n"));
 }
 
+TEST_F(AskedPPDTest, SpellsOptionsInAnyLetterCase)
+{
+    EXPECT_EQ("JCLPaper", ppd->optionAsSpelt("JCLPaper"));
+    EXPECT_EQ("JCLPaper", ppd->optionAsSpelt("jclPAPER"));
+    EXPECT_EQ(std::nullopt, ppd->optionAsSpelt("Smell"));
+}
+
 TEST_F(AskedPPDTest, SpellsChoicesInAnyLetterCase)
 {
     EXPECT_EQ("Thick", ppd->choiceAsSpelt("JCLPaper", "Thick"));

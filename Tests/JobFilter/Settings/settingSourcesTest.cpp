@@ -178,8 +178,21 @@ TEST_F(settingSourcesTest, AnOptionOfThePPDCanChooseToo)
 TEST_F(settingSourcesTest, ALineThatNamesNoChoiceChoosesNothing)
 {
     usePPD(std::string(kPassword) + "*KLChoiceSource job-account-id: \"PrintMode\"\n"
-                                    "*KLChoiceSource job-account-id: \"\"\n");
+                                    "*KLChoiceSource job-account-id: \"\"\n"
+                                    "*KLChoiceSource job-account-id: \"PrintMode Secret\"\n"
+                                    "*KLChoiceSource job-account-id: \"NoSuchOption True\"\n");
     EXPECT_EQ(KLValue("Normal"), stored("job-account-id=1", "PrintMode"));
+    EXPECT_EQ(std::nullopt, stored("job-account-id=1", "NoSuchOption"));
+}
+
+// The store, which compares exactly, must not hold another choice than libcups marks.
+TEST_F(settingSourcesTest, AChoiceIsMadeAsThePPDSpellsIt)
+{
+    usePPD(std::string(kPassword) + "*KLChoiceSource job-account-id: \"printmode PRIVATE\"\n");
+    const KLPrintOptions options("job-account-id=1 PrintMode=Normal");
+    EXPECT_EQ("Private", options.ppd().markedChoice("PrintMode"));
+    EXPECT_EQ(KLValue("Private"), options.valueForKey("PrintMode"));
+    EXPECT_EQ(std::nullopt, options.valueForKey("printmode"));
 }
 
 // A pinned user
