@@ -3,6 +3,7 @@
 #include "MemoryShortage.h"
 #include "ProcessorTime.h"
 #include "Streams.h"
+#include "Text.h"
 #include "ToolkitError.h"
 #include "carryOut.h"
 
@@ -20,13 +21,9 @@
 namespace {
 
 /// One line without control characters: the filter hands it on to the user.
-void complain(std::string message)
+void complain(const std::string &message)
 {
-    for (char &c : message) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F)
-            c = ' ';
-    }
-    std::fprintf(stderr, "%s\n", message.c_str());
+    std::fprintf(stderr, "%s\n", Platform::withoutControls(message).c_str());
 }
 
 /// A small document can unpack to any size. Past this bound the program finds no more memory,

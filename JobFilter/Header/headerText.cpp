@@ -3,13 +3,7 @@
 #include "ObjectFormat.h"
 #include "Text.h"
 
-#include <algorithm>
-
 std::string headerText(const std::optional<KLValue> &value)
 {
-    if (!value)
-        return {};
-    std::string text = Platform::description(*value);
-    std::ranges::replace_if(text, Platform::isControl, ' ');
-    return text;
+    return value ? Platform::withoutControls(Platform::description(*value)) : std::string();
 }

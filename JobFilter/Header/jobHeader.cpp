@@ -17,7 +17,7 @@ namespace {
 /// As libcups may write it between the quotes of a PJL line.
 std::string textForPJL(std::string text)
 {
-    std::ranges::replace_if(text, Platform::isControl, ' ');
+    text = Platform::withoutControls(std::move(text));
     std::ranges::replace(text, '"', '\'');
     return text;
 }

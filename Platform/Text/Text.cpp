@@ -131,6 +131,12 @@ bool isControl(char byte)
     return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
 }
 
+std::string withoutControls(std::string text)
+{
+    std::ranges::replace_if(text, isControl, ' ');
+    return text;
+}
+
 bool isEqualText(std::string_view left, std::string_view right, unsigned options)
 {
     if (left == right)

@@ -27,6 +27,9 @@ std::string repairedUTF8(std::string bytes, char replacement);
 /// where text is read by a machine.
 bool isControl(char byte);
 
+/// The text with a blank in place of each of them.
+std::string withoutControls(std::string text);
+
 /// Whether two UTF-8 texts compare as the same.
 ///
 /// Canonically equivalent forms are the same text ("é" in one code point or in two). With

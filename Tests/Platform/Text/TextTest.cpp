@@ -71,6 +71,13 @@ TEST(TextTest, TellsControlCharactersOfASCII)
     EXPECT_FALSE(isControl(' ') || isControl('~') || isControl('\x80') || isControl('\xFF'));
 }
 
+TEST(TextTest, PutsABlankInPlaceOfEachControlCharacter)
+{
+    EXPECT_EQ("", withoutControls(""));
+    EXPECT_EQ("a  b ü % ", withoutControls("a\r\nb\x1Bü\x7F%\t"));
+    EXPECT_EQ("  ", withoutControls(std::string("\0\x1F", 2)));
+}
+
 TEST(TextTest, CanonicallyEquivalentFormsAreTheSame)
 {
     EXPECT_TRUE(isEqualText(kComposed, kDecomposed, ExactComparison));
