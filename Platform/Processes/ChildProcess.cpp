@@ -128,13 +128,12 @@ int ChildProcess::start(const std::string &program, const std::vector<std::strin
     if (child < 0)
         return errno;
     _child = child;
+    _guard.emplace(); // at once: the program may soon have started others
     _errors = std::move(errors->readEnd);
     report->writeEnd.close(); // so that the child's end is the end of its report
     const int problem = problemReported(report->readEnd.number());
     if (problem != 0)
         terminationStatus();
-    else
-        _guard.emplace();
     return problem;
 }
 

@@ -12,7 +12,7 @@ namespace Platform {
 /// no room for a process more, all goes on without a guard.
 class GroupGuard {
 public:
-    /// The child is running and known to the cancellation.
+    /// The child has been forked and is known to the cancellation.
     GroupGuard();
     ~GroupGuard();
     GroupGuard(const GroupGuard &) = delete;

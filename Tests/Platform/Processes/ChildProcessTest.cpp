@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -258,6 +259,14 @@ TEST_F(ChildProcessTest, NoDescriptorIsLeftOpen)
     run("exit 0");
     complaintAbout(folder.file("missing"));
     EXPECT_EQ(before, openDescriptors());
+}
+
+TEST_F(ChildProcessTest, NoProcessIsLeftRunningOrUnwaitedFor)
+{
+    run("exit 0");
+    complaintAbout(folder.file("missing"));
+    EXPECT_EQ(-1, waitpid(-1, nullptr, WNOHANG));
+    EXPECT_EQ(ECHILD, errno);
 }
 
 // Its error text. A script that is to be heard waits a moment, for the look at whether it runs.
