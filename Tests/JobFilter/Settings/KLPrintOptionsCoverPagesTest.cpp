@@ -114,14 +114,22 @@ TEST_F(KLPrintOptionsCoverPagesTest, UnknownFrontCoverStyleAddsNothingAndLeavesT
 
 TEST_F(KLPrintOptionsCoverPagesTest, AnyDuplexValueButNoneCountsAsTwoSided)
 {
-    for (const char *duplex : {"Duplex=none", "Duplex=Sideways", "Duplex..n.=0"}) {
+    for (const char *duplex : {"Duplex=Sideways", "Duplex..n.=0"}) {
         generated(coverOptions("front", "Print", duplex), "front");
         EXPECT_EQ(3, page) << duplex;
     }
     KLPrintOptions options = coverOptions("front", "Print");
-    options.setValueForKey(std::nullopt, "Duplex");
-    generated(options, "front");
-    EXPECT_EQ(3, page);
+    for (const auto &value : {std::optional<KLValue>("none"), std::optional<KLValue>()}) {
+        options.setValueForKey(value, "Duplex");
+        generated(options, "front");
+        EXPECT_EQ(3, page);
+    }
+}
+
+TEST_F(KLPrintOptionsCoverPagesTest, NoneInAnyLetterCaseIsThePPDsOwnAndOneSided)
+{
+    generated(coverOptions("front", "Print", "Duplex=none"), "front");
+    EXPECT_EQ(2, page);
 }
 
 TEST_F(KLPrintOptionsCoverPagesTest, BackCoverGetsNoAdditionAndNoPageWhateverItsStyle)
