@@ -2,6 +2,7 @@
 
 #include "Descriptor.h"
 #include "Text.h"
+#include "listOf.h"
 #include "markedChoices.h"
 
 #include <cups/cups.h>
@@ -58,13 +59,6 @@ std::optional<std::string> textOf(const char *text)
 std::optional<std::string> codeOf(const ppd_choice_t *choice)
 {
     return choice != nullptr ? textOf(choice->code) : std::nullopt;
-}
-
-/// A libcups array and its count.
-template <class Element>
-std::span<const Element> listOf(const Element *first, int count)
-{
-    return {first, static_cast<std::size_t>(count)};
 }
 
 /// The first choice of the option that is marked; null when there is none.

@@ -1,19 +1,8 @@
 #include "markedChoices.h"
 
+#include "listOf.h"
+
 #include <cups/ppd.h>
-
-#include <span>
-
-namespace {
-
-/// A libcups array and its count.
-template <class Element>
-std::span<const Element> listOf(const Element *first, int count)
-{
-    return {first, static_cast<std::size_t>(count)};
-}
-
-} // namespace
 
 std::vector<std::pair<std::string, std::string>> markedChoices(const ppd_file_s &ppd)
 {
