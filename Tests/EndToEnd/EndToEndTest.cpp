@@ -58,11 +58,13 @@ public:
         makeDocuments();
         addQueue("office", bundleLine(KL_TOOLKIT_BUNDLE));
         addQueue("bare", bundleLine(_folder.file("missing.bundle")));
-        addQueue("toolkit", bundleLine(makeBundle("noting", "printf '%s\\n' \"$@\" "
-                                                            ">>\"$TMPDIR/toolkit-arguments\"\n"
-                                                            "for last; do :; done\n"
-                                                            "while [ $# -gt 2 ]; do shift; done\n"
-                                                            "cat \"$1\" >\"$last\"\n")));
+        const std::string noting = makeBundle("noting", "printf '%s\\n' \"$@\" "
+                                                        ">>\"$TMPDIR/toolkit-arguments\"\n"
+                                                        "for last; do :; done\n"
+                                                        "while [ $# -gt 2 ]; do shift; done\n"
+                                                        "cat \"$1\" >\"$last\"\n");
+        for (const char *queue : {"toolkit", "defaults"})
+            addQueue(queue, bundleLine(noting));
         // Not at once: a toolkit that has ended at the first look keeps its text to itself.
         addQueue("broken", bundleLine(makeBundle("failing", "echo out of ideas for ${4} ${14} >&2\n"
                                                             "sleep 0.5; exit 3\n")));

@@ -36,7 +36,8 @@ protected:
     static constexpr char kSlowToolkitQueue[] = "slow";
     /// The sample queue with the name of a toolkit bundle that does not exist.
     static constexpr char kNoToolkitQueue[] = "bare";
-
+    /// The same queue as kToolkitQueue, for tests that change its defaults.
+    static constexpr char kDefaultsQueue[] = "defaults";
     /// The sample queue, but nothing in its PPD enters PostScript.
     static constexpr char kHeadlessQueue[] = "headless";
     /// The sample queue of the same printer taking PDF.

@@ -5,6 +5,7 @@
 
 #include <cups/cups.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -35,7 +36,7 @@ constexpr char kPassedEnvironment[] = "PassEnv LSAN_OPTIONS UBSAN_OPTIONS\n"
 constexpr char kConfiguration[] = R"(LogLevel debug
 MaxLogSize 0
 Browsing No
-WebInterface No
+WebInterface Yes
 DefaultAuthType None
 JobKillDelay 1
 PageLogFormat %p %j %P %C
@@ -113,17 +114,22 @@ void PrivateScheduler::makeFolders(const std::vector<std::string> &filters) cons
     for (const char *name : {"cgi-bin", "daemon", "driver", "monitor", "notifier"})
         fs::create_symlink(fs::path(kServerBin) / name, _folder.file("bin/") + name);
     fs::create_symlink(fs::path(kServerBin) / "backend/socket", _folder.file("bin/backend/socket"));
+    copyProgram(fs::path(kServerBin) / "backend/ipp", "bin/backend"); // Debian's is root's alone
     for (const auto &filter : fs::directory_iterator(fs::path(kServerBin) / "filter"))
         if (!filter.path().filename().string().starts_with("jobfilter"))
             fs::create_symlink(filter.path(),
                                _folder.file("bin/filter/") + filter.path().filename().string());
-    for (const fs::path filter : filters) {
-        const fs::path copy = _folder.file("bin/filter/") + filter.filename().string();
-        fs::copy_file(filter, copy);
-        fs::permissions(copy, fs::perms(0755)); // the scheduler refuses what others may change
-    }
+    for (const fs::path filter : filters)
+        copyProgram(filter, "bin/filter");
     const fs::path modules = fs::path(filters.front()).parent_path().parent_path() / "lib";
     fs::create_directory_symlink(modules, _folder.file("bin/lib"));
+}
+
+void PrivateScheduler::copyProgram(const fs::path &program, const std::string &folder) const
+{
+    const fs::path copy = fs::path(_folder.file(folder)) / program.filename();
+    fs::copy_file(program, copy);
+    fs::permissions(copy, fs::perms(0755)); // the scheduler refuses what others may change
 }
 
 void PrivateScheduler::writeConfiguration() const
@@ -209,6 +215,15 @@ int PrivateScheduler::submit(const std::vector<std::string> &arguments) const
     return std::stoi(answer.substr(dash + 1, end - dash - 1));
 }
 
+int PrivateScheduler::latestJob(const std::string &queue) const
+{
+    std::istringstream jobs(run({"lpstat", "-W", "all", "-o", queue})); // "QUEUE-17  anna ..."
+    int latest = 0;
+    for (std::string line; std::getline(jobs, line);)
+        latest = std::max(latest, std::stoi(line.substr(queue.size() + 1)));
+    return latest;
+}
+
 JobStatus PrivateScheduler::status(int job) const
 {
     const Response response =
@@ -269,6 +284,11 @@ std::vector<std::string> PrivateScheduler::pageLog(int job) const
         if (number == job)
             pages.push_back(page);
     return pages;
+}
+
+std::string PrivateScheduler::webPage(const std::string &queue) const
+{
+    return "http" + queueURI(queue).substr(sizeof "ipp" - 1);
 }
 
 std::string PrivateScheduler::log(int job) const

@@ -3,6 +3,7 @@
 #include "Program.h"
 #include "TemporaryFolder.h"
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -47,6 +48,9 @@ public:
     /// Runs lp(1) with these arguments. @return the job's number
     int submit(const std::vector<std::string> &arguments) const;
 
+    /// The number of the queue's latest job, of whatever program; 0 when there was none.
+    int latestJob(const std::string &queue) const;
+
     /// How the job stands now.
     JobStatus status(int job) const;
 
@@ -67,6 +71,9 @@ public:
     /// "ipp://127.0.0.1:PORT/printers/QUEUE"
     std::string queueURI(const std::string &queue) const;
 
+    /// "http://127.0.0.1:PORT/printers/QUEUE"
+    std::string webPage(const std::string &queue) const;
+
     /// The lines of the scheduler's error log, those of one job alone when it is not 0.
     std::string log(int job = 0) const;
 
@@ -80,6 +87,7 @@ public:
 
 private:
     void makeFolders(const std::vector<std::string> &filters) const;
+    void copyProgram(const std::filesystem::path &program, const std::string &folder) const;
     void writeConfiguration() const;
     void start();
     bool comesUp() const;
