@@ -140,6 +140,7 @@ TEST_F(ClientsTest, RawQueuePrintsBlackAndWhiteUnlessColourIsAskedFor)
     EXPECT_THAT(headerWith("raw", {"print-color-mode=color"}), Contains(dssc("COLORMODE=COLOR")));
     scheduler().run({"lpadmin", "-p", "raw", "-o", "print-color-mode-default=color"});
     EXPECT_THAT(headerWith("raw", {}), Contains(dssc("COLORMODE=COLOR")));
+    scheduler().run({"lpadmin", "-x", "raw"});
 }
 
 TEST_F(ClientsTest, EverySettingComesThroughAQueueEverywhere)
