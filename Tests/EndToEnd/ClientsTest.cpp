@@ -1,5 +1,10 @@
 #include "EndToEndTest.h"
 
+#include "Waiting.h"
+
+#include <set>
+#include <stdexcept>
+
 using Support::lpOption;
 using testing::AllOf;
 using testing::Contains;
@@ -35,12 +40,24 @@ protected:
         scheduler().run(call);
     }
 
-    /// Makes what another machine has for the shared queue: a queue in front of it, of this model.
-    static void addClientQueue(const std::string &name, const std::string &model,
-                               const std::string &sharedQueue)
+    /// What another machine has for a shared queue: a queue in front of it, of the model "raw" or
+    /// "everywhere". @return its name
+    static std::string clientQueue(const std::string &model, const std::string &sharedQueue)
     {
+        const std::string name = model + "-" + sharedQueue;
+        if (!queues.insert(name).second)
+            return name;
         scheduler().run(
             {"lpadmin", "-p", name, "-E", "-v", scheduler().queueURI(sharedQueue), "-m", model});
+        // The scheduler makes the PPD of an everywhere queue after it has answered.
+        const auto isThere = [&] {
+            return model == "raw" ||
+                   scheduler().run({"lpoptions", "-p", name}).find(" IPP Everywhere") !=
+                       std::string::npos;
+        };
+        if (!Support::comesTrue(isThere))
+            throw std::runtime_error(name + " is not made:\n" + scheduler().log());
+        return name;
     }
 
     static std::vector<std::string> headerWith(const std::string &queue,
@@ -50,6 +67,9 @@ protected:
     }
 
     static void expectEverySettingToComeThrough(const std::string &queue);
+
+private:
+    static inline std::set<std::string> queues;
 };
 
 void ClientsTest::expectEverySettingToComeThrough(const std::string &queue)
@@ -129,40 +149,39 @@ TEST_F(ClientsTest, InstanceOfAQueueIsPrintedOnWithWhatItRemembers)
 
 TEST_F(ClientsTest, EverySettingComesThroughARawQueue)
 {
-    addClientQueue("raw", "raw", kToolkitQueue);
-    expectEverySettingToComeThrough("raw");
+    expectEverySettingToComeThrough(clientQueue("raw", kToolkitQueue));
 }
 
 TEST_F(ClientsTest, RawQueuePrintsBlackAndWhiteUnlessColourIsAskedFor)
 {
-    addClientQueue("raw", "raw", kQueue);
-    EXPECT_THAT(headerWith("raw", {}), Contains(dssc("COLORMODE=BW")));
-    EXPECT_THAT(headerWith("raw", {"print-color-mode=color"}), Contains(dssc("COLORMODE=COLOR")));
-    scheduler().run({"lpadmin", "-p", "raw", "-o", "print-color-mode-default=color"});
-    EXPECT_THAT(headerWith("raw", {}), Contains(dssc("COLORMODE=COLOR")));
-    scheduler().run({"lpadmin", "-x", "raw"});
+    const std::string queue = clientQueue("raw", kQueue);
+    EXPECT_THAT(headerWith(queue, {}), Contains(dssc("COLORMODE=BW")));
+    EXPECT_THAT(headerWith(queue, {"print-color-mode=color"}), Contains(dssc("COLORMODE=COLOR")));
+    scheduler().run({"lpadmin", "-p", queue, "-o", "print-color-mode-default=color"});
+    EXPECT_THAT(headerWith(queue, {}), Contains(dssc("COLORMODE=COLOR")));
+    scheduler().run({"lpadmin", "-p", queue, "-R", "print-color-mode-default"});
 }
 
 TEST_F(ClientsTest, EverySettingComesThroughAQueueEverywhere)
 {
-    addClientQueue("everywhere", "everywhere", kToolkitQueue);
-    expectEverySettingToComeThrough("everywhere");
-    EXPECT_THAT(headerWith("everywhere", {}), Contains(dssc("COLORMODE=COLOR")));
+    const std::string queue = clientQueue("everywhere", kToolkitQueue);
+    expectEverySettingToComeThrough(queue);
+    EXPECT_THAT(headerWith(queue, {}), Contains(dssc("COLORMODE=COLOR")));
 }
 
 TEST_F(ClientsTest, ChoicesOfTheQueueEverywhereItselfAreLost)
 {
-    addClientQueue("everywhere", "everywhere", kQueue);
-    EXPECT_THAT(
-        headerWith("everywhere", {"MediaType=StationeryRecycled", "StapleLocation=SinglePortrait",
-                                  "PunchMedia=DualPortrait"}),
-        IsSupersetOf({dssc("MEDIATYPE=PLAIN"), dssc("STAPLE=OFF"), dssc("PUNCH=OFF")}));
+    EXPECT_THAT(headerWith(clientQueue("everywhere", kQueue),
+                           {"MediaType=StationeryRecycled", "StapleLocation=SinglePortrait",
+                            "PunchMedia=DualPortrait"}),
+                IsSupersetOf({dssc("MEDIATYPE=PLAIN"), dssc("STAPLE=OFF"), dssc("PUNCH=OFF")}));
 }
 
 TEST_F(ClientsTest, QueueEverywhereHasNoFields)
 {
-    addClientQueue("everywhere", "everywhere", kQueue);
-    const std::string list = scheduler().run({"lpoptions", "-p", "everywhere", "-l"});
+    const std::string queue = clientQueue("everywhere", kQueue);
+    const std::string list = scheduler().run({"lpoptions", "-p", queue, "-l"});
+    EXPECT_THAT(list, HasSubstr("Duplex"));
     EXPECT_THAT(list, Not(HasSubstr("Custom.PASSCODE")));
     EXPECT_THAT(list, Not(HasSubstr("Watermark")));
 }
@@ -171,11 +190,9 @@ TEST_F(ClientsTest, DefaultsOfTheSharedQueueCountBehindTheQueuesInFrontOfIt)
 {
     scheduler().run({"lpadmin", "-p", kQueue, "-o", "KLDepartmentCode=Custom.9999", "-o",
                      "Duplex=DuplexNoTumble"});
-    for (const char *model : {"raw", "everywhere"}) {
-        addClientQueue(model, model, kQueue);
-        EXPECT_THAT(headerWith(model, {}),
+    for (const char *model : {"raw", "everywhere"})
+        EXPECT_THAT(headerWith(clientQueue(model, kQueue), {}),
                     IsSupersetOf({dssc("ACCESSCODE=9999"), dssc("DUPLEX=LONGEDGE")}));
-    }
     scheduler().run({"lpadmin", "-p", kQueue, "-o", "KLDepartmentCode=None", "-o", "Duplex=None"});
 }
 
