@@ -102,7 +102,7 @@ TEST_F(ProtectedHeaderTest, IsNoneWhereThereIsNoFileToKeepItIn)
     rlimit before = {};
     getrlimit(RLIMIT_NOFILE, &before);
     const auto options = std::make_shared<KLPrintOptions>(kPrivately);
-    for (const rlim_t files : {0, 1}) {
+    for (const rlim_t files : {rlim_t{0}, rlim_t{1}}) {
         const int lowest = dup(0); // the number that the next file would get
         close(lowest);
         const rlimit limit = {static_cast<rlim_t>(lowest) + files, before.rlim_max};
