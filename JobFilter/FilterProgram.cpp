@@ -11,7 +11,7 @@ void prepareFilterProcess()
     Platform::occupyStandardDescriptors();
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
-    Platform::endWhenMemoryRunsOut("CRIT: Out of memory\n");
+    Platform::endWhenMemoryRunsOut(kOutOfMemoryLine);
 }
 
 std::optional<FilterArguments> filterArguments(int argc, char *argv[])

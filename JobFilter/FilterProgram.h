@@ -21,6 +21,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// What a filter says at its end when memory runs out.
+inline constexpr char kOutOfMemoryLine[] = "CRIT: Out of memory\n";
+
 /// Makes the process what a filter is to be: standard descriptors that are closed get a stand-in,
 /// a reader that has gone and a limit on the size of files are failed writes, and memory that
 /// cannot be had ends the run. Call it first thing in main().

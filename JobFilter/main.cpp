@@ -5,6 +5,8 @@
 #include "KLPrintJob.h"
 #include "KLPrintOptions.h"
 #include "KLToolkitProcessor.h"
+#include "MadeFiles.h"
+#include "MemoryShortage.h"
 #include "PJL.h"
 #include "Streams.h"
 #include "WriteLog.h"
@@ -162,12 +164,48 @@ void writeOpenHeader(const FilterArguments &arguments,
     walkHeader(*header, options, stdout);
 }
 
+/// As long as it lives, memory that runs out ends the run as a protected job without its header
+/// does.
+class MemoryForProtection {
+public:
+    explicit MemoryForProtection(const JobFile &jobFile) : _jobFile(jobFile)
+    {
+        take("CRIT: Unable to create the job header of a protected job\n", true);
+    }
+    ~MemoryForProtection() { take(kOutOfMemoryLine, false); }
+    MemoryForProtection(const MemoryForProtection &) = delete;
+    MemoryForProtection &operator=(const MemoryForProtection &) = delete;
+
+private:
+    void take(const char *line, bool removePages) const
+    {
+        if (_jobFile.spooled)
+            Platform::MadeFiles::setUnfinished(_jobFile.path, removePages);
+        Platform::endWhenMemoryRunsOut(line);
+    }
+
+    const JobFile &_jobFile;
+};
+
+/// nullopt also for lack of memory.
+std::optional<std::string> makeProtectedHeader(const FilterArguments &arguments,
+                                               const std::shared_ptr<KLPrintOptions> &options,
+                                               const JobFile &jobFile)
+{
+    const MemoryForProtection memory(jobFile);
+    try {
+        return protectedHeader(options, jobName(arguments));
+    } catch (const std::bad_alloc &) {
+        return std::nullopt;
+    }
+}
+
 /// The same for a job that asked for protection: without a header that says so it prints nothing,
 /// and its pages are not left lying about.
 void writeProtectedHeader(const FilterArguments &arguments,
                           const std::shared_ptr<KLPrintOptions> &options, const JobFile &jobFile)
 {
-    const auto header = protectedHeader(options, jobName(arguments));
+    const auto header = makeProtectedHeader(arguments, options, jobFile);
     if (!header) {
         removeIfSpooled(jobFile);
         throw FatalError(kUnableToProtect);

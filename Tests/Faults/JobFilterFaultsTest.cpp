@@ -583,6 +583,29 @@ TEST_F(JobFilterFaultsTest, ProtectedJobWithAnySystemCallThatFails)
     EXPECT_LE(8, refused);
 }
 
+TEST_F(JobFilterFaultsTest, ProtectedJobWithoutMemoryForItsHeaderIsRefusedAndLeavesNothing)
+{
+    useRealToolkit();
+    const auto call = [this] {
+        return callWithInput(std::string(kSettings) + "StoreToDocStore=True PrintAsWell=False ");
+    };
+    learnOutputs(call(), {});
+    int refused = 0;
+    const auto check = [&](const FaultedRun &run) {
+        if (!run.struck)
+            return;
+        EXPECT_EQ(1, run.result.exitStatus);
+        if (run.result.errors == "CRIT: Out of memory\n")
+            return; // before the header, or behind it
+        ++refused;
+        EXPECT_EQ(kUnprotected, run.result.errors);
+        EXPECT_EQ("", run.result.output);
+        EXPECT_THAT(temporaryFiles(), IsEmpty());
+    };
+    strikeEveryCall(kNoMemory, call, check);
+    EXPECT_LT(10, refused);
+}
+
 // An error of bytes that seemed to be written is told once, by the next call: from a file server
 // whose disk is full, for instance.
 TEST_F(JobFilterFaultsTest, PagesThatCannotBeMovedFailTheJob)
