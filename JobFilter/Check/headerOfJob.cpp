@@ -15,6 +15,7 @@ namespace {
 
 JobName nameOfJob()
 {
+    // cppcheck-suppress getpwuidCalled ; there is one thread
     const passwd *user = getpwuid(getuid());
     return {1, user != nullptr ? user->pw_name : "user", "Title"};
 }

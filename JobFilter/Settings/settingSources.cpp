@@ -23,8 +23,9 @@ bool carries(const JobOptions &job, const std::string &key)
 
 std::string valueOfChoice(const PPD &ppd, const std::string &option, const std::string &choice)
 {
+    const std::string specifier = std::string(option).append(".").append(choice);
     for (const PPD::Attribute &line : ppd.attributes("KLSettingValue")) {
-        if (line.specifier == option + "." + choice)
+        if (line.specifier == specifier)
             return line.value;
     }
     return choice;
