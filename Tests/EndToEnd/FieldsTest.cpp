@@ -116,6 +116,14 @@ TEST_F(FieldsTest, ColourProfilesByName)
                       dssc("RENDERING INTENT=SATURATION")}));
 }
 
+TEST_F(FieldsTest, ColourProfilesThatAreTyped)
+{
+    EXPECT_THAT(
+        headerWith({"DocumentType=Advanced", "KLColorSettings=Standard",
+                    field("KLRGBProfile", "Wide gamut"), field("KLOutputProfile", "Second floor")}),
+        IsSupersetOf({dssc("RGB PROFILE=Wide gamut"), dssc("OUTPUT PROFILE=Second floor")}));
+}
+
 TEST_F(FieldsTest, ColourProfileOfYourOwn)
 {
     EXPECT_THAT(headerWith({"DocumentType=Advanced", "KLColorSettings=Customized",
