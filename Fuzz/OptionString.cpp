@@ -11,6 +11,7 @@
 #include <map>
 #include <set>
 #include <span>
+#include <strings.h>
 #include <vector>
 
 namespace {
@@ -38,10 +39,27 @@ bool takeSuffix(std::string &key, std::string_view suffix)
     return true;
 }
 
-std::map<std::string, KLValue> modelOfStore(const std::vector<Option> &options)
+/// How the PPD spells the choice, which may be given in any letter case; the text itself where the
+/// PPD has no such choice.
+std::string asThePPDSpellsIt(const PPD &ppd, const std::string &option, const std::string &text)
+{
+    const ppd_option_t *found = ppdFindOption(ppd.file(), option.c_str());
+    std::string spelt = text;
+    for (int i = found != nullptr ? found->num_choices : 0; i-- > 0;) {
+        const char *choice = found->choices[i].choice;
+        if (text == choice)
+            return text;
+        if (strcasecmp(text.c_str(), choice) == 0)
+            spelt = choice;
+    }
+    return spelt;
+}
+
+std::map<std::string, KLValue> modelOfStore(const PPD &ppd, const std::vector<Option> &options)
 {
     std::map<std::string, KLValue> entries;
     for (auto [key, text] : options) {
+        text = asThePPDSpellsIt(ppd, key, text);
         if (text == "true" || text == "false")
             text = text == "true" ? "True" : "False";
         if (takeSuffix(key, "..n."))
@@ -110,9 +128,8 @@ void Fuzz::tryInput(std::string_view input)
     }();
     const std::string optionString(input.substr(0, input.find('\0')));
     const auto options = parsed(optionString);
-    const auto entries = modelOfStore(options);
-
     const KLPrintOptions store(optionString);
+    const auto entries = modelOfStore(store.ppd(), options);
     requireEntries(store, entries, "the job's options are stored as they are written");
     requireChoices(store, entries);
     askEverything(store);

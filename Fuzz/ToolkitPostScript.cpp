@@ -107,6 +107,8 @@ void tryWatermark(const Document &document, const Watermark &watermark)
     Fuzz::require(isWithin(document.bytes, once->bytes), "a watermark takes nothing away");
     Fuzz::require(once->contents.size() == document.contents.size(),
                   "a watermark leaves the pages as they are");
+    if (leavesDataOpen(document.bytes))
+        return; // the first watermark's own words may end them for the second
     const auto twice = tryCommand(*once, watermark);
     Fuzz::require(twice && twice->contents.size() == once->contents.size(),
                   "what has one watermark takes another");
