@@ -297,6 +297,43 @@ TEST_F(SampleDriverTest, NothingThatIsTypedOrChosenInAFieldReachesTheHeaderByIts
     }
 }
 
+/// The group, by its text, in which dialogs show an option; empty where they show no such option.
+std::string groupOf(const ppd_file_t *ppd, const std::string &keyword)
+{
+    for (int g = 0; g < ppd->num_groups; g++)
+        for (int o = 0; o < ppd->groups[g].num_options; o++)
+            if (keyword == ppd->groups[g].options[o].keyword)
+                return ppd->groups[g].text;
+    return {};
+}
+
+// libcups has a group of its own, "JCL", for whatever is opened as job control.
+TEST_F(SampleDriverTest, PeopleFindOptionsInTheGroupThatNamesThem)
+{
+    const std::pair<const char *, const char *> places[] = {
+        {"Duplex", "Paper and Sides"},
+        {"InputSlot", "Paper and Sides"},
+        {"PrintMode", "Private Printing and Department Code"},
+        {"KLPrivatePIN", "Private Printing and Department Code"},
+        {"KLDepartmentCode", "Private Printing and Department Code"},
+        {"StoreToDocStore", "Document Box"},
+        {"KLBoxNumber", "Document Box"},
+        {"KLWatermarkText", "Watermark"},
+        {"ColorModel", "Colour"},
+        {"KLRGBProfile", "Colour"},
+        {"Staple", "Finishing"},
+        {"BookletPaperSize", "Booklet"},
+        {"UseOpenDirectoryForAuthentication", "Installable Options"},
+    };
+    for (const char *path : {kSamplePPD, kPDFPPD}) {
+        ppd.reset(ppdOpenFile(path));
+        for (const auto &[keyword, group] : places)
+            EXPECT_EQ(group, groupOf(ppd.get(), keyword)) << keyword;
+        for (const std::string &keyword : keywords())
+            EXPECT_NE("JCL", groupOf(ppd.get(), keyword)) << keyword;
+    }
+}
+
 // Else a translator could not name them apart.
 TEST_F(SampleDriverTest, GroupsHaveNamesThatNoOptionHas)
 {
