@@ -80,14 +80,9 @@ std::string jobOf(std::array<std::string, 5> arguments, std::string_view pages,
     redirect(STDOUT_FILENO, output.path(), O_WRONLY);
     std::rewind(stdin);
 
-    std::string program = "jobfilter";
-    std::vector<char *> words = {program.data()};
-    for (std::string &argument : arguments)
-        words.push_back(argument.data());
-    std::string path = file != nullptr ? *file : "";
-    if (file != nullptr)
-        words.push_back(path.data());
-    const int status = runFilter(static_cast<int>(words.size()), words.data());
+    const auto &[id, user, title, copies, options] = arguments;
+    const int status = runFilter({id.c_str(), user.c_str(), title.c_str(), copies.c_str(),
+                                  options.c_str(), file != nullptr ? file->c_str() : nullptr});
     std::fflush(stdout);
     Fuzz::require(status == 0, "no argument and no page stops a job");
     return output.bytes();

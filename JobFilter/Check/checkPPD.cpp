@@ -50,10 +50,15 @@ std::vector<std::string> preFilters(const PPD &ppd)
     return lines;
 }
 
+bool has(const std::vector<std::string> &formats, const std::string &format)
+{
+    return std::ranges::find(formats, format) != formats.end();
+}
+
 bool takesPDF(const PPD &ppd)
 {
-    const auto formats = formatsFor(ppd.filters(), "jobfilter");
-    return std::ranges::find(formats, "application/vnd.cups-pdf") != formats.end();
+    return has(formatsFor(ppd.filters(), "jobfilter-chain"), "application/vnd.cups-pdf") ||
+           has(formatsFor(ppd.filters(), "jobfilter"), "application/vnd.cups-pdf");
 }
 
 //
@@ -64,17 +69,17 @@ void checkFilters(const PPD &ppd, Mistakes &mistakes)
 {
     const auto formats = formatsFor(ppd.filters(), "jobfilter");
     const auto prepared = formatsFor(preFilters(ppd), "jobfilter-nojcl");
-    if (formats.empty()) {
-        mistakes.push_back({"No line *cupsFilter names jobfilter.",
+    if (formats.empty() && formatsFor(ppd.filters(), "jobfilter-chain").empty()) {
+        mistakes.push_back({"No line *cupsFilter names jobfilter-chain.",
                             "Jobs are printed without department code, user, box and password.",
-                            "*cupsFilter: \"application/vnd.cups-postscript 0 jobfilter\""});
+                            "*cupsFilter: \"application/vnd.cups-postscript 0 jobfilter-chain\""});
     }
     for (const std::string &format : formats) {
-        if (std::ranges::find(prepared, format) == prepared.end())
+        if (!has(prepared, format))
             mistakes.push_back(
                 {"No line *cupsPreFilter names jobfilter-nojcl for " + format + ".",
                  "The printer sees two headers, and the second has neither user nor password.",
-                 "*cupsPreFilter: \"" + format + " 0 jobfilter-nojcl\""});
+                 "*cupsFilter: \"" + format + " 0 jobfilter-chain\""});
     }
 }
 

@@ -49,7 +49,7 @@ std::string withLiteralsJoined(const std::string &sources)
 Keys logLinesInCode()
 {
     const std::string sources =
-        withLiteralsJoined(jobSources([](const auto &name) { return name != "nojcl.cpp"; }));
+        withLiteralsJoined(jobSources([](const auto &name) { return name != "runCompanion.cpp"; }));
     Keys lines;
     collect(lines, sources, R"re(WriteLog\(\s*"([^"]+)")re");
     collect(lines, sources, R"re((?:kUnable\w+\[\] = |FatalError\(|fail\()"([^"]+)")re", "CRIT: ");

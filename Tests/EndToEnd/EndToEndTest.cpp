@@ -51,7 +51,7 @@ std::string bundleLine(const std::string &bundle)
 /// Everything that lives as long as the test program.
 class PrintRoom {
 public:
-    PrintRoom() : _scheduler({KL_JOBFILTER, KL_NOJCL, writeRecorder()})
+    PrintRoom() : _scheduler({KL_JOBFILTER, KL_NOJCL, KL_CHAIN, writeRecorder()})
     {
         // Made by the scheduler's owner, read by its jobs.
         fs::permissions(_folder.path(), fs::perms(0755));
@@ -69,7 +69,12 @@ public:
         addQueue("broken", bundleLine(makeBundle("failing", "echo out of ideas for ${4} ${14} >&2\n"
                                                             "sleep 0.5; exit 3\n")));
         addQueue("slow", bundleLine(makeBundle("slow", "exec sleep 600\n")));
-        addQueueWith("recorded", "0 jobfilter\"\n", "0 jobfilter-recorder\"\n");
+        addQueueWith("pair", "0 jobfilter-chain\"\n",
+                     "0 jobfilter\"\n"
+                     "*cupsPreFilter: \"application/vnd.cups-postscript 0 jobfilter-nojcl\"\n");
+        addQueueWith("recorded", "0 jobfilter-chain\"\n",
+                     "0 jobfilter-recorder\"\n"
+                     "*cupsPreFilter: \"application/vnd.cups-postscript 0 jobfilter-nojcl\"\n");
         _scheduler.addQueue("pdf",
                             _folder.write("pdf.ppd", withoutSNMP(readFile(KL_SAMPLE_PDF_PPD))),
                             printer.deviceURI());

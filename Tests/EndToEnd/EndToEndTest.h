@@ -26,7 +26,9 @@ protected:
 
     /// The sample queue.
     static constexpr char kQueue[] = "office";
-    /// The sample queue; what enters jobfilter is kept as well.
+    /// The sample queue, but the filter and its companion are named by themselves.
+    static constexpr char kPairQueue[] = "pair";
+    /// The same; what enters jobfilter is kept as well.
     static constexpr char kRecordedQueue[] = "recorded";
     /// The sample queue with a toolkit that leaves pages alone and notes how it was called.
     static constexpr char kToolkitQueue[] = "toolkit";

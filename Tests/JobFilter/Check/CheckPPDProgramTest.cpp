@@ -41,7 +41,7 @@ TEST(CheckPPDProgramTest, FindsMuchToMendInThePPDThatNamesNoFilter)
     const Support::TemporaryFolder folder;
     const auto result = check({folder.write("minimal.ppd", Support::minimalPPD())});
     EXPECT_EQ(1, result.exitStatus);
-    EXPECT_THAT(result.output, HasSubstr(": No line *cupsFilter names jobfilter.\n"));
+    EXPECT_THAT(result.output, HasSubstr(": No line *cupsFilter names jobfilter-chain.\n"));
 }
 
 TEST(CheckPPDProgramTest, SaysWhatIsWrongWhatItDoesAndWhatHelps)

@@ -80,21 +80,27 @@ TEST_F(checkPPDTest, HasNothingToSayOfTheSampleDriver)
 TEST_F(checkPPDTest, MissesTheFilter)
 {
     removeLines("*cupsFilter:");
-    removeLines("*cupsPreFilter:");
-    EXPECT_THAT(mistakes(), ElementsAre("No line *cupsFilter names jobfilter."));
+    EXPECT_THAT(mistakes(), ElementsAre("No line *cupsFilter names jobfilter-chain."));
+}
+
+TEST_F(checkPPDTest, HasNothingToSayOfTheFilterAndItsCompanionByThemselves)
+{
+    replace("0 jobfilter-chain\"", "0 jobfilter\"");
+    add("*cupsPreFilter: \"application/vnd.cups-postscript 0 jobfilter-nojcl\"\n");
+    EXPECT_THAT(mistakes(), IsEmpty());
 }
 
 TEST_F(checkPPDTest, MissesTheCompanion)
 {
-    removeLines("*cupsPreFilter:");
+    replace("0 jobfilter-chain\"", "0 jobfilter\"");
     EXPECT_THAT(mistakes(), ElementsAre("No line *cupsPreFilter names jobfilter-nojcl for "
                                         "application/vnd.cups-postscript."));
 }
 
 TEST_F(checkPPDTest, MissesTheCompanionForTheFormatOfTheFilter)
 {
-    replace("*cupsPreFilter: \"application/vnd.cups-postscript",
-            "*cupsPreFilter: \"application/vnd.cups-pdf");
+    replace("0 jobfilter-chain\"", "0 jobfilter\"");
+    add("*cupsPreFilter: \"application/vnd.cups-pdf 0 jobfilter-nojcl\"\n");
     EXPECT_THAT(mistakes(), ElementsAre("No line *cupsPreFilter names jobfilter-nojcl for "
                                         "application/vnd.cups-postscript."));
 }
@@ -163,8 +169,8 @@ TEST_F(checkPPDTest, KnowsThePDFModel)
 {
     replace("*cupsFilter: \"application/vnd.cups-postscript",
             "*cupsFilter: \"application/vnd.cups-pdf");
-    replace("*cupsPreFilter: \"application/vnd.cups-postscript",
-            "*cupsPreFilter: \"application/vnd.cups-pdf");
+    replace("0 jobfilter-chain\"", "0 jobfilter\"");
+    add("*cupsPreFilter: \"application/vnd.cups-pdf 0 jobfilter-nojcl\"\n");
     replace("@PJL ENTER LANGUAGE = POSTSCRIPT", "@PJL ENTER LANGUAGE = PDF");
     EXPECT_THAT(mistakes(), IsEmpty());
 }
@@ -324,7 +330,7 @@ TEST_F(checkPPDTest, MissesThatThereAreNoCommands)
 
 TEST_F(checkPPDTest, TellsEveryMistake)
 {
-    removeLines("*cupsPreFilter:");
+    replace("0 jobfilter-chain\"", "0 jobfilter\"");
     removeLines("*cupsCommands:");
     replace("PRINT ACCESSCODE=", "PRINT ACESSCODE=");
     EXPECT_THAT(mistakes(), SizeIs(3));
