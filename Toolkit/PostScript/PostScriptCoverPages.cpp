@@ -7,6 +7,7 @@
 #include "PrinterFeatures.h"
 #include "ProcSets.h"
 
+#include <algorithm>
 #include <array>
 #include <fmt/format.h>
 #include <map>
@@ -75,6 +76,7 @@ private:
     void writePage(const DSCPage &page);
     void writeBlankSide();
     void scheduleBlankSheetSize();
+    bool choosesPaper(const DSCPage &page) const;
     std::int64_t sideCount() const;
     std::string codeOfDuplex(const std::string &choice) const;
 
@@ -200,13 +202,26 @@ void CoverPagesWriter::writeSettings()
     _settings.clear();
 }
 
-/// The sheet is as large as the page beside it.
+/// The sheet is as large as the page beside it, if that chooses its paper. Otherwise it is what the
+/// setup or the printer makes of it, whatever paper comments name.
 void CoverPagesWriter::scheduleBlankSheetSize()
 {
     const auto &pages = _document.pages();
-    if (const auto size = _document.mediaOf(_sides == 0 ? pages.front() : pages.back()))
+    const DSCPage &page = _sides == 0 ? pages.front() : pages.back();
+    if (!choosesPaper(page))
+        return;
+    if (const auto size = _document.mediaOf(page))
         _settings += _writer.callOf("KLToolkitCoverPagesSize",
                                     postScriptNumbers(std::array{size->width, size->height}));
+}
+
+/// Whether the page names its paper, or makes a request of its own where it begins.
+bool CoverPagesWriter::choosesPaper(const DSCPage &page) const
+{
+    constexpr std::uint64_t kMostOfSetup = 4096;
+    const std::uint64_t end = std::min(page.end, page.begin + kMostOfSetup);
+    return page.media != DSCMedia::kDefault ||
+           _document.file().text(page.begin, end).find("setpagedevice") != std::string::npos;
 }
 
 void CoverPagesWriter::writeBlankSide()

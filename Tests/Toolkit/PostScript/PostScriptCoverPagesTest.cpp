@@ -370,6 +370,77 @@ TEST(PostScriptCoverPagesTest, BlankSheetIsAsLargeAsThePageBesideIt)
         EXPECT_EQ(200, sheet.width());
 }
 
+namespace {
+
+/// The widths of the sheets of a document, which has some more comments in its header, with a blank
+/// cover on either side.
+std::vector<double> widthsWithBlankCovers(const PostScriptSample &sample,
+                                          const std::string &comments)
+{
+    std::string text = sample.text();
+    text.insert(text.find("%%EndComments"), comments);
+    std::vector<double> widths;
+    for (const auto &sheet : renderText(processed(text, covers(NoPrint, NoPrint))).pages)
+        widths.push_back(sheet.width());
+    return widths;
+}
+
+const std::vector<double> kFourSmall(4, 200);
+
+} // namespace
+
+class PostScriptCoverPagesSizeTest : public testing::TestWithParam<const char *> {};
+
+TEST_P(PostScriptCoverPagesSizeTest, CommentChangesNoSheetWhereTheSetupChooses)
+{
+    PostScriptSample sample = pages(2);
+    sample.setup = "<< /PageSize [200 300] >> setpagedevice\n";
+    EXPECT_EQ(kFourSmall, widthsWithBlankCovers(sample, GetParam()));
+}
+
+TEST_P(PostScriptCoverPagesSizeTest, CommentChangesNoSheetWhereNothingChooses)
+{
+    const double own = renderText(pages(1).text()).pages.at(0).width();
+    ASSERT_NE(842, own); // as the comments say
+    EXPECT_EQ(std::vector<double>(4, own), widthsWithBlankCovers(pages(2), GetParam()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Comments, PostScriptCoverPagesSizeTest,
+                         testing::Values("%%DocumentMedia: Large 842 1191 0 () ()\n",
+                                         "%%DocumentMedia: A3\n", "%%DocumentPaperSizes: a3\n"),
+                         [](const auto &example) {
+                             return "Comment" + std::to_string(example.index);
+                         });
+
+TEST(PostScriptCoverPagesTest, BlankSheetIsAsLargeAsThePaperThatThePageBesideItNames)
+{
+    PostScriptSample sample = pages(2);
+    sample.prolog = "/small { << /PageSize [200 300] >> setpagedevice } def\n";
+    sample.pages[0] = "%%PageMedia: Small\nsmall " + sample.pages[0];
+    EXPECT_EQ(kFourSmall,
+              widthsWithBlankCovers(sample, "%%DocumentMedia: Small 200 300 0 () ()\n"));
+}
+
+TEST(PostScriptCoverPagesTest, BlankSheetHasTheSizeOfTheSetupAlsoWhereItIsThePrintersOwn)
+{
+    const double own = renderText(pages(1).text()).pages.at(0).width();
+    PostScriptSample sample = pages(2);
+    sample.setup = "<< /PageSize currentpagedevice /PageSize get >> setpagedevice\n";
+    sample.pages[0].insert(0, "%%PageMedia: Small\n");
+    EXPECT_EQ(std::vector<double>(4, own),
+              widthsWithBlankCovers(sample, "%%DocumentMedia: Small 200 300 0 () ()\n"));
+}
+
+TEST(PostScriptCoverPagesTest, BlankSheetOfAnotherSizeLeavesThatOfTheJobAlone)
+{
+    const double own = renderText(pages(1).text()).pages.at(0).width();
+    PostScriptSample sample = pages(2);
+    for (auto &page : sample.pages)
+        page.insert(0, "%%PageMedia: Small\n");
+    EXPECT_EQ((std::vector<double>{200, own, own, 200}),
+              widthsWithBlankCovers(sample, "%%DocumentMedia: Small 200 300 0 () ()\n"));
+}
+
 TEST(PostScriptCoverPagesTest, CoverAroundABookletWithWatermark)
 {
     const Watermark watermark = {.above = false,
