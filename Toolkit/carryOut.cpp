@@ -1,5 +1,6 @@
 #include "carryOut.h"
 
+#include "JobControl.h"
 #include "OutputFile.h"
 #include "PDFCommands.h"
 #include "PostScriptCommands.h"
@@ -15,20 +16,30 @@ namespace {
 
 enum class Format { PostScript, PDF };
 
-/// Leaves the stream at its start.
+/// Why a document of neither format is refused.
+/// @param start  the first bytes of it
+ToolkitError unknownFormat(std::string_view start)
+{
+    if (jobControlBefore(start) > 0)
+        return ToolkitError(
+            "What follows the printer's job control in the input is not PostScript.");
+    if (start.find("%!PS-") != std::string_view::npos)
+        return ToolkitError("Something other than the printer's job control stands in front of the "
+                            "PostScript document.");
+    return ToolkitError("The input is neither a PostScript nor a PDF document.");
+}
+
+/// Leaves the stream where it stands.
 Format formatOf(std::FILE *input)
 {
-    char start[5] = {};
-    const std::size_t size = std::fread(start, 1, sizeof start, input);
-    if (std::ferror(input) != 0)
-        throw unreadableInput(errno);
-    std::rewind(input);
-    const std::string_view head(start, size);
-    if (head.starts_with("%!")) // whether it keeps the conventions shows when it is read
+    constexpr std::size_t kStart = 1024;
+    const InputFile file(input);
+    const std::string start = withoutJobControl(file).text(0, kStart);
+    if (start.starts_with("%!")) // whether it keeps the conventions shows when it is read
         return Format::PostScript;
-    if (head == "%PDF-")
+    if (start.starts_with("%PDF-"))
         return Format::PDF;
-    throw ToolkitError("The input is neither a PostScript nor a PDF document.");
+    throw unknownFormat(start);
 }
 
 /// @param problem  errno of an input that could not be opened

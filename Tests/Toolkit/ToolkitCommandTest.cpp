@@ -138,6 +138,19 @@ TEST_F(ToolkitCommandTest, PostScriptWithoutPageCommentsIsRefused)
     EXPECT_FALSE(exists(output()));
 }
 
+TEST_F(ToolkitCommandTest, WhatStandsInFrontOfTheDocumentIsNamed)
+{
+    const auto complaint = [&](const std::string &text) {
+        _folder.write("in", text);
+        return runWatermark();
+    };
+    const std::string page = "%!PS-Adobe-3.0\n%%Page: 1 1\nshowpage\n";
+    expectComplaint(complaint("\001M" + page), "Something other than the printer's job control");
+    expectComplaint(complaint("\xEF\xBB\xBF" + page), "Something other than the printer's job");
+    expectComplaint(complaint("\033%-12345X@PJL ENTER LANGUAGE = PCL\r\n\033&l1X"),
+                    "What follows the printer's job control in the input is not PostScript.");
+}
+
 TEST_F(ToolkitCommandTest, ANewOutputHasTheUsualMode)
 {
     ASSERT_EQ(0, runWatermark({.inChild = [] { umask(027); }}).exitStatus);

@@ -199,6 +199,26 @@ TEST_F(ToolkitProgramTest, WhatOurOwnToolkitRefusesIsPrintedAsItWas)
     }
 }
 
+TEST_F(ToolkitProgramTest, JobControlInTheJobIsGoneOnceOurOwnToolkitHasBeenAtWork)
+{
+    fs::create_symlink(KL_TOOLKIT, folder.file(kToolkit));
+    const std::string document =
+        "%!PS-Adobe-3.0\n%%EndComments\n%%Page: 1 1\nshowpage\n%%Trailer\n%%EOF\n";
+    const std::string marker = "\033%-12345X";
+    for (const char *option : {"com.kalmira.pde.watermark.text=Draft", "BookletPaperSize=A4",
+                               "UseFrontCover=True FrontCoverPrintStyle=NoPrint"}) {
+        auto job = call(option);
+        job.input = document;
+        const auto plain = runProgram(job);
+        job.input = "\004" + marker + "@PJL JOB\n@PJL ENTER LANGUAGE=POSTSCRIPT\n" + document +
+                    "\004" + marker + "@PJL EOJ\n" + marker;
+        const auto framed = runProgram(job);
+        EXPECT_EQ("", framed.errors);
+        EXPECT_NE(document, body(framed.output));
+        EXPECT_EQ(plain.output, framed.output);
+    }
+}
+
 // What is logged
 
 TEST_F(ToolkitProgramTest, EveryErrorIsAnErrorLineAndADebugLine)

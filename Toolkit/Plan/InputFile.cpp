@@ -16,12 +16,22 @@ InputFile::InputFile(std::FILE *stream) : _descriptor(fileno(stream))
     _size = static_cast<std::uint64_t>(status.st_size);
 }
 
+InputFile InputFile::part(std::uint64_t begin, std::uint64_t end) const
+{
+    InputFile part = *this;
+    part._begin += begin;
+    part._size = end - begin;
+    return part;
+}
+
 std::size_t InputFile::read(std::uint64_t position, std::span<char> buffer) const
 {
+    buffer =
+        buffer.first(std::min<std::uint64_t>(buffer.size(), _size - std::min(_size, position)));
     std::size_t filled = 0;
     while (filled < buffer.size()) {
         const ssize_t count = pread(_descriptor, buffer.data() + filled, buffer.size() - filled,
-                                    static_cast<off_t>(position + filled));
+                                    static_cast<off_t>(_begin + position + filled));
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)

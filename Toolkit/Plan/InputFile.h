@@ -15,6 +15,11 @@ public:
     /// @throws ToolkitError when its size cannot be told
     explicit InputFile(std::FILE *stream);
 
+    /// The bytes from begin up to end as a file of their own, from the same stream.
+    /// @param begin  not above end
+    /// @param end    not above the size
+    InputFile part(std::uint64_t begin, std::uint64_t end) const;
+
     /// In bytes, as it was when this object was made.
     std::uint64_t size() const { return _size; }
 
@@ -30,6 +35,7 @@ public:
 
 private:
     int _descriptor;
+    std::uint64_t _begin = 0; ///< within what is open
     std::uint64_t _size;
 };
 

@@ -1,6 +1,7 @@
 #include "DSCDocument.h"
 
 #include "DSCScanner.h"
+#include "JobControl.h"
 #include "ToolkitError.h"
 
 namespace {
@@ -178,7 +179,7 @@ void DSCReader::finish()
     _document._namesOperatorDictionary = _scanner.hasSeenWatched();
 }
 
-DSCDocument::DSCDocument(std::FILE *stream) : _file(stream)
+DSCDocument::DSCDocument(std::FILE *stream) : _file(withoutJobControl(InputFile(stream)))
 {
     DSCReader(*this).read();
 }

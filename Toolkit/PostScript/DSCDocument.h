@@ -37,7 +37,7 @@ public:
     /// How the names of all procedure sets begin that the toolkit adds to a document.
     static constexpr std::string_view kOurProcSets = "KLToolkit";
 
-    /// Reads the whole file once.
+    /// Reads the whole file once. Job control around the document counts as if it were not there.
     /// @param stream  seekable; stays the caller's, who keeps it open at least as long
     /// @throws ToolkitError when it cannot be read, has no page comments or ends inside an
     ///         embedded document
