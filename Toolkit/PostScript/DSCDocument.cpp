@@ -31,6 +31,15 @@ bool tellsAboutPage(const DSCComment &comment)
            text.starts_with("%%Viewing") || comment.is("%%+");
 }
 
+/// Takes in what a comment says of the orientation; words that are not known say nothing.
+void readOrientation(const DSCComment &comment, DSCOrientation &orientation)
+{
+    if (comment.value() == "Portrait")
+        orientation = DSCOrientation::Portrait;
+    else if (comment.value() == "Landscape")
+        orientation = DSCOrientation::Landscape;
+}
+
 } // namespace
 
 /// Goes through the comments in the order of the file and notes where the parts lie.
@@ -48,7 +57,7 @@ private:
     enum class Part { Preamble, Body, Pages };
 
     void findHeaderEnd();
-    void readHeader(const DSCComment &comment) { _document._media.readDocumentComment(comment); }
+    void readDocumentComment(const DSCComment &comment);
     void readPreamble(const DSCComment &comment);
     void readBody(const DSCComment &comment);
     void readPage(const DSCComment &comment);
@@ -70,7 +79,7 @@ void DSCReader::read()
     _document._beginOfProcedures = _document._headerEnd;
     while (const auto comment = _scanner.next()) {
         if (comment->end <= _document._headerEnd)
-            readHeader(*comment);
+            readDocumentComment(*comment);
         else if (comment->is("%%Page"))
             beginPage(*comment);
         else if (_part == Part::Preamble)
@@ -81,6 +90,14 @@ void DSCReader::read()
             readPage(*comment);
     }
     finish();
+}
+
+/// In the header and in the trailer.
+void DSCReader::readDocumentComment(const DSCComment &comment)
+{
+    _document._media.readDocumentComment(comment);
+    if (comment.is("%%Orientation"))
+        readOrientation(comment, _document._orientation);
 }
 
 /// The header ends with its end comment, or before the first line that is no comment.
@@ -108,6 +125,8 @@ void DSCReader::readPreamble(const DSCComment &comment)
             _document._beginOfProcedures = comment.end;
         } else if (comment.is("%%PageMedia")) {
             _document._media.setDefault(_document._media.numberFromPageComment(comment));
+        } else if (comment.is("%%PageOrientation")) {
+            readOrientation(comment, _document._orientation);
         }
         return;
     }
@@ -155,6 +174,8 @@ void DSCReader::readPage(const DSCComment &comment)
         page.content = comment.end;
     if (comment.is("%%PageMedia"))
         page.media = _document._media.numberFromPageComment(comment);
+    else if (comment.is("%%PageOrientation") && page.orientation == DSCOrientation::Unsaid)
+        readOrientation(comment, page.orientation);
 }
 
 void DSCReader::readTrailer(const DSCComment &comment)
@@ -162,7 +183,7 @@ void DSCReader::readTrailer(const DSCComment &comment)
     if (!_inTrailer)
         _document._trailer = comment.begin;
     _inTrailer = true;
-    _document._media.readDocumentComment(comment);
+    readDocumentComment(comment);
 }
 
 void DSCReader::finish()

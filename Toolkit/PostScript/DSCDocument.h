@@ -17,12 +17,17 @@ struct DSCRange {
     std::uint64_t end = 0;
 };
 
+/// How a page is held for reading. On portrait paper, the contents of a landscape page are turned
+/// counter-clockwise by 90 degrees.
+enum class DSCOrientation : std::uint8_t { Unsaid, Portrait, Landscape };
+
 /// Where a page lies in the document.
 struct DSCPage {
     std::uint64_t begin = 0;   ///< of its %%Page comment
     std::uint64_t content = 0; ///< behind it and the comments on the page that follow it
     std::uint64_t end = 0;
     std::uint32_t media = DSCMedia::kDefault; ///< a number of DSCMedia
+    DSCOrientation orientation = DSCOrientation::Unsaid;
 };
 
 /// A PostScript document by the structuring conventions (DSC 3.0): where its parts lie. Nothing of
@@ -76,6 +81,11 @@ public:
     unsigned countOfOurProcSets() const { return _countOfOurProcSets; }
     /// The size that media comments give a page; nullopt when they do not.
     std::optional<PageSize> mediaOf(const DSCPage &page) const { return _media.sizeOf(page.media); }
+    /// What the comments say of a page or else of the whole document.
+    DSCOrientation orientationOf(const DSCPage &page) const
+    {
+        return page.orientation == DSCOrientation::Unsaid ? _orientation : page.orientation;
+    }
 
 private:
     friend class DSCReader;
@@ -92,6 +102,7 @@ private:
     bool _namesOperatorDictionary = false;
     unsigned _countOfOurProcSets = 0;
     DSCMedia _media;
+    DSCOrientation _orientation = DSCOrientation::Unsaid;
 };
 
 /// The label in a %%Page comment: one word, or a text with its parentheses.

@@ -6,6 +6,7 @@
 #include "ProcSets.h"
 #include "watermarkText.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -72,6 +73,17 @@ std::string requestOf(const Watermark &watermark)
            (watermark.above ? "/isAbove true def\n" : "/isAbove false def\n");
 }
 
+bool isLandscape(const DSCDocument &document, const DSCPage &page)
+{
+    return document.orientationOf(page) == DSCOrientation::Landscape;
+}
+
+bool hasLandscapePages(const DSCDocument &document)
+{
+    return std::ranges::any_of(document.pages(),
+                               [&](const DSCPage &page) { return isLandscape(document, page); });
+}
+
 } // namespace
 
 void applyToPostScript(const Watermark &watermark, const Job &job)
@@ -80,10 +92,14 @@ void applyToPostScript(const Watermark &watermark, const Job &job)
     DocumentWriter writer(document, job.output);
 
     writer.copy({0, document.beginOfProcedures()});
-    writer.procedures("KLToolkitWatermark", requestOf(watermark), kWatermarkProcSet);
+    const bool turns = hasLandscapePages(document);
+    writer.procedures("KLToolkitWatermark", requestOf(watermark),
+                      std::string(turns ? kLandscapePageProcSet : "").append(kWatermarkProcSet));
     std::uint64_t copied = document.beginOfProcedures();
     for (const DSCPage &page : document.pages()) {
         writer.copy({copied, page.content});
+        if (turns)
+            writer.call("KLToolkitWatermarkTurned", isLandscape(document, page) ? "90" : "0");
         writer.call("KLToolkitWatermarkPage");
         copied = page.content;
         if (!watermark.above && !document.isCutOff(page)) {

@@ -322,6 +322,52 @@ TEST_F(DSCDocumentTest, OnlyTheFirstMediaAreToldApart)
     EXPECT_THAT(document.mediaOf(document.pages()[1]), isSize(1, 500)); // the document's default
 }
 
+// --- Orientation ---------------------------------------------------------------------------------
+
+namespace {
+
+std::vector<DSCOrientation> orientations(const DSCDocument &document)
+{
+    std::vector<DSCOrientation> result;
+    for (const DSCPage &page : document.pages())
+        result.push_back(document.orientationOf(page));
+    return result;
+}
+
+} // namespace
+
+TEST_F(DSCDocumentTest, PagesHaveTheirOwnOrientationOrTheDocuments)
+{
+    using enum DSCOrientation;
+    const std::string page = "%%Page: 1 1\n";
+    const std::string body =
+        page + page + "%%PageOrientation: Portrait\n" + page +
+        "x\n%%PageOrientation: Landscape\n%%BeginDocument: a\n%%PageOrientation: Portrait\n"
+        "%%EndDocument\n%%PageTrailer\n%%PageOrientation: Portrait\n" +
+        page + "%%PageOrientation: (atend)\nx\n%%PageTrailer\n%%PageOrientation: Landscape\n";
+    EXPECT_THAT(orientations(read("%!PS\n%%Orientation: Landscape\n" + body)),
+                ElementsAre(Landscape, Portrait, Landscape, Landscape));
+    EXPECT_THAT(orientations(read("%!PS\n" + body)),
+                ElementsAre(Unsaid, Portrait, Landscape, Landscape));
+}
+
+TEST_F(DSCDocumentTest, OrientationOfTheDocumentStandsInHeaderDefaultsOrTrailer)
+{
+    using enum DSCOrientation;
+    const std::string page = "%%Page: 1 1\nx\n";
+    const std::string atEnd = "%!PS\n%%Orientation: (atend)\n%%EndComments\n";
+    EXPECT_THAT(orientations(read(atEnd + page + "%%Trailer\n%%Orientation: Landscape\n%%EOF\n")),
+                ElementsAre(Landscape));
+    EXPECT_THAT(orientations(read("%!PS\n%%EndComments\n%%BeginDefaults\n"
+                                  "%%PageOrientation: Landscape\n%%EndDefaults\n" +
+                                  page)),
+                ElementsAre(Landscape));
+    EXPECT_THAT(orientations(read(atEnd + "%%BeginProlog\n%%Orientation: Landscape\n" + page)),
+                ElementsAre(Unsaid));
+    EXPECT_THAT(orientations(read("%!PS\n%%Orientation: Sideways\n%%EndComments\n" + page)),
+                ElementsAre(Unsaid));
+}
+
 // --- Refused -------------------------------------------------------------------------------------
 
 TEST_F(DSCDocumentTest, WithoutPageCommentsThereIsNothingToDo)

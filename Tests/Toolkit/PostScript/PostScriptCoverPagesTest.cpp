@@ -407,7 +407,7 @@ TEST_P(PostScriptCoverPagesSizeTest, CommentChangesNoSheetWhereNothingChooses)
 
 INSTANTIATE_TEST_SUITE_P(Comments, PostScriptCoverPagesSizeTest,
                          testing::Values("%%DocumentMedia: Large 842 1191 0 () ()\n",
-                                         "%%DocumentMedia: A3\n", "%%DocumentPaperSizes: a3\n"),
+                                         "%%DocumentMedia: A3\n", "%%DocumentPaperSizes: A3\n"),
                          [](const auto &example) {
                              return "Comment" + std::to_string(example.index);
                          });

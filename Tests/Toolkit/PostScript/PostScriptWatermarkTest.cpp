@@ -188,6 +188,118 @@ TEST(PostScriptWatermarkTest, LongTextIsDrawnWhole)
     expectOnEveryPage({.pages = {"showpage\n"}}, watermark);
 }
 
+// --- Landscape pages on portrait paper -----------------------------------------------------------
+
+namespace {
+
+/// Out of the watermark's way, however that lies.
+const std::string kCornerBox = "0 0 1 setrgbcolor 5 5 20 20 rectfill\n";
+
+enum class Read { Upright, Turned };
+
+/// @param read  whether the paper, 200 points wide, has to be turned clockwise for reading
+void expectWatermark(const RenderedPage &paper, const Watermark &watermark, Read read)
+{
+    if (read == Read::Upright)
+        return expectWatermark(paper, watermark);
+    const auto found = paper.boxOf(kRed);
+    ASSERT_TRUE(found) << "no watermark";
+    const Support::Box wanted = Support::inkBoxOf(watermark);
+    EXPECT_NEAR(200 - wanted.top, found->left, kClose);
+    EXPECT_NEAR(200 - wanted.bottom, found->right, kClose);
+    EXPECT_NEAR(wanted.left, found->bottom, kClose);
+    EXPECT_NEAR(wanted.right, found->top, kClose);
+}
+
+/// A page of our sample, which says so and asks for its paper itself.
+std::string page(const std::string &comment, const std::string &paper)
+{
+    return comment + "%%BeginPageSetup\n<< /PageSize [" + paper +
+           "] >> setpagedevice\n%%EndPageSetup\n" + kCornerBox + "showpage\n";
+}
+
+const std::string kLandscape = "%%PageOrientation: Landscape\n";
+const std::string kPortrait = "%%PageOrientation: Portrait\n";
+
+} // namespace
+
+class PostScriptWatermarkTurnTest : public testing::TestWithParam<bool> {
+protected:
+    static Watermark watermark()
+    {
+        Watermark watermark = draft(GetParam());
+        watermark.position = {130, 60};
+        watermark.angle = 10;
+        return watermark;
+    }
+
+    static void expectReads(const std::string &document, const std::vector<Read> &reads)
+    {
+        const auto result = rendered(processed(document, watermark()));
+        ASSERT_EQ(reads.size(), result.pages.size());
+        for (std::size_t index = 0; index < reads.size(); ++index) {
+            SCOPED_TRACE("page " + std::to_string(index + 1));
+            expectWatermark(result.pages[index], watermark(), reads[index]);
+        }
+    }
+};
+
+TEST_P(PostScriptWatermarkTurnTest, LandscapePagesHaveItAlongTheirReadingDirection)
+{
+    const PostScriptSample sample{.setup = "",
+                                  .pages = {page("", "200 300"), page(kLandscape, "200 300"),
+                                            page(kPortrait, "200 300"),
+                                            page(kLandscape, "300 200")}};
+    expectReads(sample.text(), {Read::Upright, Read::Turned, Read::Upright, Read::Upright});
+}
+
+TEST_P(PostScriptWatermarkTurnTest, OrientationOfTheDocumentCountsForPagesThatSayNothing)
+{
+    const PostScriptSample sample{
+        .pages = {kCornerBox + "showpage\n", kPortrait + kCornerBox + "showpage\n"}};
+    std::string text = sample.text();
+    text.insert(text.find("%%EndComments"), "%%Orientation: Landscape\n");
+    expectReads(text, {Read::Turned, Read::Upright});
+}
+
+TEST_P(PostScriptWatermarkTurnTest, WhatADocumentSavesAndBringsBackTurnsNothing)
+{
+    const PostScriptSample sample{
+        .setup = "<< /PageSize [200 300] >> setpagedevice /level save def\n",
+        .pages = {kLandscape + "level restore /level save def\n" + kCornerBox + "showpage\n",
+                  kLandscape + "level restore save " + kCornerBox + "showpage restore\n"}};
+    expectReads(sample.text(), {Read::Turned, Read::Turned});
+}
+
+INSTANTIATE_TEST_SUITE_P(AboveAndBelow, PostScriptWatermarkTurnTest, testing::Bool(),
+                         [](const auto &example) { return example.param ? "Above" : "Below"; });
+
+TEST(PostScriptWatermarkTest, LandscapePageKeepsItsWatermarkInABooklet)
+{
+    PostScriptSample sample{.pages = {kLandscape + "showpage\n", "showpage\n"}};
+    Watermark watermark = draft();
+    watermark.angle = 0;
+    const Booklet booklet = {"A4", 0, 0, Ordering::LeftToRight};
+    const auto sheets = rendered(processed(processed(sample.text(), watermark), booklet));
+    ASSERT_EQ(2U, sheets.pages.size());
+    // Page 1 is alone on its side, which is read turned; page 2 on the other.
+    const auto isWide = [](const RenderedPage &sheet) {
+        const auto box = sheet.boxOf(kRed);
+        return box && box->right - box->left > box->top - box->bottom;
+    };
+    EXPECT_TRUE(isWide(sheets.pages[0]));
+    EXPECT_FALSE(isWide(sheets.pages[1]));
+    EXPECT_TRUE(sheets.pages[1].boxOf(kRed));
+}
+
+TEST(PostScriptWatermarkTest, WithoutLandscapePagesTheCommentsChangeNothing)
+{
+    std::string text = PostScriptSample{.pages = {kPortrait + "showpage\n"}}.text();
+    text.insert(text.find("%%EndComments"), "%%Orientation: Landscape\n");
+    EXPECT_EQ(text, withoutWatermark(processed(text, draft())));
+    EXPECT_EQ(std::string::npos, processed(text, draft()).find("Turned"));
+}
+
 // --- Above and below -----------------------------------------------------------------------------
 
 TEST(PostScriptWatermarkTest, AboveCoversThePagesMarks)
