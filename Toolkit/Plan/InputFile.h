@@ -44,7 +44,8 @@ class FileWindow {
 public:
     /// @param file     stays the caller's, who keeps it at least as long
     /// @param end      nothing from here on is seen
-    /// @param watched  a word to look out for; empty for none. Its bytes stay the caller's.
+    /// @param watched  a word to look out for, of two bytes or more, the second one rare if it is
+    ///                 to be fast; empty for none. Its bytes stay the caller's.
     FileWindow(const InputFile &file, std::uint64_t end, std::string_view watched = {});
 
     /// The bytes from a position on: as many as are held, at least so many if there are.

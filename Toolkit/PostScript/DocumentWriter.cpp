@@ -9,6 +9,8 @@
 
 namespace {
 
+/// Bytes. The output is written in blocks of this size, wherever the document's parts end: to write
+/// each page by itself takes the system half as long again.
 constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
 constexpr std::string_view kEndOfCutOffPage = "%KLToolkitEndOfCutOffPage";
 
@@ -41,13 +43,13 @@ DocumentWriter::DocumentWriter(const DSCDocument &document, std::FILE *output)
 void DocumentWriter::copy(DSCRange range)
 {
     while (range.begin < range.end) {
-        const auto size = std::min<std::uint64_t>(_buffer.size(), range.end - range.begin);
-        const std::size_t count =
-            _document.file().read(range.begin, std::span(_buffer).first(size));
+        const std::span<char> room = std::span(_buffer).subspan(_filled);
+        const auto size = std::min<std::uint64_t>(room.size(), range.end - range.begin);
+        const std::size_t count = _document.file().read(range.begin, room.first(size));
         if (count == 0)
             throw ToolkitError("The input file became shorter while it was read.");
-        write({_buffer.data(), count});
         range.begin += count;
+        hold(count);
     }
 }
 
@@ -132,12 +134,27 @@ void DocumentWriter::copyContent(const DSCPage &page, std::span<const std::strin
         lines(std::string(missing) + "\n");
 }
 
+void DocumentWriter::finish()
+{
+    if (std::fwrite(_buffer.data(), 1, _filled, _output) != _filled)
+        throw unwritableOutput(errno);
+    _filled = 0;
+}
+
 void DocumentWriter::write(std::string_view bytes)
 {
-    if (bytes.empty())
-        return;
-    // cppcheck-suppress danglingTemporaryLifetime ; a caller's text lives until this returns
-    if (std::fwrite(bytes.data(), 1, bytes.size(), _output) != bytes.size())
-        throw unwritableOutput(errno);
-    _last = bytes.back();
+    while (!bytes.empty()) {
+        const std::size_t count = bytes.copy(_buffer.data() + _filled, _buffer.size() - _filled);
+        bytes.remove_prefix(count);
+        hold(count);
+    }
+}
+
+/// So many more bytes are in the buffer, at least one; it is emptied as soon as it is full.
+void DocumentWriter::hold(std::size_t count)
+{
+    _filled += count;
+    _last = _buffer[_filled - 1];
+    if (_filled == _buffer.size())
+        finish();
 }

@@ -59,13 +59,20 @@ public:
     /// @throws ToolkitError when reading or writing fails
     void copyContent(const DSCPage &page, std::span<const std::string_view> keywords = {});
 
+    /// Hands the output what is still held back. To be called behind the last part: what a writer
+    /// holds when it is destroyed is lost.
+    /// @throws ToolkitError when writing fails
+    void finish();
+
 private:
     void procSet(std::string_view name, std::string_view text);
     void write(std::string_view bytes);
+    void hold(std::size_t count);
 
     const DSCDocument &_document;
     const unsigned _run; ///< of the toolkit on the document, from 1
     std::FILE *_output;
     std::vector<char> _buffer;
+    std::size_t _filled = 0; ///< of the buffer, with what is still to be written
     char _last = '\n'; ///< the byte written last
 };

@@ -65,6 +65,7 @@ void BookletWriter::write()
         writeSide(side);
     _writer.call("KLToolkitBookletEnd");
     _writer.copyWithout(_document.trailer(), kDocumentComments);
+    _writer.finish();
 }
 
 /// The name of the sheet's size where a comment has room for one word: a name that describes

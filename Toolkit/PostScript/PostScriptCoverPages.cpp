@@ -114,6 +114,7 @@ void CoverPagesWriter::write()
         scheduleSettings(Sheet::Job, _request.source, _request.media, duplexInPPD(_request.duplex));
     writeSettings();
     _writer.copyWithout(_document.trailer(), kCountComment);
+    _writer.finish();
 }
 
 void CoverPagesWriter::writeHeader()

@@ -109,4 +109,5 @@ void applyToPostScript(const Watermark &watermark, const Job &job)
         }
     }
     writer.copy({copied, document.file().size()});
+    writer.finish();
 }
