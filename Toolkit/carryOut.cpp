@@ -54,7 +54,7 @@ void requireRegularFile(std::FILE *input, int problem)
 
 } // namespace
 
-void carryOut(const Arguments &arguments, const std::string &ppdPath)
+void carryOut(const Arguments &arguments, const std::string &ppdPath, bool endsProcess)
 {
     const Platform::Stream input = Platform::openForReading(arguments.input);
     const int problem = errno;
@@ -63,7 +63,10 @@ void carryOut(const Arguments &arguments, const std::string &ppdPath)
     const Command command = commandFromArguments(arguments);
     requireRegularFile(input.get(), problem);
 
-    const Job job{.input = input.get(), .output = output.stream(), .ppdPath = ppdPath};
+    const Job job{.input = input.get(),
+                  .output = output.stream(),
+                  .ppdPath = ppdPath,
+                  .endsProcess = endsProcess};
     const Format format = formatOf(input.get());
     const auto apply = [&](const auto &request) {
         if (format == Format::PDF)

@@ -26,6 +26,12 @@ void complain(const std::string &message)
     std::fprintf(stderr, "%s\n", Platform::withoutControls(message).c_str());
 }
 
+#ifdef KL_SANITIZED // the sanitizers want all memory back
+constexpr bool kLeavesMemory = false;
+#else
+constexpr bool kLeavesMemory = true;
+#endif
+
 /// A small document can unpack to any size. Past this bound the program finds no more memory,
 /// before the machine does.
 void limitMemory()
@@ -76,7 +82,7 @@ int main(int argc, char *argv[])
         const Arguments arguments = splitArguments(words);
         limitTime(arguments.input);
         const char *ppdPath = std::getenv("PPD");
-        carryOut(arguments, ppdPath == nullptr ? "" : ppdPath);
+        carryOut(arguments, ppdPath == nullptr ? "" : ppdPath, kLeavesMemory);
         return EXIT_SUCCESS;
     } catch (const ToolkitError &error) {
         complain(error.what());

@@ -181,7 +181,7 @@ void askForDuplex(PDFDocument &document)
 void applyToPDF(const Booklet &booklet, const Job &job)
 {
     const SheetLayout layout = sheetLayout(sheetSize(booklet, job.ppdPath), booklet);
-    PDFDocument document(job.input);
+    PDFDocument document(job);
     fillFormFields(document);
 
     SidePainter painter(document, layout);

@@ -172,12 +172,18 @@ void leaveOutTheClock(QPDFWriter &writer, bool isEncrypted)
 
 } // namespace
 
-PDFDocument::PDFDocument(std::FILE *input)
+void PDFDocument::Deleter::operator()(QPDF *document) const
+{
+    if (!leavesMemory)
+        delete document;
+}
+
+PDFDocument::PDFDocument(const Job &job) : _owned(new QPDF, Deleter{job.endsProcess})
 {
     // What the library warns about, it has mended.
     _qpdf.setSuppressWarnings(true);
     try {
-        _qpdf.processFile("input", input, false);
+        _qpdf.processFile("input", job.input, false);
         _pages = _pagesAsRead = pagesOf(_qpdf);
     } catch (const QPDFExc &problem) {
         refuse(problem);

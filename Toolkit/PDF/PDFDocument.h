@@ -1,17 +1,21 @@
 #pragma once
 
+#include "Job.h"
+
 #include <qpdf/QPDF.hh>
 
 #include <cstdio>
+#include <memory>
 #include <vector>
 
 /// A PDF document that is read from one file and, once changed, written to another.
 class PDFDocument {
 public:
-    /// @param input  stays the caller's, who keeps it open as long as this object lives
+    /// @param job  of which it takes the input, that stays open as long as this object lives, and
+    ///             whether the document's memory is left to the system
     /// @throws ToolkitError for a document that needs a password, has no pages or is damaged in a
     ///         way that cannot be mended
-    explicit PDFDocument(std::FILE *input);
+    explicit PDFDocument(const Job &job);
 
     /// The library's view of it.
     QPDF &qpdf() { return _qpdf; }
@@ -31,9 +35,15 @@ public:
     void write(std::FILE *output);
 
 private:
+    struct Deleter {
+        bool leavesMemory;
+        void operator()(QPDF *document) const;
+    };
+
     void refuseLostParts();
 
-    QPDF _qpdf;
+    std::unique_ptr<QPDF, Deleter> _owned;
+    QPDF &_qpdf = *_owned;
     std::vector<QPDFObjectHandle> _pages;
     std::vector<QPDFObjectHandle> _pagesAsRead; ///< the same before they were replaced
 };

@@ -214,7 +214,7 @@ QPDFObjectHandle Stamp::sharedStream(const std::string &bytes)
 
 void applyToPDF(const Watermark &watermark, const Job &job)
 {
-    PDFDocument document(job.input);
+    PDFDocument document(job);
     const ShapedText text = watermarkText(watermark);
     if (!text.outline.empty()) {
         Stamp stamp(document, watermark, text);
