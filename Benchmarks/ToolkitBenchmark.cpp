@@ -1,5 +1,6 @@
 // What the toolkit's commands cost on documents of 2,000 pages, beside the tools that Debian has
-// for the same, and the most memory that they take for a document of 2 GB.
+// for the same; watermarks on PDF documents of other kinds; and the most memory that the commands
+// take for a document of 2 GB.
 
 #include "Measuring.h"
 
@@ -8,8 +9,10 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -114,6 +117,22 @@ std::string title(const std::string &format, const std::string &document)
     return format + ", 2,000 pages, " + std::to_string(fs::file_size(document) / 1'000'000) + " MB";
 }
 
+/// Three times as many pages: enough that what the program's start takes is a small part.
+std::string makeLongDocument(const Folder &folder, const std::string &document)
+{
+    std::ostringstream bytes;
+    bytes << std::ifstream(document).rdbuf();
+    const std::string whole = bytes.str();
+    const std::size_t pages = whole.find("%%Page: 1 ");
+    const std::size_t trailer = whole.rfind("%%Trailer");
+    std::ofstream file(folder.file("long.ps"));
+    file << whole.substr(0, pages);
+    for (int i = 0; i < 3; ++i)
+        file << whole.substr(pages, trailer - pages);
+    file << whole.substr(trailer);
+    return folder.file("long.ps");
+}
+
 void measurePostScript(const Folder &folder, const Input &nothing, int rounds)
 {
     const std::string document = folder.file("document.ps");
@@ -126,6 +145,12 @@ void measurePostScript(const Folder &folder, const Input &nothing, int rounds)
          shellCommand("`psbook` and `psnup -2`",
                       "psbook -q " + document + " | psnup -q -2 -pa4 >" + folder.file("output"))},
         rounds);
+
+    const std::string longer = makeLongDocument(folder, document);
+    compare("The same pages three times, 178 MB", nothing,
+            {shellCommand("`cat`", "cat " + longer + " >" + folder.file("output")),
+             watermark("--above", longer, folder), watermark("--below", longer, folder)},
+            rounds);
 }
 
 void measurePDF(const Folder &folder, const Input &nothing, int rounds)
@@ -139,6 +164,40 @@ void measurePDF(const Folder &folder, const Input &nothing, int rounds)
              program("`qpdf --overlay`", {"qpdf", document, "--overlay", text, "--repeat=1", "--",
                                           folder.file("output")})},
             rounds);
+}
+
+/// A PDF of pages that are pictures, as a scanner makes them.
+/// @param size     of the picture, in dots
+/// @param picture  what ImageMagick draws
+std::string makeScan(const Folder &folder, const std::string &name, int pages,
+                     const std::string &size, const std::string &picture)
+{
+    const std::string page = folder.file(name + ".jpg");
+    shell("convert -size " + size + " " + picture + " -colorspace gray -quality 80 " + page);
+    std::string command = "img2pdf --pagesize A4 -o " + folder.file(name + ".pdf");
+    for (int i = 0; i < pages; ++i)
+        command += " " + page;
+    shell(command);
+    return folder.file(name + ".pdf");
+}
+
+/// What a watermark costs on PDF documents of all kinds, beside the library's own program.
+void measureKindsOfPDF(const Folder &folder, const Input &nothing, int rounds)
+{
+    const std::string text = folder.file("text.pdf");
+    const std::pair<std::string, std::string> documents[] = {
+        {"2,000 pages", folder.file("document.pdf")},
+        {"44 pages, 240 MB", makeScan(folder, "large", 44, "2480x3508", "xc:gray +noise Random")},
+        {"the R manual, 59,000 objects", "/usr/share/R/doc/manual/refman.pdf"},
+        {"Octave's manual, 20,000 objects", "/usr/share/doc/octave/octave.pdf"},
+        {"a scan, 20 pages", makeScan(folder, "scan", 20, "2480x3508", "plasma:fractal")}};
+    for (const auto &[name, document] : documents)
+        compare("PDF: " + name, nothing,
+                {program("`qpdf --overlay`", {"qpdf", document, "--overlay", text, "--repeat=1",
+                                              "--", folder.file("output")}),
+                 program("`qpdf`, nothing changed", {"qpdf", document, folder.file("output")}),
+                 watermark("--above", document, folder), watermark("--below", document, folder)},
+                rounds);
 }
 
 std::string makeLargeDocument(const Folder &folder)
@@ -179,6 +238,7 @@ int main(int argc, char *argv[])
         const Input nothing(std::size_t{0});
         measurePostScript(folder, nothing, rounds);
         measurePDF(folder, nothing, rounds);
+        measureKindsOfPDF(folder, nothing, rounds);
         measureMemory(folder, nothing);
     } catch (const std::exception &error) {
         std::fprintf(stderr, "%s\n", error.what());
