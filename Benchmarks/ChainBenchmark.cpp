@@ -156,8 +156,8 @@ void compareQueues(const PrivateScheduler &scheduler, const Printer &printer,
         lpOption("com.kalmira.pde.watermark.text", "DRAFT"),
         lpOption("com.kalmira.pde.watermark.font", "Helvetica-Bold")};
     std::vector<Route> routes = {{model + "-plain", {}, {"without our programs", nullptr}},
-                                 {model, {}, {"`jobfilter`", nullptr}},
-                                 {model, watermark, {"`jobfilter` and a watermark", nullptr}}};
+                                 {model, {}, {"with them", nullptr}},
+                                 {model, watermark, {"with them and a watermark", nullptr}}};
     measure(scheduler, printer, routes, rounds);
     printTable("200 pages of PDF, `lp` to last byte, model for " + model, routes);
 }
@@ -169,7 +169,7 @@ int main(int argc, char *argv[])
 {
     const int rounds = argc > 1 ? std::atoi(argv[1]) : 9;
     try {
-        const PrivateScheduler scheduler({KL_JOBFILTER, KL_NOJCL});
+        const PrivateScheduler scheduler({KL_JOBFILTER, KL_NOJCL, KL_CHAIN});
         const Printer printer;
         compareQueues(scheduler, printer, "PDF", KL_SAMPLE_PDF_PPD, "application/vnd.cups-pdf",
                       rounds);

@@ -9,5 +9,4 @@
 /// @param endsProcess  as a Job has it
 /// @throws ToolkitError when it cannot be done; the output is not there then, except where it is
 ///         the input itself or no regular file
-void carryOut(const Arguments &arguments, const std::string &ppdPath,
-              bool endsProcess);
+void carryOut(const Arguments &arguments, const std::string &ppdPath, bool endsProcess);

@@ -74,5 +74,5 @@ private:
     std::FILE *_output;
     std::vector<char> _buffer;
     std::size_t _filled = 0; ///< of the buffer, with what is still to be written
-    char _last = '\n'; ///< the byte written last
+    char _last = '\n';       ///< the byte written last
 };
