@@ -94,7 +94,7 @@ Rectangle generousBounds(const PDFPage &page)
     return {box.llx - width, box.lly - height, box.urx + width, box.ury + height};
 }
 
-/// One watermark for all pages of a document.
+/// One watermark for the pages of a document.
 class Stamp {
 public:
     Stamp(PDFDocument &document, const Watermark &watermark, const ShapedText &text);
@@ -218,8 +218,10 @@ void applyToPDF(const Watermark &watermark, const Job &job)
     const ShapedText text = watermarkText(watermark);
     if (!text.outline.empty()) {
         Stamp stamp(document, watermark, text);
-        for (const QPDFObjectHandle &page : document.pages())
-            stamp.drawOn(PDFPage(page));
+        for (std::uint64_t number = 0; const QPDFObjectHandle &page : document.pages()) {
+            if (watermark.pages.contains(++number))
+                stamp.drawOn(PDFPage(page));
+        }
         stamp.finish();
     }
     document.write(job.output);

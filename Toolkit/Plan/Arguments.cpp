@@ -15,7 +15,10 @@ struct OptionDescription {
     std::string_view name;
     std::string_view value; ///< what the help calls the value; empty for a flag
     std::string_view help;
+    bool isOptional = false;
 };
+
+constexpr bool kOptional = true;
 
 struct CommandDescription {
     std::string_view name;
@@ -33,6 +36,8 @@ constexpr std::array kWatermarkOptions = {
     OptionDescription{"--position", "X,Y", "lower left corner of the text, from the page's"},
     OptionDescription{"--size", "LENGTH", "size of the font"},
     OptionDescription{"--text", "TEXT", "the text, in UTF-8"},
+    OptionDescription{"--pages", "PAGES", "first, not-first, odd, even, 2-5,8,10-: only these",
+                      kOptional},
 };
 constexpr std::array kBookletOptions = {
     OptionDescription{"--pagesize", "NAME", "page size of the sheets"},
@@ -86,6 +91,16 @@ auto readValue(const Arguments &arguments, std::string_view name, Read read, con
     return *value;
 }
 
+/// The same of an option that may be missing.
+/// @return nullopt when it is
+template <typename Read>
+auto readValueIfGiven(const Arguments &arguments, std::string_view name, Read read,
+                      const char *problem)
+{
+    return isGiven(arguments, name) ? std::optional(readValue(arguments, name, read, problem))
+                                    : std::nullopt;
+}
+
 std::optional<double> sizeFromText(std::string_view text)
 {
     const auto size = lengthFromText(text);
@@ -130,6 +145,9 @@ Command understandWatermark(const Arguments &arguments)
                           "The watermark's size is not a length above 0."),
         .text = readValue(arguments, "--text", printableText,
                           "The watermark's text is not encoded in UTF-8."),
+        .pages = readValueIfGiven(arguments, "--pages", pageSelectionFromText,
+                                  "The watermark's pages are not a list of pages.")
+                     .value_or(PageSelection()),
     };
 }
 
@@ -220,15 +238,29 @@ std::string overview()
     return text + "\nSee toolkit(1).\n";
 }
 
-std::string helpOfCommand(const CommandDescription &command)
+/// The lines on the options that may be missing, or on those that may not.
+std::string helpOfOptions(const CommandDescription &command, bool optional)
 {
-    std::string text = "Usage: toolkit " + std::string(command.name) + " OPTIONS INPUT OUTPUT\n\n" +
-                       std::string(command.help) + " All options are needed:\n\n";
+    std::string text;
     for (const OptionDescription &option : command.options) {
+        if (option.isOptional != optional)
+            continue;
         std::string column = "  " + std::string(option.name) + " " + std::string(option.value);
         column.resize(25, ' ');
         text += column + std::string(option.help) + "\n";
     }
+    return text;
+}
+
+std::string helpOfCommand(const CommandDescription &command)
+{
+    const std::string optional = helpOfOptions(command, true);
+    std::string text = "Usage: toolkit " + std::string(command.name) + " OPTIONS INPUT OUTPUT\n\n" +
+                       std::string(command.help);
+    text += optional.empty() ? " All options are needed:\n\n" : " These options are needed:\n\n";
+    text += helpOfOptions(command, false);
+    if (!optional.empty())
+        text += "\nThese are optional:\n\n" + optional;
     return text + "\nA length is a decimal number with pt, mm or in directly behind it, points "
                   "without.\nSee toolkit(1).\n";
 }

@@ -32,7 +32,8 @@ Arguments splitArguments(const std::vector<std::string> &words);
 
 /// Understands the options; toolkit(1) has each one's values. The files are not looked at.
 /// @param arguments  from splitArguments()
-/// @throws ToolkitError for an option that is missing or repeated and for a value that is refused
+/// @throws ToolkitError for an option that is needed and missing, for a repeated one and for a
+/// value that is refused
 Command commandFromArguments(const Arguments &arguments);
 
 /// The text that the command line asks for instead of work: "--help" or "--version", alone

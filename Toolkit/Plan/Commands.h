@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PageSelection.h"
+
 #include <string>
 #include <variant>
 #include <vector>
@@ -13,7 +15,7 @@ struct Point {
     double y;
 };
 
-/// A text on every page.
+/// A text on the pages.
 struct Watermark {
     bool above;                 ///< on top of the page's own marks, else beneath them
     std::string font;           ///< PostScript name of the font
@@ -22,6 +24,7 @@ struct Watermark {
     Point position;             ///< lower left corner of the text's box
     double size;                ///< of the font, above 0
     std::string text;           ///< UTF-8 without control characters, perhaps empty
+    PageSelection pages = {};   ///< those that get it
 };
 
 /// Which half of a sheet is read first.

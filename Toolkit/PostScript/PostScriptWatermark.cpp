@@ -84,6 +84,24 @@ bool hasLandscapePages(const DSCDocument &document)
                                [&](const DSCPage &page) { return isLandscape(document, page); });
 }
 
+bool hasUnmarkedPages(const Watermark &watermark, const DSCDocument &document)
+{
+    for (std::uint64_t page = 1; page <= document.pages().size(); ++page) {
+        if (!watermark.pages.contains(page))
+            return true;
+    }
+    return false;
+}
+
+/// The procedures, with what only some documents and requests need besides.
+std::string procSetFor(const Watermark &watermark, const DSCDocument &document)
+{
+    std::string text(hasLandscapePages(document) ? kLandscapePageProcSet : "");
+    text += kWatermarkProcSet;
+    text += hasUnmarkedPages(watermark, document) ? kUnmarkedPageProcSet : "";
+    return text;
+}
+
 } // namespace
 
 void applyToPostScript(const Watermark &watermark, const Job &job)
@@ -93,16 +111,16 @@ void applyToPostScript(const Watermark &watermark, const Job &job)
 
     writer.copy({0, document.beginOfProcedures()});
     const bool turns = hasLandscapePages(document);
-    writer.procedures("KLToolkitWatermark", requestOf(watermark),
-                      std::string(turns ? kLandscapePageProcSet : "").append(kWatermarkProcSet));
+    writer.procedures("KLToolkitWatermark", requestOf(watermark), procSetFor(watermark, document));
     std::uint64_t copied = document.beginOfProcedures();
-    for (const DSCPage &page : document.pages()) {
+    for (std::uint64_t number = 0; const DSCPage &page : document.pages()) {
+        const bool isMarked = watermark.pages.contains(++number);
         writer.copy({copied, page.content});
-        if (turns)
+        if (isMarked && turns)
             writer.call("KLToolkitWatermarkTurned", isLandscape(document, page) ? "90" : "0");
-        writer.call("KLToolkitWatermarkPage");
+        writer.call(isMarked ? "KLToolkitWatermarkPage" : "KLToolkitUnmarkedPage");
         copied = page.content;
-        if (!watermark.above && !document.isCutOff(page)) {
+        if (isMarked && !watermark.above && !document.isCutOff(page)) {
             writer.copy({copied, page.end});
             writer.call("KLToolkitWatermarkPageEnd");
             copied = page.end;

@@ -47,6 +47,13 @@ Words withValue(Words words, const std::string &option, const std::string &value
     return words;
 }
 
+/// The words with an option in front of the others.
+Words with(Words words, const Words &option)
+{
+    words.insert(std::next(words.begin()), option.begin(), option.end());
+    return words;
+}
+
 /// The words without an option and, if it has one, its value.
 Words without(Words words, const std::string &option, int count)
 {
@@ -163,7 +170,7 @@ TEST(ToolkitArgumentsTest, UnknownOptionsAreRefused)
     }
 }
 
-TEST(ToolkitArgumentsTest, EveryOptionIsRequired)
+TEST(ToolkitArgumentsTest, AnOptionIsRequiredUnlessItIsOptional)
 {
     for (const char *option : {"--font", "--angle", "--colour", "--position", "--size", "--text"})
         EXPECT_EQ("The option " + std::string(option) + " is missing.",
@@ -177,6 +184,47 @@ TEST(ToolkitArgumentsTest, EveryOptionIsRequired)
           "--front-source", "--source", "--media", "--duplex"})
         EXPECT_EQ("The option " + std::string(option) + " is missing.",
                   problem(without(coverPagesWords(), option, 2)));
+}
+
+TEST(ToolkitArgumentsTest, OptionalOptionsAreTakenOnceToo)
+{
+    EXPECT_EQ("The option --pages is given twice.",
+              problem(with(watermarkWords(), {"--pages", "odd", "--pages", "odd"})));
+    EXPECT_EQ("The option --pages lacks its value.", splitProblem({"watermark", "--pages"}));
+    EXPECT_THAT(splitProblem(with(bookletWords(), {"--pages", "odd"})),
+                HasSubstr("an option that the command does not know"));
+}
+
+TEST(ToolkitArgumentsTest, AWatermarkIsOnAllPagesUnlessTheyAreNamed)
+{
+    const auto isOnPage = [](const Words &words, std::uint64_t page) {
+        return understood<Watermark>(words).pages.contains(page);
+    };
+    EXPECT_TRUE(isOnPage(watermarkWords(), 1));
+    EXPECT_TRUE(isOnPage(watermarkWords(), 1'000'000));
+    EXPECT_FALSE(isOnPage(with(watermarkWords(), {"--pages", "2-"}), 1));
+    EXPECT_TRUE(isOnPage(with(watermarkWords(), {"--pages", "2-"}), 2));
+}
+
+TEST(ToolkitArgumentsTest, PagesThatAreNoneAreRefused)
+{
+    EXPECT_EQ("The watermark's pages are not a list of pages.",
+              problem(with(watermarkWords(), {"--pages", "last"})));
+}
+
+TEST(ToolkitArgumentsTest, HelpTellsWhichOptionsAreNeeded)
+{
+    const std::string help = requestedHelp({"watermark", "--help"}).value_or("");
+    const auto needed = help.find("These options are needed:");
+    const auto optional = help.find("These are optional:");
+    ASSERT_NE(std::string::npos, needed);
+    ASSERT_NE(std::string::npos, optional);
+    EXPECT_LT(needed, help.find("  --text "));
+    EXPECT_LT(help.find("  --text "), optional);
+    EXPECT_LT(optional, help.find("  --pages "));
+    EXPECT_THAT(
+        requestedHelp({"booklet", "--help"}),
+        Optional(testing::AllOf(HasSubstr("All options are needed:"), Not(HasSubstr("optional")))));
 }
 
 TEST(ToolkitArgumentsTest, RepeatedOptionsAreRefused)
