@@ -137,6 +137,13 @@ std::string withoutControls(std::string text)
     return text;
 }
 
+bool isInvisible(char32_t character)
+{
+    const auto codePoint = static_cast<utf8proc_int32_t>(character);
+    return utf8proc_category(codePoint) == UTF8PROC_CATEGORY_CC ||
+           isWhiteSpaceOrLineEnd(character) || utf8proc_get_property(codePoint)->ignorable != 0;
+}
+
 bool isEqualText(std::string_view left, std::string_view right, unsigned options)
 {
     if (left == right)

@@ -30,6 +30,10 @@ bool isControl(char byte);
 /// The text with a blank in place of each of them.
 std::string withoutControls(std::string text);
 
+/// Whether a character shows nothing wherever it stands: white space, a control character, or one
+/// of those that Unicode has a font ignore (joiners, variation selectors, marks of direction).
+bool isInvisible(char32_t character);
+
 /// Whether two UTF-8 texts compare as the same.
 ///
 /// Canonically equivalent forms are the same text ("é" in one code point or in two). With

@@ -1,5 +1,7 @@
 #include "Fonts.h"
 
+#include "Text.h"
+
 #include <algorithm>
 #include <hb-ft.h>
 #include <string_view>
@@ -79,6 +81,8 @@ Pattern patternFromName(std::string_view name)
     addStyle(pattern.get(), style);
     FcPatternAddBool(pattern.get(), FC_OUTLINE, FcTrue);
     FcPatternAddBool(pattern.get(), FC_VARIABLE, FcFalse);
+    // Of two fonts with the same picture, the one that has it in colour hides the other.
+    FcPatternAddBool(pattern.get(), FC_COLOR, FcFalse);
     // Type 1 files know no line gap, and few of the characters that their OpenType twins have.
     addText(pattern.get(), "fontwrapper", "SFNT");
     FcConfigSubstitute(nullptr, pattern.get(), FcMatchPattern);
@@ -126,6 +130,21 @@ std::optional<Font> Font::open(FT_Library library, const FcPattern *pattern)
 
 Font::Font(FT_Face face) : _face(face) {}
 
+bool Font::hasCharacter(char32_t character) const
+{
+    const unsigned glyph = FT_Get_Char_Index(_face.get(), character);
+    const bool mayBePicture = FT_HAS_COLOR(_face.get()) && !isInvisible(character);
+    return mayBePicture ? hasLook(glyph) : glyph != 0;
+}
+
+bool Font::hasLook(unsigned glyph) const
+{
+    FT_Face face = _face.get();
+    if (glyph == 0 || FT_Load_Glyph(face, glyph, FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP) != 0)
+        return false;
+    return !FT_HAS_COLOR(face) || face->glyph->outline.n_points > 0;
+}
+
 Fonts::Fonts(const std::string &postScriptName) : _wanted(patternFromName(postScriptName))
 {
     FT_Library library = nullptr;
@@ -161,19 +180,29 @@ void Fonts::openNamedFont(const std::string &postScriptName)
 
 std::size_t Fonts::fontWithCharacter(char32_t character)
 {
-    const auto found = std::ranges::find_if(
-        _fonts, [character](const Font &font) { return font.hasCharacter(character); });
-    if (found != _fonts.end())
-        return static_cast<std::size_t>(found - _fonts.begin());
-    return openSubstituteFor(character) ? _fonts.size() - 1 : 0;
+    return fontWithMarks(character, {}).value_or(0);
 }
 
-bool Fonts::openSubstituteFor(char32_t character)
+std::optional<std::size_t> Fonts::fontWithMarks(char32_t letter,
+                                                std::span<const std::uint32_t> marks)
 {
-    const FcFontSet &others = substitutes();
-    return std::any_of(others.fonts, others.fonts + others.nfont, [&](const FcPattern *pattern) {
-        return hasCharacter(pattern, character) && open(pattern);
+    const auto hasAll = [&](const auto &hasOne) {
+        return hasOne(letter) && std::ranges::all_of(marks, [&](char32_t mark) {
+                   return isInvisible(mark) || hasOne(mark);
+               });
+    };
+    const auto found = std::ranges::find_if(_fonts, [&](const Font &font) {
+        return hasAll([&](char32_t character) { return font.hasCharacter(character); });
     });
+    if (found != _fonts.end())
+        return static_cast<std::size_t>(found - _fonts.begin());
+    const FcFontSet &others = substitutes();
+    const bool opened =
+        std::any_of(others.fonts, others.fonts + others.nfont, [&](const FcPattern *pattern) {
+            return hasAll([&](char32_t character) { return hasCharacter(pattern, character); }) &&
+                   open(pattern);
+        });
+    return opened ? std::optional(_fonts.size() - 1) : std::nullopt;
 }
 
 const FcFontSet &Fonts::substitutes()

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <fontconfig/fontconfig.h>
 #include <ft2build.h>
 #include <hb.h>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 #include FT_FREETYPE_H
@@ -43,10 +45,12 @@ public:
     double ascent() const { return fraction(_face->ascender); }
     double descent() const { return fraction(-_face->descender); }
     double lineGap() const { return fraction(_face->height) - ascent() - descent(); }
-    bool hasCharacter(char32_t character) const
-    {
-        return FT_Get_Char_Index(_face.get(), character) != 0;
-    }
+    /// Whether the font can set the character. A colour font has some of its own that are nothing
+    /// but pictures: those it cannot, as all that is drawn are outlines.
+    bool hasCharacter(char32_t character) const;
+    /// Whether the glyph draws what a visible character looks like. Its outline is in `face()`
+    /// then.
+    bool hasLook(unsigned glyph) const;
 
 private:
     explicit Font(FT_Face face);
@@ -68,18 +72,20 @@ public:
     /// then.
     bool empty() const { return _fonts.empty(); }
 
-    /// 0 is the font of the name. The index is one that fontWithCharacter() has returned; the
-    /// reference is good until that is called again.
+    /// 0 is the font of the name. The index is one that one of the two below has returned; the
+    /// reference is good until they are called again.
     const Font &operator[](std::size_t index) const { return _fonts[index]; }
 
     /// The font to set the character in: the first that has it, else the font of the name. May open
     /// one more font.
     std::size_t fontWithCharacter(char32_t character);
+    /// The same for a letter and the marks on it, as a font sets them that knows each of them.
+    /// @return nullopt when no font has them all; marks that are invisible do not count
+    std::optional<std::size_t> fontWithMarks(char32_t letter, std::span<const std::uint32_t> marks);
 
 private:
     bool open(const FcPattern *pattern);
     void openNamedFont(const std::string &postScriptName);
-    bool openSubstituteFor(char32_t character);
     const FcFontSet &substitutes();
 
     std::unique_ptr<FT_LibraryRec_, Releaser<FT_Done_FreeType>> _library;

@@ -1,11 +1,13 @@
 #include "TextMeasuring.h"
 
 #include "Fonts.h"
+#include "Text.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <fribidi.h>
 #include <memory>
+#include <span>
 #include FT_OUTLINE_H
 
 namespace Platform {
@@ -102,13 +104,35 @@ bool clingsToPrevious(char32_t character)
     }
 }
 
-/// Which font sets each character. A letter's font keeps the marks that follow.
+/// Whether the font by itself draws all that is visible of a letter with marks, put together or
+/// not.
+bool setsWhole(const Font &font, std::span<const std::uint32_t> characters)
+{
+    const Buffer buffer(hb_buffer_create());
+    const auto count = static_cast<int>(characters.size());
+    hb_buffer_add_codepoints(buffer.get(), characters.data(), count, 0, count);
+    hb_buffer_set_cluster_level(buffer.get(), HB_BUFFER_CLUSTER_LEVEL_MONOTONE_CHARACTERS);
+    hb_buffer_guess_segment_properties(buffer.get());
+    hb_shape(font.shaper(), buffer.get(), nullptr, 0);
+    unsigned glyphCount = 0;
+    const hb_glyph_info_t *glyphs = hb_buffer_get_glyph_infos(buffer.get(), &glyphCount);
+    return std::all_of(glyphs, glyphs + glyphCount, [&](const hb_glyph_info_t &glyph) {
+        return glyph.codepoint != 0 || isInvisible(characters[glyph.cluster]);
+    });
+}
+
+/// Which font sets each character. A letter and the marks that follow have the same: the first that
+/// has the letter, unless that lacks a mark and another has them all.
 std::vector<std::size_t> fontsOf(const Characters &characters, Fonts &fonts)
 {
     std::vector<std::size_t> chosen;
-    for (const char32_t character : characters) {
-        const bool clings = clingsToPrevious(character) && !chosen.empty();
-        chosen.push_back(clings ? chosen.back() : fonts.fontWithCharacter(character));
+    while (chosen.size() < characters.size()) {
+        const auto letter = characters.begin() + static_cast<std::ptrdiff_t>(chosen.size());
+        const auto end = std::find_if_not(letter + 1, characters.end(), clingsToPrevious);
+        std::size_t font = fonts.fontWithCharacter(*letter);
+        if (end - letter > 1 && !setsWhole(fonts[font], {letter, end}))
+            font = fonts.fontWithMarks(*letter, {letter + 1, end}).value_or(font);
+        chosen.insert(chosen.end(), static_cast<std::size_t>(end - letter), font);
     }
     return chosen;
 }
@@ -232,7 +256,7 @@ private:
 class LineSetter {
 public:
     LineSetter(const Characters &characters, const Fonts &fonts, double size)
-        : _characters(characters), _fonts(fonts), _size(size)
+        : _characters(characters), _fonts(fonts), _size(size), _missing(characters.size())
     {
         useMetrics(fonts[0]);
     }
@@ -247,7 +271,7 @@ public:
         const hb_glyph_position_t *positions = hb_buffer_get_glyph_positions(buffer.get(), nullptr);
         for (unsigned i = 0; i < count; ++i) {
             const hb_glyph_position_t &position = positions[i];
-            addGlyph(font, glyphs[i].codepoint,
+            addGlyph(font, glyphs[i],
                      {_pen + position.x_offset * font.unit(), position.y_offset * font.unit()});
             _pen += position.x_advance * font.unit();
         }
@@ -255,8 +279,11 @@ public:
 
     ShapedText line()
     {
-        return {_pen * _size, _ascent * _size, _descent * _size, _lineGap * _size,
-                std::move(_outline)};
+        const auto missing = _missing < _characters.size()
+                                 ? std::optional<char32_t>(_characters[_missing])
+                                 : std::nullopt;
+        return {_pen * _size,     _ascent * _size,     _descent * _size,
+                _lineGap * _size, std::move(_outline), missing};
     }
 
 private:
@@ -278,14 +305,18 @@ private:
                                 run.level % 2 == 1 ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);
         hb_buffer_set_script(buffer.get(), run.script);
         hb_buffer_set_language(buffer.get(), hb_language_from_string("und", -1));
+        // So that each glyph tells which of a letter and its marks it is for.
+        hb_buffer_set_cluster_level(buffer.get(), HB_BUFFER_CLUSTER_LEVEL_MONOTONE_CHARACTERS);
         hb_shape(_fonts[run.font].shaper(), buffer.get(), nullptr, 0);
         return buffer;
     }
 
-    void addGlyph(const Font &font, hb_codepoint_t glyph, TextPoint origin)
+    void addGlyph(const Font &font, const hb_glyph_info_t &glyph, TextPoint origin)
     {
-        if (FT_Load_Glyph(font.face(), glyph, FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP) == 0)
+        if (font.hasLook(glyph.codepoint))
             OutlineWriter(_outline, origin, font.unit(), _size).write(font.face()->glyph->outline);
+        else if (!isInvisible(_characters[glyph.cluster]))
+            _missing = std::min<std::size_t>(_missing, glyph.cluster);
     }
 
     const Characters &_characters;
@@ -296,6 +327,7 @@ private:
     double _descent = 0;
     double _lineGap = 0;
     std::vector<TextPathSegment> _outline;
+    std::size_t _missing; ///< index of the first character without a look, else how many there are
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,9 @@ struct ShapedText {
     double descent = 0; ///< below the baseline, positive, the greatest of the fonts in use
     double lineGap = 0; ///< between two lines, the greatest of the fonts in use
     std::vector<TextPathSegment> outline; ///< to be filled by the nonzero winding rule
+    /// The first visible character of the text that no font draws, and that the outline lacks;
+    /// nullopt when it lacks none.
+    std::optional<char32_t> missing;
 
     TextSize size() const { return {advance, ascent + descent + lineGap}; }
 };

@@ -3,7 +3,8 @@
 #include <stdexcept>
 
 /// Why a command cannot be carried out: one sentence in plain words that the user is shown. It
-/// names nothing of the job: no text, no file, no option value. what() has no line end.
+/// names nothing of the job: no text but one character that no font has, no file, no option value.
+/// what() has no line end.
 class ToolkitError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

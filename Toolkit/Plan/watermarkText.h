@@ -5,5 +5,6 @@
 
 /// The watermark's text, set in its font and size, in points; neither turned nor placed yet. An
 /// empty text has no outline.
-/// @throws ToolkitError when there is no font at all to draw it with
+/// @throws ToolkitError when there is no font at all to draw it with, or none for one of its
+///         characters; the message has the code point of the first of those
 Platform::ShapedText watermarkText(const Watermark &watermark);

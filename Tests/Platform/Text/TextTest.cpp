@@ -78,6 +78,17 @@ TEST(TextTest, PutsABlankInPlaceOfEachControlCharacter)
     EXPECT_EQ("  ", withoutControls(std::string("\0\x1F", 2)));
 }
 
+TEST(TextTest, CharactersThatShowNothingAreInvisible)
+{
+    for (const char32_t character : {U' ', U'\t', U'\n', U'\x7F', U'\x85', U'\u00A0', U'\u1680',
+                                     U'\u3000', U'\u2028', U'\u200D', U'\u200E', U'\u00AD',
+                                     U'\u034F', U'\u115F', U'\uFE0F', U'\uFEFF', U'\U000E0100'})
+        EXPECT_TRUE(Platform::isInvisible(character)) << std::hex << std::uint32_t{character};
+    for (const char32_t character : {U'x', U'0', U'-', U'\u0301', U'\u0600', U'\u2800', U'\u793E',
+                                     U'\U0001F600', U'\uE000', U'\U0010FFFD'})
+        EXPECT_FALSE(Platform::isInvisible(character)) << std::hex << std::uint32_t{character};
+}
+
 TEST(TextTest, CanonicallyEquivalentFormsAreTheSame)
 {
     EXPECT_TRUE(isEqualText(kComposed, kDecomposed, ExactComparison));

@@ -295,6 +295,16 @@ TEST(TextMeasuringTest, CharactersOfNoFontStillTakeSpace)
     EXPECT_GT(width("\U0010FFFD"), 0); // private use
 }
 
+TEST(TextMeasuringTest, TellsTheFirstCharacterThatNoFontDraws)
+{
+    EXPECT_EQ(std::nullopt, shapeText("Hש", "Helvetica", 10).missing);
+    EXPECT_EQ(std::nullopt, shapeText("", "Helvetica", 10).missing);
+    EXPECT_EQ(U'\U0010FFFD', shapeText("H\U0010FFFD\U0010FFFC", "Helvetica", 10).missing);
+    EXPECT_EQ(U'\U0010FFFC', shapeText("ש\U0010FFFC\U0010FFFD", "Helvetica", 10).missing);
+    EXPECT_EQ(corners(shapeText("H", "DejaVuSans", 10)).size(),
+              corners(shapeText("H\U0010FFFD", "DejaVuSans", 10)).size());
+}
+
 TEST(TextMeasuringTest, ArabicLettersJoin)
 {
     // Lam and alef become one sign, narrower than the two apart.
