@@ -222,6 +222,7 @@ void PDFDocument::write(std::FILE *output)
         keepPackedStreams(_qpdf);
         QPDFWriter writer(_qpdf, "output", output, false);
         leaveOutTheClock(writer, _qpdf.isEncrypted());
+        writer.setMinimumPDFVersion(_leastVersion);
         writer.write();
     } catch (const QPDFSystemError &problem) {
         throw unwritableOutput(problem.getErrno());

@@ -6,6 +6,8 @@
 
 #include <cstdio>
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 /// A PDF document that is read from one file and, once changed, written to another.
@@ -28,6 +30,10 @@ public:
     /// @param pages  page objects; each is given its place in the page tree
     void replacePages(std::vector<QPDFObjectHandle> pages);
 
+    /// What is drawn asks for a reader of that version of PDF: the output is of no lower one.
+    /// @param version  "1.4"
+    void needVersion(std::string version) { _leastVersion = std::move(version); }
+
     /// Writes all that can be reached from the catalogue. What was encrypted stays encrypted, with
     /// the same passwords and permissions.
     /// @throws ToolkitError when the output cannot be written, when a part of the document cannot
@@ -46,4 +52,5 @@ private:
     QPDF &_qpdf = *_owned;
     std::vector<QPDFObjectHandle> _pages;
     std::vector<QPDFObjectHandle> _pagesAsRead; ///< the same before they were replaced
+    std::string _leastVersion = "1.0";
 };

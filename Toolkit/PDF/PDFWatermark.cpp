@@ -1,5 +1,6 @@
 #include "PDFCommands.h"
 
+#include "Ink.h"
 #include "PDFDocument.h"
 #include "PDFPage.h"
 #include "PDFStructure.h"
@@ -94,6 +95,18 @@ Rectangle generousBounds(const PDFPage &page)
     return {box.llx - width, box.lly - height, box.urx + width, box.ury + height};
 }
 
+/// What the text refers to: nothing, or how the page's own marks show through it.
+QPDFObjectHandle resourcesOf(const Watermark &watermark, const Ink &ink)
+{
+    QPDFObjectHandle resources = QPDFObjectHandle::newDictionary();
+    if (watermark.overprint)
+        resources.replaceKey(
+            "/ExtGState", QPDFObjectHandle::parse("<< /Overprint << /Type /ExtGState /BM /Multiply "
+                                                  "/ca " +
+                                                  number(ink.share) + " >> >>"));
+    return resources;
+}
+
 /// One watermark for the pages of a document.
 class Stamp {
 public:
@@ -123,17 +136,20 @@ private:
 Stamp::Stamp(PDFDocument &document, const Watermark &watermark, const ShapedText &text)
     : _document(document.qpdf()),
       _watermark(watermark),
-      _text(QPDFObjectHandle::newStream(&_document,
-                                        colourOperator(watermark.colour) + pathOperators(text))),
+      _text(QPDFObjectHandle::newStream(&_document)),
       _descent(text.descent),
       _pageForms(_document),
       _structure(_document)
 {
+    const Ink ink = inkOf(watermark);
+    _text.replaceStreamData((watermark.overprint ? "/Overprint gs\n" : "") +
+                                colourOperator(ink.colour) + pathOperators(text),
+                            QPDFObjectHandle::newNull(), QPDFObjectHandle::newNull());
     QPDFObjectHandle description = _text.getDict();
     description.replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
     description.replaceKey("/Subtype", QPDFObjectHandle::newName("/Form"));
     description.replaceKey("/BBox", QPDFObjectHandle::newArray(boundsOf(text)));
-    description.replaceKey("/Resources", QPDFObjectHandle::newDictionary());
+    description.replaceKey("/Resources", resourcesOf(watermark, ink));
 }
 
 void Stamp::drawOn(const PDFPage &page)
@@ -217,6 +233,8 @@ void applyToPDF(const Watermark &watermark, const Job &job)
     PDFDocument document(job);
     const ShapedText text = watermarkText(watermark);
     if (!text.outline.empty()) {
+        if (watermark.overprint)
+            document.needVersion("1.4"); // the first one with transparency
         Stamp stamp(document, watermark, text);
         for (std::uint64_t number = 0; const QPDFObjectHandle &page : document.pages()) {
             if (watermark.pages.contains(++number))

@@ -36,6 +36,8 @@ constexpr std::array kWatermarkOptions = {
     OptionDescription{"--position", "X,Y", "lower left corner of the text, from the page's"},
     OptionDescription{"--size", "LENGTH", "size of the font"},
     OptionDescription{"--text", "TEXT", "the text, in UTF-8"},
+    OptionDescription{"--overprint", "", "let what is on the page show through, always on top",
+                      kOptional},
     OptionDescription{"--pages", "PAGES", "first, not-first, odd, even, 2-5,8,10-: only these",
                       kOptional},
 };
@@ -132,8 +134,10 @@ CoverStyle coverStyleFromText(std::string_view text)
 
 Command understandWatermark(const Arguments &arguments)
 {
+    const bool above = isAbove(arguments);
+    const bool overprint = isGiven(arguments, "--overprint");
     return Watermark{
-        .above = isAbove(arguments),
+        .above = above || overprint,
         .font = valueOf(arguments, "--font"),
         .angle = readValue(arguments, "--angle", numberFromText,
                            "The watermark's angle is not a number."),
@@ -148,6 +152,7 @@ Command understandWatermark(const Arguments &arguments)
         .pages = readValueIfGiven(arguments, "--pages", pageSelectionFromText,
                                   "The watermark's pages are not a list of pages.")
                      .value_or(PageSelection()),
+        .overprint = overprint,
     };
 }
 

@@ -25,6 +25,7 @@ struct Watermark {
     double size;                ///< of the font, above 0
     std::string text;           ///< UTF-8 without control characters, perhaps empty
     PageSelection pages = {};   ///< those that get it
+    bool overprint = false;     ///< lets the marks beneath show through; only with above
 };
 
 /// Which half of a sheet is read first.

@@ -1,5 +1,6 @@
 #include "watermarkText.h"
 
+#include "Ink.h"
 #include "ToolkitError.h"
 
 #include <fmt/format.h>
@@ -13,5 +14,7 @@ Platform::ShapedText watermarkText(const Watermark &watermark)
     if (text.missing)
         throw ToolkitError(
             fmt::format("{}: U+{:04X}.", kNoFont, static_cast<std::uint32_t>(*text.missing)));
+    if (inkOf(watermark).share == 0)
+        text.outline.clear();
     return text;
 }

@@ -2,12 +2,16 @@
 
 #include "DSCDocument.h"
 #include "DocumentWriter.h"
+#include "Ink.h"
 #include "PostScriptText.h"
 #include "ProcSets.h"
 #include "watermarkText.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <string>
 
 namespace {
@@ -25,6 +29,26 @@ std::string colourProcedure(const std::vector<double> &colour)
                                                             : "setcmykcolor";
     return "/colour { " + postScriptNumbers(colour) + " " + std::string(operation) +
            " } bind def\n";
+}
+
+/// The cell in which so much is drawn, as Overprint.ps wants it: two spots that grow, as far from
+/// each other as can be.
+std::string cellOfDots(double share)
+{
+    static constexpr std::array kCells = {"<80000000>", "<80002000>", "<c0002000>", "<c0003000>"};
+    constexpr long kDots = 16;
+    const long count = std::clamp(std::lround(share * kDots), 1L, static_cast<long>(kCells.size()));
+    return kCells[static_cast<std::size_t>(count - 1)];
+}
+
+/// What the procedures for a text that the page shows through have to know (Overprint.ps).
+std::string overprintRequest(const Ink &ink)
+{
+    const std::string_view space = ink.colour.size() == 1   ? "DeviceGray"
+                                   : ink.colour.size() == 3 ? "DeviceRGB"
+                                                            : "DeviceCMYK";
+    return fmt::format("/inkSpace [/{}] def\n/ink {{ {} }} def\n/dots {} def\n", space,
+                       postScriptNumbers(ink.colour), cellOfDots(ink.share));
 }
 
 /// To the lower left corner of the text's box, turned, and up to the baseline.
@@ -68,8 +92,9 @@ std::string outlineProcedures(const std::vector<TextPathSegment> &outline)
 std::string requestOf(const Watermark &watermark)
 {
     const ShapedText text = watermarkText(watermark);
-    return colourProcedure(watermark.colour) + placeProcedure(watermark, text.descent) +
-           outlineProcedures(text.outline) +
+    const Ink ink = inkOf(watermark);
+    return (watermark.overprint ? overprintRequest(ink) : colourProcedure(ink.colour)) +
+           placeProcedure(watermark, text.descent) + outlineProcedures(text.outline) +
            (watermark.above ? "/isAbove true def\n" : "/isAbove false def\n");
 }
 
@@ -97,6 +122,7 @@ bool hasUnmarkedPages(const Watermark &watermark, const DSCDocument &document)
 std::string procSetFor(const Watermark &watermark, const DSCDocument &document)
 {
     std::string text(hasLandscapePages(document) ? kLandscapePageProcSet : "");
+    text += watermark.overprint ? kOverprintProcSet : "";
     text += kWatermarkProcSet;
     text += hasUnmarkedPages(watermark, document) ? kUnmarkedPageProcSet : "";
     return text;

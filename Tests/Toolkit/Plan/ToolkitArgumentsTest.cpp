@@ -206,6 +206,18 @@ TEST(ToolkitArgumentsTest, AWatermarkIsOnAllPagesUnlessTheyAreNamed)
     EXPECT_TRUE(isOnPage(with(watermarkWords(), {"--pages", "2-"}), 2));
 }
 
+TEST(ToolkitArgumentsTest, AnOverprintIsOnTopWhateverTheOrderingSays)
+{
+    EXPECT_FALSE(understood<Watermark>(watermarkWords()).overprint);
+    Words words = with(watermarkWords(), {"--overprint"});
+    EXPECT_TRUE(understood<Watermark>(words).overprint);
+    EXPECT_TRUE(understood<Watermark>(words).above);
+    *std::ranges::find(words, "--above") = "--below";
+    EXPECT_TRUE(understood<Watermark>(words).overprint);
+    EXPECT_TRUE(understood<Watermark>(words).above);
+    EXPECT_THAT(problem(without(words, "--below", 1)), HasSubstr("is needed"));
+}
+
 TEST(ToolkitArgumentsTest, PagesThatAreNoneAreRefused)
 {
     EXPECT_EQ("The watermark's pages are not a list of pages.",

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "PDFCommands.h"
+#include "Streams.h"
+#include "TemporaryFolder.h"
+
+#include <string>
+#include <string_view>
+
+/// What a command makes of a PDF document.
+/// @param request  Watermark, Booklet or CoverPages
+/// @throws ToolkitError as the command does
+template <class Request>
+std::string processedPDF(std::string_view document, const Request &request)
+{
+    const Support::TemporaryFolder folder;
+    const Platform::Stream input = Platform::openForReading(folder.write("input.pdf", document));
+    Platform::Stream output = Platform::openForWriting(folder.file("output.pdf"));
+    applyToPDF(request, {input.get(), output.get(), ""});
+    Platform::closeStream(std::move(output));
+    return Support::readFile(folder.file("output.pdf"));
+}
