@@ -95,6 +95,16 @@ double watermarkNumber(const KLPrintOptions &options, std::string_view name,
 
 // Here each command has defaults of its own; elsewhere the same settings have others.
 
+/// What only some jobs ask for; without it the command is what it would be.
+void appendFurtherWatermarkArguments(const KLPrintOptions &options, Arguments &arguments)
+{
+    if (watermarkOption(options, "overprint", "") == "True")
+        arguments.emplace_back("--overprint");
+    const std::string pages = watermarkOption(options, "pages", "");
+    if (!pages.empty())
+        arguments.insert(arguments.end(), {"--pages", pages});
+}
+
 Arguments watermarkArguments(const KLPrintOptions &options,
                              const KLToolkitProcessor::TextMeasurer &measureText)
 {
@@ -106,13 +116,15 @@ Arguments watermarkArguments(const KLPrintOptions &options,
         measureText(text, font, Platform::doubleFromText(size)), options.pageSize(), angle,
         watermarkNumber(options, "x", "50"), watermarkNumber(options, "y", "50"));
     const bool above = watermarkOption(options, "ordering", "0") == "0";
-    return {"watermark",  above ? "--above" : "--below",
-            "--font",     font,
-            "--angle",    objectFormat("%f", -angle),
-            "--colour",   watermarkOption(options, "color", "0,0,0"),
-            "--position", objectFormat("%f,%f", position.x, position.y),
-            "--size",     size,
-            "--text",     text};
+    Arguments arguments = {"watermark",  above ? "--above" : "--below",
+                           "--font",     font,
+                           "--angle",    objectFormat("%f", -angle),
+                           "--colour",   watermarkOption(options, "color", "0,0,0"),
+                           "--position", objectFormat("%f,%f", position.x, position.y),
+                           "--size",     size,
+                           "--text",     text};
+    appendFurtherWatermarkArguments(options, arguments);
+    return arguments;
 }
 
 std::string margin(const KLPrintOptions &options, std::string_view key)

@@ -95,6 +95,8 @@ public:
     /// - "x" and "y", percent of the page from the lower left, default "50": with the text's size
     ///   and KLPrintOptions::pageSize() they make the position (see watermarkPosition())
     /// - "ordering", default "0": that is above the page's marks, all else below
+    /// - "overprint", default "False": "True" adds an argument
+    /// - "pages", default empty for all: anything else is added and handed on as it is
     ///
     /// booklet, when "BookletPaperSize", default "None", is not "None" (the empty text is a name
     /// too):

@@ -507,6 +507,26 @@ TEST_F(KLToolkitProcessorTest, OnlyTheOrderingZeroIsAbove)
     }
 }
 
+TEST_F(KLToolkitProcessorTest, WhatOnlySomeWatermarksHaveStandsBehindTheOthers)
+{
+    const std::string text = "com.kalmira.pde.watermark.text=x ";
+    const auto further = [&](const std::string &settings) {
+        fs::remove(folder.file("calls"));
+        folder.write("job.ps", "page");
+        const auto call = onlyCall(text + settings);
+        return std::vector<std::string>(call.begin() + 14, call.end());
+    };
+    EXPECT_THAT(further("com.kalmira.pde.watermark.overprint=true "
+                        "com.kalmira.pde.watermark.pages=2-5,8,10-"),
+                ElementsAre("--overprint", "--pages", "2-5,8,10-"));
+    EXPECT_THAT(further("com.kalmira.pde.watermark.pages='odd or even'"),
+                ElementsAre("--pages", "odd or even"));
+    for (const char *none :
+         {"com.kalmira.pde.watermark.overprint=False", "com.kalmira.pde.watermark.overprint=1",
+          "com.kalmira.pde.watermark.overprint=''", "com.kalmira.pde.watermark.pages=''"})
+        EXPECT_THAT(further(none), testing::IsEmpty()) << none;
+}
+
 TEST_F(KLToolkitProcessorTest, AnglesAreNegated)
 {
     const std::pair<const char *, const char *> kAngles[] = {
