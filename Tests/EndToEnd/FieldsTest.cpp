@@ -164,6 +164,27 @@ TEST_F(FieldsTest, WatermarksThatAreChosen)
     }
 }
 
+TEST_F(FieldsTest, WatermarkOnSomePages)
+{
+    const std::pair<std::string, std::string> choices[] = {
+        {"First", "first"}, {"NotFirst", "not-first"}, {"Odd", "odd"}, {"Even", "even"}};
+    for (const auto &[choice, pages] : choices) {
+        print(kToolkitQueue, document("sample.ps"),
+              {"KLWatermarkText=Draft", "KLWatermarkPages=" + choice});
+        EXPECT_EQ(pages, argumentOf("--pages"));
+    }
+    print(kToolkitQueue, document("sample.ps"),
+          {"KLWatermarkText=Draft", field("KLWatermarkPages", "2-5,8,10-")});
+    EXPECT_EQ("2-5,8,10-", argumentOf("--pages"));
+}
+
+TEST_F(FieldsTest, WatermarkThatThePageShowsThrough)
+{
+    print(kToolkitQueue, document("sample.ps"),
+          {"KLWatermarkText=Draft", "KLWatermarkOverprint=True"});
+    EXPECT_THAT(toolkitArguments(), Contains("--overprint"));
+}
+
 // A line of text from the lower left to the upper right: its box begins left of and below its
 // middle.
 TEST_F(FieldsTest, PlaceOfTheWatermark)
@@ -199,6 +220,8 @@ TEST_F(FieldsTest, LooksOfAWatermarkAreTheUsualOnesUnlessChosen)
     EXPECT_EQ("-0.000000", argumentOf("--angle"));
     EXPECT_EQ("0,0,0", argumentOf("--colour"));
     EXPECT_THAT(toolkitArguments(), Contains("--above"));
+    EXPECT_THAT(toolkitArguments(), Not(Contains("--overprint")));
+    EXPECT_THAT(toolkitArguments(), Not(Contains("--pages")));
 }
 
 TEST_F(FieldsTest, WhatIsTypedStandsInItsOwnLineAndNowhereElse)

@@ -246,7 +246,7 @@ const std::map<std::string, ppd_cptype_t> kFields = {
     {"KLDepartmentCode", PPD_CUSTOM_PASSCODE}, {"KLOutputProfile", PPD_CUSTOM_STRING},
     {"KLPrivatePIN", PPD_CUSTOM_PASSCODE},     {"KLRGBProfile", PPD_CUSTOM_STRING},
     {"KLWatermarkAngle", PPD_CUSTOM_INT},      {"KLWatermarkSize", PPD_CUSTOM_INT},
-    {"KLWatermarkText", PPD_CUSTOM_STRING},
+    {"KLWatermarkPages", PPD_CUSTOM_STRING},   {"KLWatermarkText", PPD_CUSTOM_STRING},
 };
 
 TEST_F(SampleDriverTest, FieldsTakeOneTypedValueEach)
