@@ -37,7 +37,10 @@ ToolkitCommands::ToolkitCommands(std::string_view letters)
     booklet = {.pageSize = "A4",
                .centreMargin = 20,
                .outerMargin = 10,
-               .ordering = has('r') ? Ordering::RightToLeft : Ordering::LeftToRight};
+               .ordering = has('r') ? Ordering::RightToLeft : Ordering::LeftToRight,
+               .signatureSheets = has('s') ? 1U : 0U,
+               .creep = has('c') ? 1.0 : 0.0,
+               .turnLandscape = has('t')};
     covers = {.back = {styleOf(letters, "NOP"), "Thick", "Tray2"},
               .front = {styleOf(letters, "nop"), "None", "Tray1"},
               .source = "AutoSelect",

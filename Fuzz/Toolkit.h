@@ -12,9 +12,10 @@ struct Job;
 namespace Fuzz {
 
 /// The toolkit's three commands for one input, chosen by the letters of a line: "b" puts the
-/// watermark beneath, "r" orders the booklet from right to left, "1" has a job of one side.
-/// The covers' styles follow from "n", "o", "p" for the front and "N", "O", "P" for the back:
-/// blank, printed on one side, printed like the job.
+/// watermark beneath, "r" orders the booklet from right to left, "s" has a signature for each of
+/// its sheets, "c" has creep, "t" turns its landscape pages, "1" has a job of one side. The covers'
+/// styles follow from "n", "o", "p" for the front and "N", "O", "P" for the back: blank, printed on
+/// one side, printed like the job.
 struct ToolkitCommands {
     explicit ToolkitCommands(std::string_view letters);
 

@@ -35,8 +35,8 @@ struct SideInProgress {
 /// Draws the pages of a document on the sides of sheets.
 class SidePainter {
 public:
-    SidePainter(PDFDocument &document, const SheetLayout &layout)
-        : _document(document), _layout(layout), _forms(document.qpdf())
+    SidePainter(PDFDocument &document, const Booklet &booklet, const SheetLayout &layout)
+        : _document(document), _booklet(booklet), _layout(layout), _forms(document.qpdf())
     {
     }
 
@@ -53,17 +53,20 @@ private:
                                   const std::string &drawing);
 
     PDFDocument &_document;
+    const Booklet &_booklet;
     SheetLayout _layout;
     PDFPageForms _forms;
 };
 
 QPDFObjectHandle SidePainter::paint(const SheetSide &pages)
 {
+    const SheetLayout layout =
+        layoutAtDepth(_layout, pages.depth, _document.pages().size(), _booklet);
     SideInProgress side;
     if (pages.left)
-        drawPage(side, PDFPage(_document.pages().at(*pages.left - 1)), _layout.left);
+        drawPage(side, PDFPage(_document.pages().at(*pages.left - 1)), layout.left);
     if (pages.right)
-        drawPage(side, PDFPage(_document.pages().at(*pages.right - 1)), _layout.right);
+        drawPage(side, PDFPage(_document.pages().at(*pages.right - 1)), layout.right);
 
     QPDFObjectHandle resources = QPDFObjectHandle::newDictionary();
     resources.replaceKey("/XObject", side.objects);
@@ -79,9 +82,11 @@ QPDFObjectHandle SidePainter::paint(const SheetSide &pages)
 
 void SidePainter::drawPage(SideInProgress &side, const PDFPage &page, const Rectangle &area)
 {
-    const Placement place = placementInArea({page.width(), page.height()}, area);
+    const Placement place =
+        placementInArea({page.width(), page.height()}, area, turnOfLandscapePages(_booklet));
     QPDFMatrix matrix;
     matrix.translate(place.x, place.y);
+    matrix.rotatex90(place.turn);
     matrix.scale(place.scale, place.scale);
     matrix.concat(page.fromUserSpace());
 
@@ -184,11 +189,11 @@ void applyToPDF(const Booklet &booklet, const Job &job)
     PDFDocument document(job);
     fillFormFields(document);
 
-    SidePainter painter(document, layout);
+    SidePainter painter(document, booklet, layout);
     const std::size_t pages = document.pages().size();
     std::vector<QPDFObjectHandle> sides;
     for (std::uint64_t side = 0; side < bookletSideCount(pages); ++side)
-        sides.push_back(painter.paint(bookletSide(side, pages, booklet.ordering)));
+        sides.push_back(painter.paint(bookletSide(side, pages, booklet)));
     document.replacePages(std::move(sides));
     askForDuplex(document);
     document.write(job.output);

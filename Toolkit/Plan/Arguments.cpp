@@ -46,6 +46,12 @@ constexpr std::array kBookletOptions = {
     OptionDescription{"--centremargin", "LENGTH", "width of the clear strip along the fold"},
     OptionDescription{"--outermargin", "LENGTH", "width of the clear strip at the other edges"},
     OptionDescription{"--ordering", "LTR|RTL", "which way the booklet is read"},
+    OptionDescription{"--signature", "SHEETS", "how many are folded one in the other, 0 for all",
+                      kOptional},
+    OptionDescription{"--creep", "LENGTH", "how far a sheet sticks out of the one around it",
+                      kOptional},
+    OptionDescription{"--turn-landscape", "", "turn landscape pages to fill their halves",
+                      kOptional},
 };
 constexpr std::array kCoverPagesOptions = {
     OptionDescription{"--back-style", "STYLE", "back cover: none, noprint, print1 or print"},
@@ -166,6 +172,13 @@ Command understandBooklet(const Arguments &arguments)
                                  "The booklet's outer margin is not a length."),
         .ordering = readValue(arguments, "--ordering", orderingFromText,
                               "The booklet's ordering is neither LTR nor RTL."),
+        .signatureSheets = readValueIfGiven(arguments, "--signature", countFromText,
+                                            "The booklet's signature is not a number of sheets.")
+                               .value_or(0),
+        .creep = readValueIfGiven(arguments, "--creep", marginFromText,
+                                  "The booklet's creep is not a length.")
+                     .value_or(0),
+        .turnLandscape = isGiven(arguments, "--turn-landscape"),
     };
 }
 

@@ -2,6 +2,7 @@
 
 #include "PageSelection.h"
 
+#include <cstdint>
 #include <string>
 #include <variant>
 #include <vector>
@@ -37,6 +38,9 @@ struct Booklet {
     double centreMargin;  ///< whole width of the clear strip along the fold, not below 0
     double outerMargin;   ///< width of the clear strip at the other three edges, not below 0
     Ordering ordering;
+    std::uint64_t signatureSheets = 0; ///< folded one in the other; 0 for all of them
+    double creep = 0;           ///< how far a sheet sticks out of the one around it, not below 0
+    bool turnLandscape = false; ///< landscape pages are turned to fill upright halves
 };
 
 /// What a cover carries; an unknown word is no cover.

@@ -3,10 +3,26 @@
 #include "ToolkitError.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
 constexpr double kSmallestArea = 36;
+
+/// The fullest signature: all of the booklet when it has no more sheets than a signature may have.
+std::uint64_t sidesOfSignature(std::uint64_t pages, const Booklet &booklet)
+{
+    const std::uint64_t all = bookletSideCount(pages);
+    const bool isOne = booklet.signatureSheets == 0 || booklet.signatureSheets >= all / 2;
+    return isOne ? all : booklet.signatureSheets * 2;
+}
+
+/// How far the innermost sheet of the fullest signature sticks out of the outermost one.
+double deepestCreep(std::uint64_t pages, const Booklet &booklet)
+{
+    const std::uint64_t sheets = sidesOfSignature(pages, booklet) / 2;
+    return sheets == 0 ? 0 : static_cast<double>(sheets - 1) * booklet.creep;
+}
 
 } // namespace
 
@@ -15,19 +31,24 @@ std::uint64_t bookletSideCount(std::uint64_t pages)
     return (pages + 3) / 4 * 2;
 }
 
-SheetSide bookletSide(std::uint64_t side, std::uint64_t pages, Ordering ordering)
+SheetSide bookletSide(std::uint64_t side, std::uint64_t pages, const Booklet &booklet)
 {
+    const std::uint64_t sides = sidesOfSignature(pages, booklet);
+    const std::uint64_t first = side / sides * sides; // of the signature, as the last
+    const std::uint64_t last = std::min(first + sides, bookletSideCount(pages)) - 1;
+
     // Nested sheets: the outermost carries the first two and the last two pages. On a front the
     // later page is on the left, on a back the earlier one.
-    const std::uint64_t early = side + 1;
-    const std::uint64_t late = bookletSideCount(pages) * 2 - side;
+    const std::uint64_t early = first + side + 1;
+    const std::uint64_t late = first + 2 * last + 2 - side;
     const auto page = [pages](std::uint64_t number) {
         return number <= pages ? std::optional(number) : std::nullopt;
     };
-    const bool earlyOnTheLeft = (side % 2 == 1) == (ordering == Ordering::LeftToRight);
+    SheetSide content = {page(late), page(early), (side - first) / 2, side == last};
+    const bool earlyOnTheLeft = (side % 2 == 1) == (booklet.ordering == Ordering::LeftToRight);
     if (earlyOnTheLeft)
-        return {page(early), page(late)};
-    return {page(late), page(early)};
+        std::swap(content.left, content.right);
+    return content;
 }
 
 PageSize sheetSize(const Booklet &booklet, const std::string &ppdPath)
@@ -56,8 +77,40 @@ SheetLayout sheetLayout(PageSize sheet, const Booklet &booklet)
     return {width, height, left, right};
 }
 
-Placement placementInArea(PageSize page, const Rectangle &area)
+SheetLayout layoutAtDepth(const SheetLayout &layout, std::uint64_t depth, std::uint64_t pages,
+                          const Booklet &booklet)
 {
+    const double deepest = deepestCreep(pages, booklet);
+    const double moved = static_cast<double>(depth) * booklet.creep;
+    SheetLayout moving = layout;
+    moving.left.width -= deepest;
+    moving.left.x += moved;
+    moving.right.width -= deepest;
+    moving.right.x += deepest - moved;
+    if (moving.left.width < kSmallestArea)
+        throw ToolkitError("The booklet's margins and creep leave no room for the pages.");
+    return moving;
+}
+
+int turnOfLandscapePages(const Booklet &booklet)
+{
+    if (!booklet.turnLandscape)
+        return 0;
+    return booklet.ordering == Ordering::LeftToRight ? 90 : 270;
+}
+
+Placement placementInArea(PageSize page, const Rectangle &area, int turn)
+{
+    if (turn != 0 && page.width > page.height && area.height > area.width) {
+        Placement place = placementInArea({page.height, page.width}, area);
+        place.turn = turn;
+        // Turned counter-clockwise, the page's own corner lies on the right, else on top.
+        if (turn == 90)
+            place.x += place.scale * page.height;
+        else
+            place.y += place.scale * page.width;
+        return place;
+    }
     const double scale = std::min(area.width / page.width, area.height / page.height);
     return {
         .scale = scale,

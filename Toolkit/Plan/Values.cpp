@@ -14,6 +14,8 @@ constexpr double kPointsPerInch = 72;
 constexpr double kMillimetresPerInch = 25.4;
 /// Far beyond any paper, and still a number that every PostScript and PDF reader takes.
 constexpr double kLongest = 1'000'000;
+/// Far beyond any job.
+constexpr std::uint64_t kHighestCount = 1'000'000;
 
 bool isDigit(char c)
 {
@@ -69,6 +71,16 @@ std::optional<double> numberFromText(std::string_view text)
     if (result.ec != std::errc() || result.ptr != end)
         return std::nullopt;
     return text.starts_with('-') ? -number : number;
+}
+
+std::optional<std::uint64_t> countFromText(std::string_view text)
+{
+    std::uint64_t count = 0;
+    const char *const end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, count);
+    if (result.ec != std::errc() || result.ptr != end || count > kHighestCount)
+        return std::nullopt;
+    return count;
 }
 
 std::optional<double> lengthFromText(std::string_view text)

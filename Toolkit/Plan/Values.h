@@ -2,18 +2,22 @@
 
 #include "Commands.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 // How the value of an option is read. The whole text must make the value: the empty text, blanks,
-// signs of other notations and anything left over make the first four of these hand back nothing.
+// signs of other notations and anything left over make the first five of these hand back nothing.
 // Nothing depends on the locale.
 
 /// A decimal number: an optional sign, digits with an optional point, no exponent.
 /// @return nullopt also for one that is out of a double's range
 std::optional<double> numberFromText(std::string_view text);
+
+/// How many there are of something: digits alone, up to 1,000,000.
+std::optional<std::uint64_t> countFromText(std::string_view text);
 
 /// A decimal number with "pt", "mm" or "in" directly behind it, points without.
 /// @return points, within 1,000,000 of 0

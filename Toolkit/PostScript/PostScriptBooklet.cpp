@@ -38,6 +38,7 @@ private:
     void writeHalf(std::uint64_t pageNumber, const Rectangle &area);
     PageSize mediaOf(const DSCPage &page) const;
     std::string request() const;
+    std::string procSet() const;
 
     const Booklet &_booklet;
     const DSCDocument _document;
@@ -63,7 +64,6 @@ void BookletWriter::write()
     writeProlog();
     for (std::uint64_t side = 0; side < bookletSideCount(_document.pages().size()); ++side)
         writeSide(side);
-    _writer.call("KLToolkitBookletEnd");
     _writer.copyWithout(_document.trailer(), kDocumentComments);
     _writer.finish();
 }
@@ -100,7 +100,7 @@ void BookletWriter::writeProlog()
     const bool hasSetup = _document.beginOfSetup().has_value();
     const std::uint64_t setup = _document.beginOfSetup().value_or(firstPage);
     _writer.copyWithout({_document.header().end, procedures}, kPageComments);
-    _writer.procedures("KLToolkitBooklet", request(), kBookletProcSet);
+    _writer.procedures("KLToolkitBooklet", request(), procSet());
     _writer.proceduresForCutOffPage();
     _writer.copy({procedures, setup});
     if (!hasSetup)
@@ -121,6 +121,17 @@ std::string BookletWriter::request() const
            postScriptNumbers(std::array{defaultSize.width, defaultSize.height}) + "] def\n";
 }
 
+/// With those for turned pages in their place, if pages are to be turned.
+std::string BookletWriter::procSet() const
+{
+    constexpr std::string_view kPlace = "% TurnedPages.ps\n";
+    const int turn = turnOfLandscapePages(_booklet);
+    const std::string turnedPages =
+        turn == 0 ? "" : fmt::format("/turn {} def\n{}", turn, kTurnedPagesProcSet);
+    std::string text(kBookletProcSet);
+    return text.replace(text.find(kPlace), kPlace.size(), turnedPages);
+}
+
 PageSize BookletWriter::mediaOf(const DSCPage &page) const
 {
     return _document.mediaOf(page).value_or(_defaultSize);
@@ -132,8 +143,10 @@ void BookletWriter::writeSide(std::uint64_t side)
         std::optional<std::uint64_t> page;
         Rectangle area;
     };
-    const SheetSide content = bookletSide(side, _document.pages().size(), _booklet.ordering);
-    std::array<Half, 2> halves = {{{content.left, _layout.left}, {content.right, _layout.right}}};
+    const std::uint64_t pages = _document.pages().size();
+    const SheetSide content = bookletSide(side, pages, _booklet);
+    const SheetLayout layout = layoutAtDepth(_layout, content.depth, pages, _booklet);
+    std::array<Half, 2> halves = {{{content.left, layout.left}, {content.right, layout.right}}};
     // The earlier page comes first: on a front, what it asks of the device can then be done at
     // once.
     if (content.left && content.right && *content.right < *content.left)
@@ -148,6 +161,9 @@ void BookletWriter::writeSide(std::uint64_t side)
     const bool isBack = side % 2 == 1;
     if (isBack)
         _writer.call("KLToolkitBookletEndSheet");
+    // To the procedures each signature is a booklet of its own.
+    if (content.endsSignature)
+        _writer.call("KLToolkitBookletEnd");
 }
 
 void BookletWriter::writeHalf(std::uint64_t pageNumber, const Rectangle &area)

@@ -283,6 +283,107 @@ TEST_F(ToolkitPDFBookletTest, PagesStandAsTheyAreReadWhateverTheirRotation)
     EXPECT_EQ((std::vector<int>{1, 2, 3, 4, 5, 6, 7, 0}), readFolded(sides, Ordering::LeftToRight));
 }
 
+TEST_F(ToolkitPDFBookletTest, SignaturesAreFoldedOneBehindTheOther)
+{
+    for (const Ordering ordering : {Ordering::LeftToRight, Ordering::RightToLeft}) {
+        Booklet booklet = plainBooklet(ordering);
+        booklet.signatureSheets = 2;
+        const auto sides = rendered(folded(numberedDocument(19), booklet), 12);
+        ASSERT_EQ(10U, sides.size());
+        // Signatures of two sheets, two and one.
+        std::vector<int> book;
+        for (const auto &[first, end] : {std::pair(0, 4), {4, 8}, {8, 10}}) {
+            const auto part = readFolded({sides.begin() + first, sides.begin() + end}, ordering);
+            book.insert(book.end(), part.begin(), part.end());
+        }
+        EXPECT_EQ((std::vector<int>{1,  2,  3,  4,  5,  6,  7,  8,  9,  10,
+                                    11, 12, 13, 14, 15, 16, 17, 18, 19, 0}),
+                  book);
+    }
+}
+
+TEST_F(ToolkitPDFBookletTest, PagesOfInnerSheetsMoveTowardsTheFold)
+{
+    Booklet booklet = plainBooklet();
+    booklet.centreMargin = 20;
+    booklet.outerMargin = 20;
+    booklet.creep = 5;
+    PDFBuilder builder;
+    for (int page = 0; page < 12; ++page) // halves are 260 by 360 on three sheets, a page as well
+        builder.addPage("/MediaBox [0 0 130 180]", "0 1 0 rg -9 -9 999 999 re f");
+    const auto sides = rendered(folded(builder.document(), booklet));
+    ASSERT_EQ(6U, sides.size());
+    for (std::size_t side = 0; side < 6; ++side) {
+        SCOPED_TRACE(side);
+        const double moved = 5.0 * static_cast<double>(side / 2);
+        const auto colour = [&](double x) { return sides[side].colourAt({x, 200}); };
+        EXPECT_EQ(kWhite, colour(20 + moved - 1));
+        EXPECT_EQ(kGreen, colour(20 + moved + 1));
+        EXPECT_EQ(kGreen, colour(280 + moved - 1));
+        EXPECT_EQ(kWhite, colour(280 + moved + 1));
+        EXPECT_EQ(kWhite, colour(320 - moved - 1));
+        EXPECT_EQ(kGreen, colour(320 - moved + 1));
+        EXPECT_EQ(kGreen, colour(580 - moved - 1));
+        EXPECT_EQ(kWhite, colour(580 - moved + 1));
+    }
+}
+
+TEST_F(ToolkitPDFBookletTest, CreepThatLeavesNoRoomIsRefused)
+{
+    Booklet booklet = plainBooklet();
+    booklet.creep = 133; // two sheets around the innermost: 300 - 2 * 133 is 34
+    EXPECT_EQ("The booklet's margins and creep leave no room for the pages.",
+              problem(numberedDocument(12), booklet));
+    EXPECT_EQ("none", problem(numberedDocument(8), booklet));
+}
+
+TEST_F(ToolkitPDFBookletTest, LandscapePagesAreTurnedToFillTheirHalves)
+{
+    // Of each page the left foot is blue and the left head red.
+    const std::string contents =
+        "0 1 0 rg 0 0 400 300 re f 0 0 1 rg 0 0 40 40 re f 1 0 0 rg 0 260 40 40 re f";
+    PDFBuilder builder;
+    for (int page = 0; page < 3; ++page)
+        builder.addPage("/MediaBox [0 0 400 300]", contents);
+    builder.addPage(kHalf, "0 0 0 rg 0 0 40 40 re f"); // upright, and stays so
+    for (const Ordering ordering : {Ordering::LeftToRight, Ordering::RightToLeft}) {
+        Booklet booklet = plainBooklet(ordering);
+        booklet.turnLandscape = true;
+        const auto sides = rendered(folded(builder.document(), booklet));
+        ASSERT_EQ(2U, sides.size());
+        const bool leftToRight = ordering == Ordering::LeftToRight;
+        const auto expectTurned = [&](const RenderedPage &side, double left) {
+            const auto at = [&](double x, double y) { return side.colourAt({left + x, y}); };
+            // The head lies on the left, or on the right.
+            EXPECT_EQ(leftToRight ? kRed : kGreen, at(20, 20));
+            EXPECT_EQ(leftToRight ? kBlue : kGreen, at(280, 20));
+            EXPECT_EQ(leftToRight ? kGreen : kBlue, at(20, 380));
+            EXPECT_EQ(leftToRight ? kGreen : kRed, at(280, 380));
+        };
+        expectTurned(sides[0], leftToRight ? kWidth : 0);
+        expectTurned(sides[1], 0);
+        expectTurned(sides[1], kWidth);
+        EXPECT_EQ(kBlack, sides[0].colourAt({leftToRight ? 20 : kWidth + 20, 20}));
+    }
+}
+
+TEST_F(ToolkitPDFBookletTest, LandscapeIsHowAPageIsRead)
+{
+    Booklet booklet = plainBooklet();
+    booklet.turnLandscape = true;
+    PDFBuilder builder;
+    builder.addPage("/MediaBox [0 0 300 400] /Rotate 90", "0 1 0 rg 0 0 300 400 re f");
+    builder.addPage("/MediaBox [0 0 400 300] /Rotate 90", "0 1 0 rg 0 0 400 300 re f");
+    const auto sides = rendered(folded(builder.document(), booklet));
+    ASSERT_EQ(2U, sides.size());
+    for (const auto &[side, left] : {std::pair(0U, kWidth), {1U, 0.0}}) {
+        for (const double x : {2.0, kWidth - 2}) {
+            EXPECT_EQ(kGreen, sides[side].colourAt({left + x, 2})) << side;
+            EXPECT_EQ(kGreen, sides[side].colourAt({left + x, kHeight - 2})) << side;
+        }
+    }
+}
+
 TEST_F(ToolkitPDFBookletTest, NothingLeavesThePagesOwnArea)
 {
     PDFBuilder builder;

@@ -224,6 +224,33 @@ TEST(ToolkitArgumentsTest, PagesThatAreNoneAreRefused)
               problem(with(watermarkWords(), {"--pages", "last"})));
 }
 
+TEST(ToolkitArgumentsTest, ABookletIsOneSignatureWithoutCreepUnlessTheyAreNamed)
+{
+    const auto plain = understood<Booklet>(bookletWords());
+    EXPECT_EQ(0U, plain.signatureSheets);
+    EXPECT_EQ(0, plain.creep);
+    EXPECT_FALSE(plain.turnLandscape);
+
+    const auto booklet = understood<Booklet>(
+        with(bookletWords(), {"--signature", "4", "--creep", "0.2mm", "--turn-landscape"}));
+    EXPECT_EQ(4U, booklet.signatureSheets);
+    EXPECT_DOUBLE_EQ(0.2 * 72 / 25.4, booklet.creep);
+    EXPECT_TRUE(booklet.turnLandscape);
+    EXPECT_EQ(0U, understood<Booklet>(with(bookletWords(), {"--signature", "0"})).signatureSheets);
+}
+
+TEST(ToolkitArgumentsTest, SignaturesAndCreepThatAreNoneAreRefused)
+{
+    for (const char *sheets : {"", "-1", "+1", "1.5", "4 ", "four", "1000001", "0x4"}) {
+        EXPECT_EQ("The booklet's signature is not a number of sheets.",
+                  problem(with(bookletWords(), {"--signature", sheets})));
+    }
+    for (const char *creep : {"", "-1", "thin", "1cm", "Off"}) {
+        EXPECT_EQ("The booklet's creep is not a length.",
+                  problem(with(bookletWords(), {"--creep", creep})));
+    }
+}
+
 TEST(ToolkitArgumentsTest, HelpTellsWhichOptionsAreNeeded)
 {
     const std::string help = requestedHelp({"watermark", "--help"}).value_or("");
@@ -235,7 +262,7 @@ TEST(ToolkitArgumentsTest, HelpTellsWhichOptionsAreNeeded)
     EXPECT_LT(help.find("  --text "), optional);
     EXPECT_LT(optional, help.find("  --pages "));
     EXPECT_THAT(
-        requestedHelp({"booklet", "--help"}),
+        requestedHelp({"coverpages", "--help"}),
         Optional(testing::AllOf(HasSubstr("All options are needed:"), Not(HasSubstr("optional")))));
 }
 
@@ -355,6 +382,16 @@ TEST(ToolkitValuesTest, NumbersAreDecimal)
                              "--1", "1,5", "\xD9\xA1", "ten"})
         EXPECT_EQ(std::nullopt, numberFromText(text)) << text;
     EXPECT_EQ(std::nullopt, numberFromText(std::string(400, '9')));
+}
+
+TEST(ToolkitValuesTest, CountsAreDigits)
+{
+    EXPECT_EQ(0U, countFromText("0"));
+    EXPECT_EQ(16U, countFromText("016"));
+    EXPECT_EQ(1'000'000U, countFromText("1000000"));
+    for (const char *text :
+         {"", " 1", "1 ", "-1", "+1", "1.0", "1e3", "x", "1000001", "99999999999999999999999"})
+        EXPECT_EQ(std::nullopt, countFromText(text)) << text;
 }
 
 TEST(ToolkitValuesTest, LengthsCarryTheirUnit)

@@ -182,6 +182,172 @@ TEST(PostScriptBookletTest, UnknownSheetIsRefused)
     EXPECT_THROW(processed(colouredPages(4).text(), request), ToolkitError);
 }
 
+// --- Signatures and creep ------------------------------------------------------------------------
+
+TEST(PostScriptBookletTest, SignaturesAreFoldedOneBehindTheOther)
+{
+    for (const Ordering ordering : {Ordering::LeftToRight, Ordering::RightToLeft}) {
+        Booklet request = booklet(ordering);
+        request.signatureSheets = 2;
+        const auto sides = rendered(processed(colouredPages(19).text(), request)).pages;
+        ASSERT_EQ(10U, sides.size());
+        // Signatures of two sheets, two and one.
+        std::vector<Colour> book;
+        for (const auto &[first, end] : {std::pair(0, 4), {4, 8}, {8, 10}}) {
+            const auto part = folded({sides.begin() + first, sides.begin() + end}, ordering);
+            book.insert(book.end(), part.begin(), part.end());
+        }
+        for (std::size_t page = 1; page <= 20; ++page)
+            EXPECT_EQ(page <= 19 ? colourOf(page) : kWhite, book.at(page - 1)) << page;
+    }
+}
+
+TEST(PostScriptBookletTest, PagesOfInnerSheetsMoveTowardsTheFold)
+{
+    Booklet request = booklet();
+    request.centreMargin = 40;
+    request.outerMargin = 30;
+    request.creep = 10;
+    PostScriptSample sample;
+    // As high as the halves of 535.28 points, and wider.
+    sample.setup = "<< /PageSize [400 400] >> setpagedevice\n";
+    sample.pages.assign(12, "0 0 1 setrgbcolor -9 -9 999 999 rectfill showpage\n");
+    const auto sides = renderText(processed(sample.text(), request), {.resolution = 144}).pages;
+    ASSERT_EQ(6U, sides.size());
+    // Each half: from 30 to 400.9 without creep, which is 20 for the innermost of three sheets.
+    for (std::size_t side = 0; side < 6; ++side) {
+        SCOPED_TRACE(side);
+        const double moved = 10.0 * static_cast<double>(side / 2);
+        const auto colour = [&](double x) { return colourAt(sides[side], x, kMiddle); };
+        EXPECT_EQ(kWhite, colour(30 + moved - 2));
+        EXPECT_EQ(kBlue, colour(30 + moved + 2));
+        EXPECT_EQ(kBlue, colour(380.9 + moved - 2));
+        EXPECT_EQ(kWhite, colour(380.9 + moved + 2));
+        EXPECT_EQ(kWhite, colour(460.9 - moved - 2));
+        EXPECT_EQ(kBlue, colour(460.9 - moved + 2));
+        EXPECT_EQ(kBlue, colour(811.9 - moved - 2));
+        EXPECT_EQ(kWhite, colour(811.9 - moved + 2));
+    }
+}
+
+TEST(PostScriptBookletTest, CreepThatLeavesNoRoomIsRefused)
+{
+    Booklet request = booklet();
+    request.creep = 200; // half of the sheet is 421 wide
+    EXPECT_THROW(processed(colouredPages(12).text(), request), ToolkitError);
+    EXPECT_NO_THROW(processed(colouredPages(8).text(), request));
+}
+
+// --- Landscape pages -----------------------------------------------------------------------------
+
+namespace {
+
+/// 300 by 200 points, blue; the left foot is red, the left head green.
+constexpr char kLandscapePage[] = "0 0 1 setrgbcolor -9 -9 999 999 rectfill\n"
+                                  "1 0 0 setrgbcolor 0 0 50 50 rectfill\n"
+                                  "0 1 0 setrgbcolor 0 150 50 50 rectfill showpage\n";
+constexpr char kLandscapeSize[] = "<< /PageSize [300 200] >> setpagedevice\n";
+
+Booklet turningBooklet(Ordering ordering = Ordering::LeftToRight)
+{
+    Booklet request = booklet(ordering);
+    request.turnLandscape = true;
+    return request;
+}
+
+/// Turned, the page is 397 by 595 points and stands in the middle of its half of 421 by 595.
+void expectTurned(const RenderedPage &sheet, double middle, bool counterClockwise = true)
+{
+    const double left = middle - 180;
+    const double right = middle + 180;
+    EXPECT_EQ(counterClockwise ? Support::kGreen : kBlue, colourAt(sheet, left, 10));
+    EXPECT_EQ(counterClockwise ? kRed : kBlue, colourAt(sheet, right, 10));
+    EXPECT_EQ(counterClockwise ? kBlue : kRed, colourAt(sheet, left, kSheetWidth - 10));
+    EXPECT_EQ(counterClockwise ? kBlue : Support::kGreen, colourAt(sheet, right, kSheetWidth - 10));
+    EXPECT_EQ(kWhite, colourAt(sheet, middle - 203, kMiddle));
+    EXPECT_EQ(kWhite, colourAt(sheet, middle + 203, kMiddle));
+}
+
+} // namespace
+
+TEST(PostScriptBookletTest, LandscapePagesAreTurnedToFillTheirHalves)
+{
+    PostScriptSample sample;
+    sample.setup = kLandscapeSize;
+    sample.pages.assign(4, kLandscapePage);
+    for (const Ordering ordering : {Ordering::LeftToRight, Ordering::RightToLeft}) {
+        const auto sheets = rendered(processed(sample.text(), turningBooklet(ordering)));
+        EXPECT_EQ("", sheets.log);
+        ASSERT_EQ(2U, sheets.pages.size());
+        for (const auto &sheet : sheets.pages) {
+            expectTurned(sheet, kLeft, ordering == Ordering::LeftToRight);
+            expectTurned(sheet, kRight, ordering == Ordering::LeftToRight);
+        }
+    }
+}
+
+TEST(PostScriptBookletTest, OnlyLandscapePagesAreTurned)
+{
+    PostScriptSample sample = colouredPages(4);
+    sample.pages[0] = std::string(kLandscapeSize) + kLandscapePage;
+    const auto sheets = rendered(processed(sample.text(), turningBooklet()));
+    expectTurned(sheets.pages.at(0), kRight);
+    EXPECT_EQ(colourOf(4), colourAt(sheets.pages[0], kLeft, 5));
+    EXPECT_EQ(colourOf(2), colourAt(sheets.pages.at(1), kLeft, 5));
+    EXPECT_EQ(colourOf(3), colourAt(sheets.pages[1], kRight, 5));
+}
+
+TEST(PostScriptBookletTest, NoPageIsTurnedOnAHalfThatIsWiderThanHigh)
+{
+    PostScriptSample sample;
+    sample.setup = kLandscapeSize;
+    sample.pages.assign(1, kLandscapePage);
+    Booklet request = turningBooklet();
+    request.pageSize = "strip_x_200x500mm"; // halves of 708.7 by 566.9 points
+    const auto sheets = rendered(processed(sample.text(), request));
+    // By 2.36 to 708.7 by 472.4 points, upright.
+    const RenderedPage &sheet = sheets.pages.at(0);
+    const auto at = [&](double x, double y) { return sheet.colourAt({sheet.width() - y, x}); };
+    EXPECT_EQ(kRed, at(708.7 + 20, 67));
+    EXPECT_EQ(Support::kGreen, at(708.7 + 20, 500));
+    EXPECT_EQ(kBlue, at(1417.3 - 20, 500));
+}
+
+TEST(PostScriptBookletTest, WithoutTheOptionNoPageIsTurned)
+{
+    PostScriptSample sample;
+    sample.setup = kLandscapeSize;
+    sample.pages.assign(4, kLandscapePage);
+    const std::string output = processed(sample.text(), booklet());
+    EXPECT_EQ(0U, countOf("Turned", output));
+    const auto sheets = rendered(output);
+    EXPECT_EQ(kWhite, colourAt(sheets.pages.at(0), kRight, 20));
+    EXPECT_EQ(kBlue, colourAt(sheets.pages[0], kRight, kMiddle));
+}
+
+/// The page's size is known by a comment, or as soon as the page has asked for it.
+TEST(PostScriptBookletTest, SizeInForceDecidesWhetherAPageIsTurned)
+{
+    PostScriptSample byComment;
+    byComment.setup = "";
+    byComment.pages.assign(1, kLandscapePage);
+    std::string text = byComment.text();
+    text.insert(text.find('\n') + 1, "%%DocumentMedia: X 300 200 0 () ()\n");
+    expectTurned(rendered(processed(text, turningBooklet())).pages.at(0), kRight);
+
+    PostScriptSample byRequest = colouredPages(1);
+    byRequest.pages[0] = "0 setgray 0 0 200 300 rectfill save 9 9 scale initmatrix\n" +
+                         std::string(kLandscapeSize) + "gsave 9 9 scale initgraphics " +
+                         "matrix defaultmatrix setmatrix grestore initclip initmatrix\n" +
+                         kLandscapePage + "restore\n";
+    expectTurned(rendered(processed(byRequest.text(), turningBooklet())).pages.at(0), kRight);
+    byRequest.pages[0] = std::string(kLandscapeSize) + kLandscapePage +
+                         "<< /PageSize [200 300] >> setpagedevice\n" + colouredPage(1);
+    EXPECT_EQ(
+        colourOf(1),
+        colourAt(rendered(processed(byRequest.text(), turningBooklet())).pages.at(0), kRight, 5));
+}
+
 // --- The page's own size -------------------------------------------------------------------------
 
 namespace {
@@ -513,6 +679,20 @@ TEST(PostScriptBookletTest, PageBehindTheMiddleDoesNotChangeTheSheets)
     EXPECT_EQ(std::string(kBothSides) + kBothSides + kSet + "last \n",
               logOfRequests({"", "", "", "", colourRequest("x"), "", "",
                              colourRequest("y") + colourRequest("last")}));
+}
+
+TEST(PostScriptBookletTest, RequestsBehindTheMiddleOfASignatureAreMadeBeforeTheNext)
+{
+    PostScriptSample sample = colouredPages(12);
+    for (std::size_t page = 0; page < 8; ++page)
+        sample.pages[page] = colourRequest("c" + std::to_string(page + 1)) + sample.pages[page];
+    Booklet request = booklet();
+    request.signatureSheets = 1;
+    // Each signature is a sheet: pages 1 to 4, then 5 to 8, then 9 to 12, which ask for nothing.
+    EXPECT_EQ(std::string(kSheetsOwn) + kSet + "c1 \n" + kBothSides + kSet + "c2 \n" + kSet +
+                  "c4 \n" + kSet + "c5 \n" + kBothSides + kSet + "c6 \n" + kSet + "c8 \n" +
+                  kBothSides,
+              deviceLog(processed(sample.text(), request)));
 }
 
 namespace {
