@@ -133,18 +133,30 @@ std::string margin(const KLPrintOptions &options, std::string_view key)
     return value == "Off" ? "0" : value;
 }
 
+/// The option with its value, for a job that asks for it.
+void appendUnlessOff(Arguments &arguments, const char *option, const std::string &value)
+{
+    if (value != "Off")
+        arguments.insert(arguments.end(), {option, value});
+}
+
 Arguments bookletArguments(const KLPrintOptions &options)
 {
     const bool leftToRight = textOption(options, "BookletPageLayout", "True") == "True";
-    return {"booklet",
-            "--pagesize",
-            textOption(options, "BookletPaperSize", "None"),
-            "--centremargin",
-            margin(options, "BookletCenterMargin"),
-            "--outermargin",
-            margin(options, "BookletOuterMargin"),
-            "--ordering",
-            leftToRight ? "LTR" : "RTL"};
+    Arguments arguments = {"booklet",
+                           "--pagesize",
+                           textOption(options, "BookletPaperSize", "None"),
+                           "--centremargin",
+                           margin(options, "BookletCenterMargin"),
+                           "--outermargin",
+                           margin(options, "BookletOuterMargin"),
+                           "--ordering",
+                           leftToRight ? "LTR" : "RTL"};
+    appendUnlessOff(arguments, "--signature", textOption(options, "BookletSignatureSheets", "Off"));
+    appendUnlessOff(arguments, "--creep", textOption(options, "BookletCreep", "Off"));
+    if (textOption(options, "BookletTurnLandscape", "False") == "True")
+        arguments.emplace_back("--turn-landscape");
+    return arguments;
 }
 
 bool usesCover(const KLPrintOptions &options, const std::string &side)

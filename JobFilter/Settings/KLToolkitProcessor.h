@@ -103,6 +103,9 @@ public:
     /// - "BookletCenterMargin" and "BookletOuterMargin", lengths as toolkit(1) reads them, default
     ///   "Off", which is 0
     /// - "BookletPageLayout", default "True": that is from left to right, all else right to left
+    /// - "BookletSignatureSheets", a number of sheets, and "BookletCreep", a length, default "Off":
+    ///   handed on as they are, and not at all when they are "Off"
+    /// - "BookletTurnLandscape", default "False": landscape pages are turned when it is "True"
     /// When it worked, the job prints duplex with tumble: the PPD's mark and the store's "Duplex"
     /// become "DuplexTumble", for the cover pages and for the header.
     ///

@@ -677,6 +677,30 @@ TEST_F(KLToolkitProcessorTest, OnlyTrueIsLeftToRight)
     EXPECT_EQ("RTL", calls().front()[8]);
 }
 
+TEST_F(KLToolkitProcessorTest, SignaturesCreepAndTurnedPagesGoAlongWhereTheyAreAskedFor)
+{
+    EXPECT_THAT(onlyCall("BookletPaperSize=A3 BookletSignatureSheets=4 BookletCreep=0.2mm "
+                         "BookletTurnLandscape=true"),
+                ElementsAre("booklet", "--pagesize", "A3", "--centremargin", "0", "--outermargin",
+                            "0", "--ordering", "LTR", "--signature", "4", "--creep", "0.2mm",
+                            "--turn-landscape"));
+}
+
+TEST_F(KLToolkitProcessorTest, SignaturesCreepAndTurnedPagesThatAreOffDoNotGoAlong)
+{
+    EXPECT_EQ(9U, onlyCall("BookletPaperSize=A3 BookletSignatureSheets=Off BookletCreep=Off "
+                           "BookletTurnLandscape=false")
+                      .size());
+}
+
+TEST_F(KLToolkitProcessorTest, OnlyOffIsNoSignatureAndOnlyTrueTurns)
+{
+    EXPECT_THAT(onlyCall("BookletPaperSize=A3 BookletSignatureSheets..n.=0 BookletCreep= "
+                         "BookletTurnLandscape=yes"),
+                ElementsAre("booklet", "--pagesize", "A3", "--centremargin", "0", "--outermargin",
+                            "0", "--ordering", "LTR", "--signature", "0", "--creep", ""));
+}
+
 TEST_F(KLToolkitProcessorTest, AnEmptyPaperSizeIsASizeToo)
 {
     EXPECT_EQ("", onlyCall("BookletPaperSize=")[2]);
