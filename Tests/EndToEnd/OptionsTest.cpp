@@ -251,6 +251,15 @@ TEST_F(OptionsTest, Booklet)
                             "--outermargin", "5mm", "--ordering", "RTL"));
 }
 
+TEST_F(OptionsTest, BookletInSignatures)
+{
+    EXPECT_THAT(toolkitCallWith({"BookletPaperSize=A4", "BookletSignatureSheets=4",
+                                 "BookletCreep=0.2mm", "BookletTurnLandscape=True"}),
+                ElementsAre("booklet", "--pagesize", "A4", "--centremargin", "0", "--outermargin",
+                            "0", "--ordering", "LTR", "--signature", "4", "--creep", "0.2mm",
+                            "--turn-landscape"));
+}
+
 TEST_F(OptionsTest, BookletIsBoundAtTheShortEdge)
 {
     EXPECT_THAT(headerLines(printWith({"BookletPaperSize=A3"}, kToolkitQueue)),
