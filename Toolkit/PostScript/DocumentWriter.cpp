@@ -92,11 +92,16 @@ void DocumentWriter::call(std::string_view procedure, std::string_view operands)
 void DocumentWriter::procedures(std::string_view name, std::string_view request,
                                 std::string_view procedures)
 {
-    std::string text = fmt::format("/{0}.N 64 dict def\n{0}.N begin\n", name);
+    const std::string begin = fmt::format("{}.N begin\n", name);
+    std::string text = fmt::format("/{}.N 64 dict def\n", name);
+    text += begin;
     text += request;
     text += kReplacingProcSet;
     text += "end\n";
     text += procedures;
+    text += begin;
+    text += kBindingProcSet;
+    text += "end\n";
     if (_document.namesOperatorDictionary())
         text += kSystemdictProcSet;
     procSet(name, text);

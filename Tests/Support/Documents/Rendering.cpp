@@ -4,6 +4,7 @@
 #include "TemporaryFolder.h"
 
 #include <algorithm>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
@@ -182,6 +183,55 @@ Rendering renderText(std::string_view document, const RenderingOptions &options)
 {
     const TemporaryFolder folder;
     return renderFile(folder.write("document", document), options);
+}
+
+namespace {
+
+/// Runs a file and tells how many pages have been shown by its end.
+constexpr char kRunner[] =
+    "/Support.run { save /Support.level exch def\n"
+    "{ run } stopped { (error: ) print $error /errorname get = } if\n"
+    "clear cleardictstack Support.level restore\n"
+    "(Support.pages ) print currentpagedevice /PageCount get = } bind def\n";
+
+/// The log of one document and the count of the pages so far; both are taken off the text.
+std::pair<std::string, std::size_t> takeLog(std::string_view &text)
+{
+    constexpr std::string_view kCount = "Support.pages ";
+    const auto count = text.find(kCount);
+    if (count == std::string_view::npos)
+        throw std::runtime_error("Ghostscript did not come to a document's end");
+    std::pair log{std::string(text.substr(0, count)),
+                  std::stoul(std::string(text.substr(count + kCount.size(), 12)))};
+    text.remove_prefix(text.find('\n', count) + 1);
+    return log;
+}
+
+} // namespace
+
+std::vector<Rendering> renderEach(const std::vector<std::string> &documents,
+                                  const RenderingOptions &options)
+{
+    const TemporaryFolder folder;
+    std::string runs = kRunner;
+    for (std::size_t index = 0; index < documents.size(); ++index) {
+        const std::string path = folder.write(std::to_string(index), documents[index]);
+        runs += "(" + path + ") Support.run\n";
+    }
+    RenderingOptions reading = options;
+    reading.arguments.push_back("--permit-file-read=" + folder.path() + "/*");
+    Rendering all = renderText(runs, reading);
+
+    std::vector<Rendering> renderings;
+    std::string_view text = all.log;
+    auto page = all.pages.begin();
+    for (std::size_t index = 0; index < documents.size(); ++index) {
+        const auto [log, count] = takeLog(text);
+        const auto end = all.pages.begin() + static_cast<std::ptrdiff_t>(count);
+        renderings.push_back({{std::move_iterator(page), std::move_iterator(end)}, log});
+        page = end;
+    }
+    return renderings;
 }
 
 } // namespace Support

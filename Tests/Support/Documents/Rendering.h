@@ -118,4 +118,11 @@ Rendering renderFile(const std::string &path, const RenderingOptions &options = 
 /// The same for a document in memory.
 Rendering renderText(std::string_view document, const RenderingOptions &options = {});
 
+/// The same for many PostScript documents in one run of Ghostscript: each in a saved state of its
+/// own, so that none sees what another one has defined. What an error in one of them has been is in
+/// its log.
+/// @return one for each document, in their order
+std::vector<Rendering> renderEach(const std::vector<std::string> &documents,
+                                  const RenderingOptions &options = {});
+
 } // namespace Support

@@ -1,0 +1,324 @@
+#include "PostScriptCommands.h"
+
+#include "ToolkitPostScript.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <fmt/format.h>
+
+using Support::Rendering;
+
+// Documents give the operators other meanings, under names and in dictionaries of their own, and
+// each in its own order. All documents here print the same two pages, whatever they do on the way;
+// so what a command makes of them is the same, too.
+
+namespace {
+
+// --- The documents -------------------------------------------------------------------------------
+
+/// An operator that a page makes use of, and what is drawn around that.
+struct Operator {
+    std::string name;
+    std::string noEffect; ///< procedure that takes its operands and does nothing
+    std::string before;   ///< on the page, ahead of it
+    std::string operands;
+    std::string behind;
+};
+
+std::string box(int page)
+{
+    return fmt::format("0 0 1 setrgbcolor 20 {} 160 80 rectfill ", page == 1 ? 20 : 180);
+}
+
+const std::string kJunk = "0 setgray 0 0 90 300 rectfill ";
+
+/// BOX stands for the page's own mark.
+const std::vector<Operator> kOperators = {
+    {"showpage", "{ }", "BOX", "", ""},
+    {"copypage", "{ }", "BOX", "", "erasepage"},
+    {"erasepage", "{ }", kJunk, "", "BOX showpage"},
+    {"setpagedevice", "{ pop }", kJunk, "<< /PageSize [200 300] >> ", "BOX showpage"},
+    {"initgraphics", "{ }", "9 9 scale 0 0 1 1 rectclip ", "", "BOX showpage"},
+    {"initmatrix", "{ }", "9 9 scale ", "", "BOX showpage"},
+};
+
+/// How a document keeps the operator: a definition of "real". OP stands for its name.
+struct Keeping {
+    std::string name;
+    std::string text;
+    bool isAtOnce = true; ///< else the name is looked up when "real" is called
+};
+
+const std::vector<Keeping> kKeepings = {
+    {"Bound", "/real { OP } bind def\n"},
+    {"BoundByAnotherName", "/bdef { bind def } bind def /real { OP } bdef\n"},
+    {"BoundInside", "/real { true { true { OP } if } if } bind def\n"},
+    {"BoundPacked", "true setpacking /real { true { OP } if } bind def false setpacking\n"},
+    {"BoundLoaded", "/op /OP load def /real { op } bind def\n"},
+    {"BoundByTheOperatorItself", "/real { OP } systemdict /bind get exec def\n"},
+    {"Loaded", "/real /OP load def\n"},
+    {"LoadedIfItIsAnOperator", "/real { } /OP load dup type /operatortype eq\n"
+                               "{ 1 array astore cvx exch } if pop def\n"},
+    {"TakenAtOnce", "/real { //OP } def\n"},
+    {"TheOperatorItself", "/real { systemdict /OP get exec } bind def\n"},
+    {"ByName", "/real { OP } def\n", false},
+};
+
+/// What else the document has the operator's name mean: a definition.
+struct Meaning {
+    std::string name;
+    std::string text;
+    bool calls;             ///< does the same in the end
+    bool ends = false;      ///< is over behind the definition
+    bool needsKept = false; ///< takes the value of "real" at once
+};
+
+const std::vector<Meaning> kMeanings = {
+    {"Nothing", "/OP NOEFFECT def\n", false},
+    {"Itself", "/OP { real } def\n", true},
+    {"ItselfBound", "/OP { real } bind def\n", true},
+    {"ItselfLoaded", "/OP /real load def\n", true, false, true},
+    {"UndefinedAgain", "/OP NOEFFECT def currentdict /OP undef\n", true, true},
+};
+
+/// Where it has that meaning: the definition stands between these.
+struct Dictionary {
+    std::string name;
+    std::string begin;
+    std::string end;
+    std::string beginOfPage;
+    std::string endOfPage;
+    bool isLeftOpen = false;
+};
+
+const std::vector<Dictionary> kDictionaries = {
+    {"the user's dictionary", "", "", "", ""},
+    {"its own dictionary", "/D 9 dict def D begin\n", "end\n", "D begin\n", "end\n"},
+    {"an open dictionary", "9 dict begin\n", "", "", "", true},
+};
+
+enum class Place { Prolog, Setup, Page };
+constexpr std::array<const char *, 3> kPlaceNames = {"prolog", "setup", "page"};
+
+void replaceAll(std::string &text, std::string_view part, const std::string &by)
+{
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + by.size()))
+        text.replace(at, part.size(), by);
+}
+
+/// What one document does with the operator.
+struct Combination {
+    const Operator *op;
+    const Keeping *keeping;
+    const Meaning *meaning; ///< null for none
+    const Dictionary *dictionary;
+    Place placeOfKeeping;
+    Place placeOfMeaning;
+    bool isKeptFirst; ///< the operator, before it has the other meaning
+
+    bool hasMeaning() const { return meaning != nullptr && !meaning->ends; }
+    bool leavesPagesDictionaryOpen() const
+    {
+        return dictionary->isLeftOpen && placeOfMeaning == Place::Page;
+    }
+};
+
+std::string nameOf(const Combination &c)
+{
+    const auto at = [](Place place) { return kPlaceNames.at(static_cast<std::size_t>(place)); };
+    std::string kept = fmt::format("{} in the {}", c.keeping->name, at(c.placeOfKeeping));
+    if (c.meaning == nullptr)
+        return kept;
+    std::string meant = fmt::format("{} in {} in the {}", c.meaning->name, c.dictionary->name,
+                                    at(c.placeOfMeaning));
+    return c.isKeptFirst ? kept + ", " + meant : meant + ", " + kept;
+}
+
+/// Whether the document prints its pages: the operator does not come to nothing, or call itself.
+bool isSound(const Combination &c)
+{
+    if (c.meaning == nullptr)
+        return c.isKeptFirst && c.placeOfMeaning == c.placeOfKeeping &&
+               c.dictionary == kDictionaries.data();
+    if (c.isKeptFirst ? c.placeOfKeeping > c.placeOfMeaning : c.placeOfKeeping != c.placeOfMeaning)
+        return false;
+    if (!c.isKeptFirst && c.meaning->needsKept)
+        return false;
+    const bool isSeenByKeeping = !c.isKeptFirst && c.dictionary->end.empty();
+    return !c.hasMeaning() || (c.keeping->isAtOnce && !isSeenByKeeping);
+}
+
+/// The first page calls what the document has kept, the second one the operator's name, where that
+/// comes to the same.
+/// @param definitions  the page's own; empty for none
+std::string pageOf(const Combination &c, const std::string &definitions, int number)
+{
+    const bool isCalledByName = number == 2 && (c.meaning == nullptr || c.meaning->calls);
+    std::string page = c.op->before + c.op->operands + (isCalledByName ? c.op->name : "real") +
+                       " " + c.op->behind + "\n";
+    replaceAll(page, "BOX", box(number));
+    if (c.meaning != nullptr)
+        page = c.dictionary->beginOfPage + page + c.dictionary->endOfPage;
+    if (definitions.empty())
+        return page;
+    return "save\n" + definitions + page + (c.leavesPagesDictionaryOpen() ? "end\n" : "") +
+           "restore\n";
+}
+
+std::string textOf(const Combination &c)
+{
+    std::array<std::string, 3> definitions;
+    const auto at = [&](Place place) -> std::string & {
+        return definitions.at(static_cast<std::size_t>(place));
+    };
+    if (c.isKeptFirst)
+        at(c.placeOfKeeping) += c.keeping->text;
+    if (c.meaning != nullptr)
+        at(c.placeOfMeaning) += c.dictionary->begin + c.meaning->text + c.dictionary->end;
+    if (!c.isKeptFirst)
+        at(c.placeOfKeeping) += c.keeping->text;
+    for (auto &text : definitions) {
+        replaceAll(text, "NOEFFECT", c.op->noEffect);
+        replaceAll(text, "OP", c.op->name);
+    }
+    PostScriptSample sample;
+    sample.prolog = at(Place::Prolog);
+    sample.setup += at(Place::Setup);
+    for (int page = 1; page <= 2; ++page)
+        sample.pages.push_back(pageOf(c, at(Place::Page), page));
+    return sample.text();
+}
+
+struct Document {
+    std::string name;
+    std::string text;
+};
+
+std::vector<const Meaning *> meanings()
+{
+    std::vector<const Meaning *> all = {nullptr};
+    for (const Meaning &meaning : kMeanings)
+        all.push_back(&meaning);
+    return all;
+}
+
+/// The first way to keep an operator is tried in all places and orders, the others in the prolog.
+bool isTried(const Combination &c)
+{
+    return c.keeping == &kKeepings.front() || (c.placeOfMeaning == Place::Prolog && c.isKeptFirst);
+}
+
+/// All that documents do with an operator.
+std::vector<Document> documentsWith(const Operator &op)
+{
+    std::vector<Document> documents;
+    const auto add = [&documents](const Combination &c) {
+        if (isSound(c) && isTried(c))
+            documents.push_back({nameOf(c), textOf(c)});
+    };
+    constexpr std::array kPlaces = {Place::Prolog, Place::Setup, Place::Page};
+    for (const Keeping &keeping : kKeepings)
+        for (const Meaning *meaning : meanings())
+            for (const Dictionary &dictionary : kDictionaries)
+                for (const Place kept : kPlaces)
+                    for (const Place meant : kPlaces)
+                        for (const bool isKeptFirst : {true, false})
+                            add({&op, &keeping, meaning, &dictionary, kept, meant, isKeptFirst});
+    return documents;
+}
+
+// --- What becomes of them ------------------------------------------------------------------------
+
+/// Commands that are carried out one after the other.
+struct Chain {
+    const char *name;
+    std::vector<Command> commands;
+    std::size_t stride = 1; ///< so that one document of so many is tried
+};
+
+Watermark draft(bool above)
+{
+    return {.above = above,
+            .font = "Helvetica",
+            .angle = 30,
+            .colour = {1, 0, 0},
+            .position = {40, 60},
+            .size = 60,
+            .text = "Draft"};
+}
+
+const Booklet kBooklet = {"A5", 0, 0, Ordering::LeftToRight};
+const CoverPages kCovers = {.back = {CoverStyle::NoPrint, "None", "Auto"},
+                            .front = {CoverStyle::Print1, "None", "Auto"},
+                            .source = "Auto",
+                            .media = "None",
+                            .duplex = "notumble"};
+
+const std::vector<Chain> kChains = {
+    {"None", {}},
+    {"WatermarkAbove", {draft(true)}},
+    {"WatermarkBelow", {draft(false)}},
+    {"Booklet", {kBooklet}},
+    {"Covers", {kCovers}},
+    {"WatermarkAboveInABooklet", {draft(true), kBooklet}, 7},
+    {"WatermarkBelowInABookletWithCovers", {draft(false), kBooklet, kCovers}, 3},
+    {"WatermarkAboveABooklet", {kBooklet, draft(true)}, 7},
+    {"WatermarkAboveCovers", {kCovers, draft(true)}, 7},
+    {"TwoWatermarks", {draft(true), draft(false)}, 7},
+    {"BookletOfABooklet", {kBooklet, kBooklet}, 7},
+};
+
+/// The same pages without any ado.
+const Document kPlain = {
+    "plain",
+    PostScriptSample{.pages = {box(1) + "showpage\n", box(2) + "showpage\n"}}.text()};
+
+std::vector<Document> documentsFor(const Chain &chain, const Operator &op)
+{
+    const std::vector<Document> all = documentsWith(op);
+    std::vector<Document> documents = {kPlain};
+    for (std::size_t index = 0; index < all.size(); index += chain.stride)
+        documents.push_back(all[index]);
+    return documents;
+}
+
+std::vector<Rendering> renderedBy(const Chain &chain, const std::vector<Document> &documents)
+{
+    std::vector<std::string> texts;
+    for (const Document &document : documents) {
+        std::string text = document.text;
+        for (const Command &command : chain.commands)
+            text = processed(text, command);
+        texts.push_back(text);
+    }
+    return Support::renderEach(texts, {.resolution = 18});
+}
+
+} // namespace
+
+class PostScriptRedefinitionsTest
+    : public testing::TestWithParam<std::tuple<std::size_t, std::size_t>> {};
+
+TEST_P(PostScriptRedefinitionsTest, ChangeNothing)
+{
+    const Chain &chain = kChains.at(std::get<0>(GetParam()));
+    const auto documents = documentsFor(chain, kOperators.at(std::get<1>(GetParam())));
+    ASSERT_GT(documents.size(), 20U);
+    const std::vector<Rendering> results = renderedBy(chain, documents);
+    const Rendering &wanted = results.front();
+    ASSERT_GE(wanted.pages.size(), 2U);
+    for (std::size_t index = 1; index < documents.size(); ++index) {
+        EXPECT_EQ("", results[index].log) << documents[index].name;
+        EXPECT_TRUE(wanted.pages == results[index].pages) << documents[index].name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, PostScriptRedefinitionsTest,
+    testing::Combine(testing::Range(std::size_t{0}, kChains.size()),
+                     testing::Range(std::size_t{0}, kOperators.size())),
+    [](const auto &example) {
+        return fmt::format("{}_{}", kChains.at(std::get<0>(example.param)).name,
+                           kOperators.at(std::get<1>(example.param)).name);
+    });
