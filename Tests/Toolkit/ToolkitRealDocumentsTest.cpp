@@ -197,6 +197,52 @@ TEST(ToolkitGroffDocumentTest, SampleHasTheWatermarkAndFolds)
     EXPECT_EQ((before.pages.size() + 3) / 4 * 2, sheets.pages.size());
 }
 
+namespace {
+
+/// The watermark is on every page and the booklet holds them, whatever the document does with the
+/// operators.
+void expectMarkedAndFolded(const std::string &text, std::size_t count)
+{
+    const Rendering before = renderText(text);
+    ASSERT_EQ(count, before.pages.size());
+    for (const bool above : {true, false}) {
+        const std::string marked = processed(text, draft(above));
+        const Rendering after = renderText(marked);
+        ASSERT_EQ(count, after.pages.size());
+        for (std::size_t page = 0; page < count; ++page) {
+            EXPECT_TRUE(after.pages[page].boxOf(kRed));
+            EXPECT_EQ(0U, changesBesideText(before.pages[page], after.pages[page], above));
+        }
+        const Rendering sheets =
+            renderText(processed(marked, Booklet{"A4", 0, 0, Ordering::LeftToRight}));
+        ASSERT_EQ((count + 3) / 4 * 2, sheets.pages.size());
+        for (std::size_t side = 0; side < std::min(count, sheets.pages.size()); ++side)
+            EXPECT_TRUE(sheets.pages[side].boxOf(kRed)) << side;
+    }
+}
+
+} // namespace
+
+/// Graphviz binds showpage to a name of its own and defines it to do nothing then.
+TEST(ToolkitGraphvizDocumentTest, IsMarkedAndFolded)
+{
+    const Folder folder;
+    const std::string graph = folder.write(
+        "graph", "digraph { page=\"4,4\"; a -> b -> c -> d -> e -> f -> g -> h -> i -> j; }");
+    run({"dot", "-Tps", "-o", folder.file("graph.ps"), graph});
+    const std::string text = Support::readFile(folder.file("graph.ps"));
+    expectMarkedAndFolded(text, countOf("\n%%Page:", text));
+}
+
+/// psutils ask whether names stand for operators, and build procedures of those that do.
+TEST(ToolkitPSUtilsDocumentTest, IsMarkedAndFolded)
+{
+    const Folder folder;
+    run({"psnup", "-q", "-pa4", "-2", KL_SAMPLE_DOCUMENT, folder.file("two.ps")});
+    const std::string text = Support::readFile(folder.file("two.ps"));
+    expectMarkedAndFolded(text, countOf("\n%%Page:", text));
+}
+
 TEST(ToolkitLongDocumentTest, TwoHundredPages)
 {
     const Folder folder;

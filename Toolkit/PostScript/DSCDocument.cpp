@@ -4,6 +4,9 @@
 #include "JobControl.h"
 #include "ToolkitError.h"
 
+#include <algorithm>
+#include <charconv>
+
 namespace {
 
 constexpr std::string_view kOperatorDictionary = "systemdict";
@@ -78,6 +81,9 @@ void DSCReader::read()
     findHeaderEnd();
     _document._beginOfProcedures = _document._headerEnd;
     while (const auto comment = _scanner.next()) {
+        if (comment->is("%%BeginExitServer"))
+            throw ToolkitError("The PostScript document leaves its job (exitserver), and what is "
+                               "defined for its pages would be gone.");
         if (comment->end <= _document._headerEnd)
             readDocumentComment(*comment);
         else if (comment->is("%%Page"))
@@ -114,6 +120,16 @@ void DSCReader::findHeaderEnd()
             break;
     }
     _document._headerEnd = line;
+}
+
+/// In the header, and in the trailer what the header has put off.
+void DSCReader::readDocumentComment(const DSCComment &comment)
+{
+    _document._media.readDocumentComment(comment);
+    if (comment.is("%%Pages")) {
+        const std::string_view value = comment.value();
+        std::from_chars(value.data(), value.data() + value.size(), _document._countOfPages);
+    }
 }
 
 /// Between header and prolog: preview and defaults, whose comments are not our concern.
@@ -203,6 +219,13 @@ void DSCReader::finish()
 DSCDocument::DSCDocument(std::FILE *stream) : _file(withoutJobControl(InputFile(stream)))
 {
     DSCReader(*this).read();
+}
+
+bool DSCDocument::hasEmptyPagesOnly() const
+{
+    return _complete && std::ranges::all_of(_pages, [this](const DSCPage &page) {
+               return isBlank(_file, page.content, page.end);
+           });
 }
 
 DSCComment DSCDocument::pageComment(const DSCPage &page) const

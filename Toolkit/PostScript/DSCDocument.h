@@ -44,8 +44,8 @@ public:
 
     /// Reads the whole file once. Job control around the document counts as if it were not there.
     /// @param stream  seekable; stays the caller's, who keeps it open at least as long
-    /// @throws ToolkitError when it cannot be read, has no page comments or ends inside an
-    ///         embedded document
+    /// @throws ToolkitError when it cannot be read, has no page comments, ends inside an embedded
+    ///         document or leaves the job that defines what it is given
     explicit DSCDocument(std::FILE *stream);
 
     const InputFile &file() const { return _file; }
@@ -63,6 +63,13 @@ public:
     /// The page's %%Page comment, read from the file.
     /// @throws ToolkitError when it cannot be read
     DSCComment pageComment(const DSCPage &page) const;
+    /// Whether its own count (%%Pages) says that there are more pages than have a comment. Not when
+    /// its end is missing: the comments may be there.
+    bool hasUnmarkedPages() const { return _complete && _countOfPages > _pages.size(); }
+    /// Whether nothing but white space follows the comments of every page. Not when its end is
+    /// missing: what the pages draw may be there.
+    /// @throws ToolkitError when it cannot be read
+    bool hasEmptyPagesOnly() const;
     /// From behind the last page to the end of the file.
     DSCRange trailer() const { return {_trailer, _file.size()}; }
 
@@ -96,6 +103,7 @@ private:
     std::uint64_t _beginOfProcedures = 0;
     std::optional<std::uint64_t> _beginOfSetup;
     std::vector<DSCPage> _pages;
+    std::uint64_t _countOfPages = 0; ///< as a comment says; 0 for none
     std::uint64_t _trailer = 0;
     bool _complete = false;
     std::string_view _missingEndOfData;

@@ -5,6 +5,7 @@
 #include "Imposition.h"
 #include "PostScriptText.h"
 #include "ProcSets.h"
+#include "ToolkitError.h"
 
 #include <algorithm>
 #include <array>
@@ -58,8 +59,19 @@ BookletWriter::BookletWriter(const Booklet &booklet, const Job &job)
 {
 }
 
+/// A half holds what follows a page comment. Pages that have none would lie on top of each other,
+/// or stand outside of the booklet.
+void requirePagesOfTheirOwn(const DSCDocument &document)
+{
+    if (document.hasUnmarkedPages())
+        throw ToolkitError("The PostScript document has more pages than page comments.");
+    if (document.hasEmptyPagesOnly())
+        throw ToolkitError("No page comment of the PostScript document has a page behind it.");
+}
+
 void BookletWriter::write()
 {
+    requirePagesOfTheirOwn(_document);
     writeHeader();
     writeProlog();
     for (std::uint64_t side = 0; side < bookletSideCount(_document.pages().size()); ++side)

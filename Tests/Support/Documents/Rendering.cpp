@@ -188,11 +188,10 @@ Rendering renderText(std::string_view document, const RenderingOptions &options)
 namespace {
 
 /// Runs a file and tells how many pages have been shown by its end.
-constexpr char kRunner[] =
-    "/Support.run { save /Support.level exch def\n"
-    "{ run } stopped { (error: ) print $error /errorname get = } if\n"
-    "clear cleardictstack Support.level restore\n"
-    "(Support.pages ) print currentpagedevice /PageCount get = } bind def\n";
+constexpr char kRunner[] = "/Support.run { save /Support.level exch def\n"
+                           "{ run } stopped { (error: ) print $error /errorname get = } if\n"
+                           "clear cleardictstack Support.level restore\n"
+                           "(Support.pages ) print currentpagedevice /PageCount get = } bind def\n";
 
 /// The log of one document and the count of the pages so far; both are taken off the text.
 std::pair<std::string, std::size_t> takeLog(std::string_view &text)

@@ -435,3 +435,37 @@ TEST_F(DSCDocumentTest, EveryTruncationIsReadOrRefused)
         }
     }
 }
+
+// --- Pages that would be lost --------------------------------------------------------------------
+
+TEST_F(DSCDocumentTest, DocumentThatLeavesItsJobIsRefused)
+{
+    const std::string page = "%%Page: 1 1\nshowpage\n%%EOF\n";
+    const std::string leaving = "%%BeginExitServer: 0\nserverdict begin 0 exitserver\n"
+                                "%%EndExitServer\n";
+    EXPECT_THROW(read("%!PS-Adobe-3.0\n%%EndComments\n" + leaving + page), ToolkitError);
+    EXPECT_NO_THROW(read("%!PS-Adobe-3.0\n%%EndComments\n" + page));
+    EXPECT_NO_THROW(read("%!PS-Adobe-3.0\n%%EndComments\n%%BeginDocument: inner\n" + leaving +
+                         "%%EndDocument\n" + page));
+}
+
+TEST_F(DSCDocumentTest, CountThatPagesAreMissingFrom)
+{
+    const auto hasUnmarkedPages = [this](const std::string &count, const std::string &end) {
+        return read("%!PS-Adobe-3.0\n" + count + "%%EndComments\n%%Page: 1 1\n%%Page: 2 2\n" + end)
+            .hasUnmarkedPages();
+    };
+    EXPECT_TRUE(hasUnmarkedPages("%%Pages: 3\n", "%%EOF\n"));
+    EXPECT_TRUE(hasUnmarkedPages("%%Pages: (atend)\n", "%%Trailer\n%%Pages: 3 1\n"));
+    EXPECT_FALSE(hasUnmarkedPages("%%Pages: 3\n", "")); // its end is missing
+    for (const char *count : {"%%Pages: 2\n", "%%Pages: 1\n", "%%Pages: many\n", "%%Pages:\n", ""})
+        EXPECT_FALSE(hasUnmarkedPages(count, "%%EOF\n")) << count;
+}
+
+TEST_F(DSCDocumentTest, EmptyPages)
+{
+    EXPECT_TRUE(read("%!\n%%Page: 1 1\n%%PageOrientation: Portrait\n \n%%Page: 2 2\n%%EOF\n")
+                    .hasEmptyPagesOnly());
+    EXPECT_FALSE(read("%!\n%%Page: 1 1\n%%Page: 2 2\nshowpage\n%%EOF\n").hasEmptyPagesOnly());
+    EXPECT_FALSE(read("%!\n%%Page: 1 1\n").hasEmptyPagesOnly()); // its end is missing
+}

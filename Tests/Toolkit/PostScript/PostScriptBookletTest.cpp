@@ -892,6 +892,129 @@ TEST(PostScriptBookletTest, BookletOfABookletIsOneOfItsSheets)
     EXPECT_EQ(kWhite, colourAt(sheets.pages[0], kLeft, kMiddle));
 }
 
+// --- Pages that would be lost --------------------------------------------------------------------
+
+TEST(PostScriptBookletTest, DocumentWithFewerPageCommentsThanPagesIsRefused)
+{
+    std::string text = colouredPages(4).text();
+    const std::string count = "%%Pages: 4\n";
+    text.replace(text.find(count), count.size(), "%%Pages: 5\n");
+    EXPECT_THROW(processed(text, booklet()), ToolkitError);
+    text.replace(text.find("%%Pages: 5"), count.size(), "%%Pages: (atend)\n");
+    text.insert(text.find("%%EOF"), "%%Pages: 5\n");
+    EXPECT_THROW(processed(text, booklet()), ToolkitError);
+    // Where its end is missing, so may be comments.
+    EXPECT_NO_THROW(processed(text.substr(0, text.find("%%Trailer")), booklet()));
+    text.replace(text.find("%%Pages: 5"), count.size(), "%%Pages: 3\n");
+    EXPECT_NO_THROW(processed(text, booklet()));
+}
+
+TEST(PostScriptBookletTest, DocumentWithNothingBehindItsPageCommentsIsRefused)
+{
+    PostScriptSample sample;
+    sample.pages.assign(2, " \n");
+    sample.trailer = colouredPage(1) + colouredPage(2);
+    EXPECT_THROW(processed(sample.text(), booklet()), ToolkitError);
+    sample.pages[1] = colouredPage(1);
+    EXPECT_NO_THROW(processed(sample.text(), booklet()));
+}
+
+// --- Pages at which the program fails ------------------------------------------------------------
+
+class PostScriptBookletFailureTest : public testing::TestWithParam<const char *> {};
+
+/// All else is printed, and the page as far as it has come.
+TEST_P(PostScriptBookletFailureTest, DoesNotTakeTheOtherPagesAlong)
+{
+    for (const std::size_t count : {3U, 4U, 9U}) {
+        SCOPED_TRACE(count);
+        PostScriptSample sample = colouredPages(count);
+        sample.pages[2] = "0 0.6 0 setrgbcolor 0 0 200 300 rectfill " + std::string(GetParam()) +
+                          "\n0 0 200 300 rectfill showpage\n";
+        const auto sheets =
+            Support::renderEach({processed(sample.text(), booklet())}, {.resolution = 36});
+        ASSERT_EQ((count + 3) / 4 * 2, sheets[0].pages.size());
+        const auto book = folded(sheets[0].pages, Ordering::LeftToRight);
+        for (std::size_t page = 1; page <= count; ++page)
+            EXPECT_EQ(page == 3 ? (Colour{0, 153, 0}) : colourOf(page), book[page - 1]) << page;
+    }
+}
+
+/// The error is told, as it would be without the booklet, behind the last sheet.
+TEST_P(PostScriptBookletFailureTest, IsToldInTheEnd)
+{
+    PostScriptSample sample = colouredPages(4);
+    sample.pages[2] = std::string(GetParam()) + "\n" + sample.pages[2];
+    sample.trailer = "(trailer) print\n";
+    const auto results = Support::renderEach({sample.text(), processed(sample.text(), booklet())},
+                                             {.resolution = 9});
+    EXPECT_THAT(results[0].log, testing::StartsWith("error: "));
+    EXPECT_EQ(results[0].log, results[1].log);
+}
+
+INSTANTIATE_TEST_SUITE_P(Errors, PostScriptBookletFailureTest,
+                         testing::Values("unknownname", "1 0 div", "(text) 9 get", "pop pop",
+                                         "save gsave 9 dict begin 1 2 (three) unknownname",
+                                         "[ 1 2 3 { 1 { 9 { unknownname } repeat } repeat } exec",
+                                         "9 9 scale /showpage { } def ) ( { >",
+                                         "currentfile 9 string readstring\n012345678 pop add"));
+
+TEST(PostScriptBookletTest, DocumentThatStopsItselfIsOver)
+{
+    PostScriptSample sample = colouredPages(8);
+    sample.pages[2] = "stop\n";
+    const auto results =
+        Support::renderEach({processed(sample.text(), booklet())}, {.resolution = 9});
+    EXPECT_EQ(2U, results[0].pages.size());
+}
+
+/// In a booklet of a booklet, too.
+TEST(PostScriptBookletTest, FailureStaysWithinItsHalfOfEveryRun)
+{
+    PostScriptSample sample = colouredPages(4);
+    sample.pages[1] = "unknownname\n";
+    const std::string once = processed(sample.text(), booklet());
+    const auto sheets = Support::renderEach({processed(once, booklet())}, {.resolution = 36})[0];
+    EXPECT_EQ("error: undefined\n", sheets.log);
+    ASSERT_EQ(2U, sheets.pages.size());
+    const double middleOfUpperHalf = kSheetWidth * 3 / 4;
+    EXPECT_EQ(colourOf(1), colourAt(sheets.pages[0], kRight, middleOfUpperHalf));
+    EXPECT_EQ(colourOf(3), colourAt(sheets.pages[1], kLeft, middleOfUpperHalf));
+}
+
+// --- What has been shown -------------------------------------------------------------------------
+
+TEST(PostScriptBookletTest, PageThatHasBeenShownIsNotMadeWhiteAgain)
+{
+    const std::string size = "<< /PageSize [200 300] >> setpagedevice\n";
+    const std::string media = "<< /MediaColor (red) >> setpagedevice\n";
+    PostScriptSample sample = colouredPages(4);
+    for (const std::string &behind : {std::string("erasepage\n"), size, media, size + media}) {
+        SCOPED_TRACE(behind);
+        for (const char *show : {"showpage", "copypage"}) {
+            PostScriptSample pages = sample;
+            for (auto &page : pages.pages) {
+                page.replace(page.find("showpage"), 8, show);
+                page += behind;
+            }
+            const auto book =
+                folded(rendered(processed(pages.text(), booklet())).pages, Ordering::LeftToRight);
+            for (std::size_t page = 1; page <= 4; ++page)
+                EXPECT_EQ(colourOf(page), book.at(page - 1)) << show << page;
+        }
+    }
+}
+
+TEST(PostScriptBookletTest, RequestBehindTheFirstPageIsForTheNextSheet)
+{
+    PostScriptSample sample = colouredPages(8);
+    sample.pages[0] += "<< /MediaColor (red) >> setpagedevice\n";
+    EXPECT_EQ("SET PageSize 595.276 841.89 ImagingBBox null \n"
+              "SET Duplex true Tumble true \n"
+              "SHOW\nSHOW\nSET MediaColor red \nSHOW\nSHOW\n",
+              deviceLog(processed(sample.text(), booklet())));
+}
+
 // --- Damaged documents ---------------------------------------------------------------------------
 
 class PostScriptBookletTruncatedTest : public testing::TestWithParam<const char *> {};

@@ -271,8 +271,7 @@ const std::vector<Chain> kChains = {
 
 /// The same pages without any ado.
 const Document kPlain = {
-    "plain",
-    PostScriptSample{.pages = {box(1) + "showpage\n", box(2) + "showpage\n"}}.text()};
+    "plain", PostScriptSample{.pages = {box(1) + "showpage\n", box(2) + "showpage\n"}}.text()};
 
 std::vector<Document> documentsFor(const Chain &chain, const Operator &op)
 {
@@ -314,11 +313,11 @@ TEST_P(PostScriptRedefinitionsTest, ChangeNothing)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Commands, PostScriptRedefinitionsTest,
-    testing::Combine(testing::Range(std::size_t{0}, kChains.size()),
-                     testing::Range(std::size_t{0}, kOperators.size())),
-    [](const auto &example) {
-        return fmt::format("{}_{}", kChains.at(std::get<0>(example.param)).name,
-                           kOperators.at(std::get<1>(example.param)).name);
-    });
+INSTANTIATE_TEST_SUITE_P(Commands, PostScriptRedefinitionsTest,
+                         testing::Combine(testing::Range(std::size_t{0}, kChains.size()),
+                                          testing::Range(std::size_t{0}, kOperators.size())),
+                         [](const auto &example) {
+                             return fmt::format("{}_{}",
+                                                kChains.at(std::get<0>(example.param)).name,
+                                                kOperators.at(std::get<1>(example.param)).name);
+                         });
