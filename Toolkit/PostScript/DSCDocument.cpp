@@ -5,7 +5,6 @@
 #include "ToolkitError.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace {
 
@@ -60,7 +59,7 @@ private:
     enum class Part { Preamble, Body, Pages };
 
     void findHeaderEnd();
-    void readDocumentComment(const DSCComment &comment);
+    void readHeader(const DSCComment &comment) { _document._media.readDocumentComment(comment); }
     void readPreamble(const DSCComment &comment);
     void readBody(const DSCComment &comment);
     void readPage(const DSCComment &comment);
@@ -85,7 +84,7 @@ void DSCReader::read()
             throw ToolkitError("The PostScript document leaves its job (exitserver), and what is "
                                "defined for its pages would be gone.");
         if (comment->end <= _document._headerEnd)
-            readDocumentComment(*comment);
+            readHeader(*comment);
         else if (comment->is("%%Page"))
             beginPage(*comment);
         else if (_part == Part::Preamble)
@@ -120,16 +119,6 @@ void DSCReader::findHeaderEnd()
             break;
     }
     _document._headerEnd = line;
-}
-
-/// In the header, and in the trailer what the header has put off.
-void DSCReader::readDocumentComment(const DSCComment &comment)
-{
-    _document._media.readDocumentComment(comment);
-    if (comment.is("%%Pages")) {
-        const std::string_view value = comment.value();
-        std::from_chars(value.data(), value.data() + value.size(), _document._countOfPages);
-    }
 }
 
 /// Between header and prolog: preview and defaults, whose comments are not our concern.
@@ -199,7 +188,7 @@ void DSCReader::readTrailer(const DSCComment &comment)
     if (!_inTrailer)
         _document._trailer = comment.begin;
     _inTrailer = true;
-    readDocumentComment(comment);
+    _document._media.readDocumentComment(comment);
 }
 
 void DSCReader::finish()

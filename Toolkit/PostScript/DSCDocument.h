@@ -63,9 +63,6 @@ public:
     /// The page's %%Page comment, read from the file.
     /// @throws ToolkitError when it cannot be read
     DSCComment pageComment(const DSCPage &page) const;
-    /// Whether its own count (%%Pages) says that there are more pages than have a comment. Not when
-    /// its end is missing: the comments may be there.
-    bool hasUnmarkedPages() const { return _complete && _countOfPages > _pages.size(); }
     /// Whether nothing but white space follows the comments of every page. Not when its end is
     /// missing: what the pages draw may be there.
     /// @throws ToolkitError when it cannot be read
@@ -103,7 +100,6 @@ private:
     std::uint64_t _beginOfProcedures = 0;
     std::optional<std::uint64_t> _beginOfSetup;
     std::vector<DSCPage> _pages;
-    std::uint64_t _countOfPages = 0; ///< as a comment says; 0 for none
     std::uint64_t _trailer = 0;
     bool _complete = false;
     std::string_view _missingEndOfData;

@@ -59,19 +59,11 @@ BookletWriter::BookletWriter(const Booklet &booklet, const Job &job)
 {
 }
 
-/// A half holds what follows a page comment. Pages that have none would lie on top of each other,
-/// or stand outside of the booklet.
-void requirePagesOfTheirOwn(const DSCDocument &document)
-{
-    if (document.hasUnmarkedPages())
-        throw ToolkitError("The PostScript document has more pages than page comments.");
-    if (document.hasEmptyPagesOnly())
-        throw ToolkitError("No page comment of the PostScript document has a page behind it.");
-}
-
 void BookletWriter::write()
 {
-    requirePagesOfTheirOwn(_document);
+    // What lies elsewhere would be printed behind a booklet of blank pages.
+    if (_document.hasEmptyPagesOnly())
+        throw ToolkitError("No page comment of the PostScript document has a page behind it.");
     writeHeader();
     writeProlog();
     for (std::uint64_t side = 0; side < bookletSideCount(_document.pages().size()); ++side)

@@ -449,19 +449,6 @@ TEST_F(DSCDocumentTest, DocumentThatLeavesItsJobIsRefused)
                          "%%EndDocument\n" + page));
 }
 
-TEST_F(DSCDocumentTest, CountThatPagesAreMissingFrom)
-{
-    const auto hasUnmarkedPages = [this](const std::string &count, const std::string &end) {
-        return read("%!PS-Adobe-3.0\n" + count + "%%EndComments\n%%Page: 1 1\n%%Page: 2 2\n" + end)
-            .hasUnmarkedPages();
-    };
-    EXPECT_TRUE(hasUnmarkedPages("%%Pages: 3\n", "%%EOF\n"));
-    EXPECT_TRUE(hasUnmarkedPages("%%Pages: (atend)\n", "%%Trailer\n%%Pages: 3 1\n"));
-    EXPECT_FALSE(hasUnmarkedPages("%%Pages: 3\n", "")); // its end is missing
-    for (const char *count : {"%%Pages: 2\n", "%%Pages: 1\n", "%%Pages: many\n", "%%Pages:\n", ""})
-        EXPECT_FALSE(hasUnmarkedPages(count, "%%EOF\n")) << count;
-}
-
 TEST_F(DSCDocumentTest, EmptyPages)
 {
     EXPECT_TRUE(read("%!\n%%Page: 1 1\n%%PageOrientation: Portrait\n \n%%Page: 2 2\n%%EOF\n")

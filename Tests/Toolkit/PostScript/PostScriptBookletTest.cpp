@@ -894,21 +894,6 @@ TEST(PostScriptBookletTest, BookletOfABookletIsOneOfItsSheets)
 
 // --- Pages that would be lost --------------------------------------------------------------------
 
-TEST(PostScriptBookletTest, DocumentWithFewerPageCommentsThanPagesIsRefused)
-{
-    std::string text = colouredPages(4).text();
-    const std::string count = "%%Pages: 4\n";
-    text.replace(text.find(count), count.size(), "%%Pages: 5\n");
-    EXPECT_THROW(processed(text, booklet()), ToolkitError);
-    text.replace(text.find("%%Pages: 5"), count.size(), "%%Pages: (atend)\n");
-    text.insert(text.find("%%EOF"), "%%Pages: 5\n");
-    EXPECT_THROW(processed(text, booklet()), ToolkitError);
-    // Where its end is missing, so may be comments.
-    EXPECT_NO_THROW(processed(text.substr(0, text.find("%%Trailer")), booklet()));
-    text.replace(text.find("%%Pages: 5"), count.size(), "%%Pages: 3\n");
-    EXPECT_NO_THROW(processed(text, booklet()));
-}
-
 TEST(PostScriptBookletTest, DocumentWithNothingBehindItsPageCommentsIsRefused)
 {
     PostScriptSample sample;
