@@ -59,7 +59,7 @@ private:
     enum class Part { Preamble, Body, Pages };
 
     void findHeaderEnd();
-    void readHeader(const DSCComment &comment) { _document._media.readDocumentComment(comment); }
+    void readDocumentComment(const DSCComment &comment);
     void readPreamble(const DSCComment &comment);
     void readBody(const DSCComment &comment);
     void readPage(const DSCComment &comment);
@@ -84,7 +84,7 @@ void DSCReader::read()
             throw ToolkitError("The PostScript document leaves its job (exitserver), and what is "
                                "defined for its pages would be gone.");
         if (comment->end <= _document._headerEnd)
-            readHeader(*comment);
+            readDocumentComment(*comment);
         else if (comment->is("%%Page"))
             beginPage(*comment);
         else if (_part == Part::Preamble)
@@ -188,7 +188,7 @@ void DSCReader::readTrailer(const DSCComment &comment)
     if (!_inTrailer)
         _document._trailer = comment.begin;
     _inTrailer = true;
-    _document._media.readDocumentComment(comment);
+    readDocumentComment(comment);
 }
 
 void DSCReader::finish()
