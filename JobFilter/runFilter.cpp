@@ -138,9 +138,12 @@ std::string applyToolkit(const std::string &jobPath, KLPrintOptions &options)
     }
     KLToolkitProcessor processor(std::move(*toolkit));
     std::vector<KLError> errors;
-    auto rewrittenPath =
-        processor.applyToolkitToFileWithOptionsAndReturnErrors(jobPath, options, &errors);
+    bool coversOfJobsPaper = false;
+    auto rewrittenPath = processor.applyToolkitToFileWithOptionsAndReturnErrors(
+        jobPath, options, &errors, &coversOfJobsPaper);
     logToolkitErrors(errors);
+    if (coversOfJobsPaper)
+        WriteLog("INFO: The covers are printed on the paper of the job: a PDF cannot choose trays");
     return rewrittenPath;
 }
 

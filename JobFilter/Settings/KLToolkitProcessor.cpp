@@ -189,27 +189,55 @@ std::string duplexWord(const KLPrintOptions &options)
     return duplex;
 }
 
+bool wantsCoversInPDF(const KLPrintOptions &options)
+{
+    return textOption(options, "CoverPagesInPDF", "False") == "True";
+}
+
 Arguments coverPageArguments(const KLPrintOptions &options)
 {
-    return {"coverpages",
-            "--back-style",
-            coverStyle(options, "Back"),
-            "--back-media",
-            textOption(options, "BackCoverMediaType", "None"),
-            "--back-source",
-            paperSource(options, "BackCoverSource"),
-            "--front-style",
-            coverStyle(options, "Front"),
-            "--front-media",
-            textOption(options, "FrontCoverMediaType", "None"),
-            "--front-source",
-            paperSource(options, "FrontCoverSource"),
-            "--source",
-            paperSource(options, "InputSlot"),
-            "--media",
-            textOption(options, "MediaType", "None"),
-            "--duplex",
-            duplexWord(options)};
+    Arguments arguments = {"coverpages",
+                           "--back-style",
+                           coverStyle(options, "Back"),
+                           "--back-media",
+                           textOption(options, "BackCoverMediaType", "None"),
+                           "--back-source",
+                           paperSource(options, "BackCoverSource"),
+                           "--front-style",
+                           coverStyle(options, "Front"),
+                           "--front-media",
+                           textOption(options, "FrontCoverMediaType", "None"),
+                           "--front-source",
+                           paperSource(options, "FrontCoverSource"),
+                           "--source",
+                           paperSource(options, "InputSlot"),
+                           "--media",
+                           textOption(options, "MediaType", "None"),
+                           "--duplex",
+                           duplexWord(options)};
+    if (wantsCoversInPDF(options))
+        arguments.emplace_back("--in-pdf");
+    return arguments;
+}
+
+/// Whether a cover is to be of other paper than the job: from another source or of another medium.
+bool wantsOtherPaper(const KLPrintOptions &options, const std::string &side)
+{
+    const std::string style = coverStyle(options, side);
+    if (style != "noprint" && style != "print1" && style != "print")
+        return false;
+    const std::string medium = textOption(options, side + "CoverMediaType", "None");
+    return paperSource(options, side + "CoverSource") != paperSource(options, "InputSlot") ||
+           (medium != "None" && medium != textOption(options, "MediaType", "None"));
+}
+
+bool isPDF(const std::string &path)
+{
+    constexpr std::string_view kStart = "%PDF-";
+    char start[kStart.size()];
+    const Platform::Stream file = KLFileUtilities::openForReading(path);
+    return file && std::fread(start, 1, sizeof start, file.get()) == sizeof start &&
+           std::string_view(start, sizeof start) == kStart;
 }
 
 /// The header and the commands that follow both learn it: the one asks the PPD, the others the
@@ -283,7 +311,8 @@ KLToolkitProcessor::processWithArgumentsAndReturnError(const std::string &inputP
 }
 
 std::string KLToolkitProcessor::applyToolkitToFileWithOptionsAndReturnErrors(
-    const std::string &jobPath, KLPrintOptions &options, std::vector<KLError> *errors)
+    const std::string &jobPath, KLPrintOptions &options, std::vector<KLError> *errors,
+    bool *coversOfJobsPaper)
 {
     Progress progress = {jobPath, {}};
     if (!watermarkOption(options, "text", "").empty())
@@ -291,9 +320,15 @@ std::string KLToolkitProcessor::applyToolkitToFileWithOptionsAndReturnErrors(
     if (textOption(options, "BookletPaperSize", "None") != "None" &&
         runCommand(bookletArguments(options), "Unable to apply booklet mode", progress))
         printDuplexWithTumble(options);
-    if (usesCover(options, "Front") || usesCover(options, "Back"))
+    const bool hasCovers =
+        (usesCover(options, "Front") || usesCover(options, "Back")) &&
         runCommand(coverPageArguments(options), "Unable to apply cover pages", progress);
 
+    if (coversOfJobsPaper != nullptr)
+        *coversOfJobsPaper =
+            hasCovers && wantsCoversInPDF(options) &&
+            (wantsOtherPaper(options, "Front") || wantsOtherPaper(options, "Back")) &&
+            isPDF(progress.path);
     if (errors != nullptr)
         *errors = std::move(progress.errors);
     return progress.path;

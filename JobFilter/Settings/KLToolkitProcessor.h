@@ -118,6 +118,7 @@ public:
     ///   by the toolkit's names (see adjustPaperSourceForToolkit())
     /// - "Duplex", default "None": "none", "tumble" for "DuplexTumble", "notumble" for
     ///   "DuplexNoTumble", any other as it is
+    /// - "CoverPagesInPDF", default "False": "True" asks for the covers of a PDF document, too
     ///
     /// The words of the command lines, in order, are in toolkit(1).
     /// @param jobPath  consumed by the first command that works
@@ -128,12 +129,17 @@ public:
     ///                 NSCocoaErrorDomain, 4 with the measurer's words. The descriptions are
     ///                 "Unable to apply watermark", "Unable to apply booklet mode" and "Unable to
     ///                 apply cover pages".
+    /// @param coversOfJobsPaper  receives whether a cover that was to come from another source or
+    /// be
+    ///                 of another medium than the job is of the job's paper, as the job is a PDF
+    ///                 document; may be null
     /// @return the path of the file that is now the job, the caller's; `jobPath` when no command
     ///         worked
     /// @throws Platform::ChildProcessError as above; what earlier commands left is not known then
     std::string applyToolkitToFileWithOptionsAndReturnErrors(const std::string &jobPath,
                                                              KLPrintOptions &options,
-                                                             std::vector<KLError> *errors);
+                                                             std::vector<KLError> *errors,
+                                                             bool *coversOfJobsPaper = nullptr);
 
 private:
     /// How far the commands have come.

@@ -97,4 +97,25 @@ TEST_F(PDFTest, CoversAreRefusedAndTheOthersPrinted)
                                              "PostScript document: PDF cannot choose trays."));
 }
 
+TEST_F(PDFTest, CoversThatWillDoWithTheJobsPaperArePagesOfIt)
+{
+    const std::vector<std::string> options = {
+        "CoverPagesInPDF=True",       "UseFrontCover=True",    "FrontCoverPrintStyle=Print1",
+        "FrontCoverSource=Tray3",     "Duplex=DuplexNoTumble", "UseBackCover=True",
+        "BackCoverPrintStyle=NoPrint"};
+    const auto pages = pagesOf(printWith(options));
+    const auto plain = pagesOf(printWith({}));
+    ASSERT_EQ(5U, kPages);
+    // Page 1 and its blank back, pages 2 to 5, the blank cover.
+    ASSERT_EQ(7U, pages.size());
+    EXPECT_EQ(plain[0], pages[0]);
+    EXPECT_EQ(0, pages[1].coverage());
+    for (std::size_t page = 1; page < 5; ++page)
+        EXPECT_EQ(plain[page], pages[page + 1]);
+    EXPECT_EQ(0, pages[6].coverage());
+    EXPECT_THAT(scheduler().log(),
+                HasSubstr("The covers are printed on the paper of the job: a PDF "
+                          "cannot choose trays"));
+}
+
 } // namespace

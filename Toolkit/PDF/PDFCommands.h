@@ -18,5 +18,8 @@ void applyToPDF(const Watermark &watermark, const Job &job);
 /// Annotations that print become part of their page; links, outlines and forms are gone.
 void applyToPDF(const Booklet &booklet, const Job &job);
 
-/// Refuses the request, whatever it is: a PDF document has no way to choose a sheet's tray.
-[[noreturn]] void applyToPDF(const CoverPages &coverPages, const Job &job);
+/// Puts covers before and behind the document, as pages of it: a PDF document has no way to choose
+/// a sheet's tray or medium. A document that is printed on both sides gets blank pages where a
+/// cover or the job has to begin on a sheet of its own. Refuses all unless the request says that
+/// covers like these will do.
+void applyToPDF(const CoverPages &coverPages, const Job &job);

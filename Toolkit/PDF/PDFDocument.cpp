@@ -195,6 +195,25 @@ PDFDocument::PDFDocument(const Job &job) : _owned(new QPDF, Deleter{job.endsProc
     }
 }
 
+void PDFDocument::insertPage(QPDFObjectHandle page, std::size_t before)
+{
+    page = _qpdf.makeIndirectObject(page);
+    try {
+        if (before < _pages.size())
+            _qpdf.addPageAt(page, true, _pages[before]);
+        else
+            _qpdf.addPage(page, false);
+    } catch (const QPDFExc &problem) {
+        refuse(problem);
+    }
+    _pages.insert(_pages.begin() + static_cast<std::ptrdiff_t>(before), page);
+
+    _qpdf.getRoot().removeKey("/PageLabels");
+    QPDFObjectHandle preferences = _qpdf.getRoot().getKey("/ViewerPreferences");
+    if (preferences.isDictionary())
+        preferences.removeKey("/PrintPageRange");
+}
+
 void PDFDocument::replacePages(std::vector<QPDFObjectHandle> pages)
 {
     QPDFObjectHandle tree = _qpdf.makeIndirectObject(QPDFObjectHandle::newDictionary());

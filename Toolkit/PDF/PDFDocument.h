@@ -25,6 +25,12 @@ public:
     /// All pages in order, at least one.
     const std::vector<QPDFObjectHandle> &pages() const { return _pages; }
 
+    /// Puts a page between the others; all that the document holds stays, but for labels and a
+    /// range of pages to print, which count the pages.
+    /// @param page    a page object of this document
+    /// @param before  how many pages stand before it, at most as many as there are
+    void insertPage(QPDFObjectHandle page, std::size_t before);
+
     /// Puts other pages in the place of all. What the catalogue says about the old ones goes along
     /// with them: outlines, names, forms, structure.
     /// @param pages  page objects; each is given its place in the page tree

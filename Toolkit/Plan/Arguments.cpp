@@ -63,6 +63,7 @@ constexpr std::array kCoverPagesOptions = {
     OptionDescription{"--source", "SOURCE", "paper source of the job itself"},
     OptionDescription{"--media", "MEDIA", "media type of the job itself"},
     OptionDescription{"--duplex", "DUPLEX", "none, tumble or notumble: the job's sides"},
+    OptionDescription{"--in-pdf", "", "not needed: PDF has covers, too, from the job's own source"},
 };
 
 /// The value of an option that must be there once.
@@ -194,6 +195,7 @@ Command understandCoverPages(const Arguments &arguments)
         .source = valueOf(arguments, "--source"),
         .media = valueOf(arguments, "--media"),
         .duplex = valueOf(arguments, "--duplex"),
+        .inPDF = isGiven(arguments, "--in-pdf"),
     };
 }
 

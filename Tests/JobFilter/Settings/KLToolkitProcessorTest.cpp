@@ -790,6 +790,50 @@ TEST_F(KLToolkitProcessorTest, DuplexWords)
     }
 }
 
+TEST_F(KLToolkitProcessorTest, CoversInPDFAreAskedForBehindAllElse)
+{
+    const auto call = onlyCall("UseFrontCover=true CoverPagesInPDF=true");
+    ASSERT_EQ(20U, call.size());
+    EXPECT_EQ("none", call[18]);
+    EXPECT_EQ("--in-pdf", call[19]);
+}
+
+TEST_F(KLToolkitProcessorTest, OnlyTrueAsksForCoversInPDF)
+{
+    KLPrintOptions settings = options("UseFrontCover=true");
+    settings.setValueForKey("true", "CoverPagesInPDF");
+    apply(settings);
+    EXPECT_EQ(19U + 2, calls().front().size());
+}
+
+TEST_F(KLToolkitProcessorTest, CoversOfAPDFThatAreOfTheJobsPaperAreToldApart)
+{
+    const auto told = [&](const std::string &start, const std::string &settings) {
+        folder.write("job.ps", start);
+        KLPrintOptions store = options(settings);
+        bool coversOfJobsPaper = true;
+        processor().applyToolkitToFileWithOptionsAndReturnErrors(jobPath, store, nullptr,
+                                                                 &coversOfJobsPaper);
+        return coversOfJobsPaper;
+    };
+    const std::string front = "CoverPagesInPDF=true UseFrontCover=true FrontCoverPrintStyle=Print ";
+    const std::string back = "CoverPagesInPDF=true UseBackCover=true BackCoverPrintStyle=NoPrint ";
+    EXPECT_TRUE(told("%PDF-1.7", front + "FrontCoverSource=Tray2"));
+    EXPECT_TRUE(told("%PDF-1.7", back + "BackCoverMediaType=Thick"));
+    EXPECT_TRUE(told("%PDF-1.7", back + "InputSlot=Tray2"));
+    EXPECT_FALSE(told("%!PS-Adobe", front + "FrontCoverSource=Tray2"));
+    EXPECT_FALSE(told("%PDF-1.7", front));
+    EXPECT_FALSE(told("%PDF-1.7", front + "FrontCoverSource=Tray2 InputSlot=Tray2"));
+    EXPECT_FALSE(told("%PDF-1.7", front + "FrontCoverMediaType=Thick MediaType=Thick"));
+    EXPECT_FALSE(told("%PDF-1.7", front + "BackCoverSource=Tray2 BackCoverPrintStyle=Print"));
+    EXPECT_FALSE(
+        told("%PDF-1.7", "CoverPagesInPDF=true UseFrontCover=true FrontCoverSource=Tray2"));
+    EXPECT_FALSE(told("%PDF-1.7", "UseFrontCover=true FrontCoverPrintStyle=Print "
+                                  "FrontCoverSource=Tray2"));
+    failOn("coverpages");
+    EXPECT_FALSE(told("%PDF-1.7", front + "FrontCoverSource=Tray2"));
+}
+
 TEST_F(KLToolkitProcessorTest, CoverPagesOfABookletTumble)
 {
     apply("BookletPaperSize=A4 UseBackCover=true");

@@ -124,6 +124,14 @@ TEST(ToolkitArgumentsTest, UnderstandsTheCoverPagesOfTheFilter)
     EXPECT_EQ("Tray2", coverPages.source);
     EXPECT_EQ("Plain", coverPages.media);
     EXPECT_EQ("tumble", coverPages.duplex);
+    EXPECT_FALSE(coverPages.inPDF);
+}
+
+TEST(ToolkitArgumentsTest, CoversOfAPDFDocumentAreAskedForByAFlag)
+{
+    Words words = coverPagesWords();
+    words.insert(words.end() - 2, "--in-pdf");
+    EXPECT_TRUE(understood<CoverPages>(words).inPDF);
 }
 
 TEST(ToolkitArgumentsTest, InputAndOutputStandLast)
