@@ -3,6 +3,7 @@
 #include "JobControl.h"
 #include "OutputFile.h"
 #include "PDFCommands.h"
+#include "PDFInput.h"
 #include "PostScriptCommands.h"
 #include "Streams.h"
 #include "ToolkitError.h"
@@ -32,12 +33,14 @@ ToolkitError unknownFormat(std::string_view start)
 /// Leaves the stream where it stands.
 Format formatOf(std::FILE *input)
 {
-    constexpr std::size_t kStart = 1024;
     const InputFile file(input);
-    const std::string start = withoutJobControl(file).text(0, kStart);
+    const std::string start =
+        withoutJobControl(file).text(0, kLatestPDFStart + kPDFHeader.size() - 1);
     if (start.starts_with("%!")) // whether it keeps the conventions shows when it is read
         return Format::PostScript;
-    if (start.starts_with("%PDF-"))
+    // Readers of PDF do not mind what stands in front.
+    const auto header = start.find(kPDFHeader);
+    if (header != std::string::npos && start.substr(0, header).find("%!PS") == std::string::npos)
         return Format::PDF;
     throw unknownFormat(start);
 }

@@ -444,6 +444,28 @@ TEST_F(ToolkitCommandTest, TheSameJobIsTheSameBytesEachTime)
         EXPECT_TRUE(before[i] == after[i]) << names[i / 2] << (i % 2 == 0 ? ": mark" : ": booklet");
 }
 
+TEST_F(ToolkitCommandTest, APDFDocumentMayBeginInTheFirst1024Bytes)
+{
+    for (const std::string &junk :
+         {std::string("\n"), std::string("HTTP/1.1 200 OK\r\n\r\n"), std::string(1023, '\0')}) {
+        _folder.write("in", junk + _document);
+        const ProgramResult result = runWatermark();
+        EXPECT_EQ(0, result.exitStatus) << result.errors;
+        EXPECT_THAT(Support::readFile(output()), testing::StartsWith("%PDF-"));
+    }
+    _folder.write("in", std::string(1024, '\0') + _document);
+    expectComplaint(runWatermark(), "neither a PostScript nor a PDF document");
+}
+
+TEST_F(ToolkitCommandTest, PostScriptThatMentionsPDFStaysPostScript)
+{
+    for (const std::string before : {"", "\004"}) {
+        _folder.write("in", before + "%!PS-Adobe-3.0\n%%Title: ()\n" + _document);
+        runWatermark();
+        EXPECT_FALSE(exists(output()) && Support::readFile(output()).starts_with("%PDF-"));
+    }
+}
+
 TEST_F(ToolkitCommandTest, AnEmptyInputIsRefused)
 {
     _folder.write("in", "");

@@ -21,7 +21,8 @@ using Support::ProgramCall;
 using Support::ProgramResult;
 using testing::AnyOf;
 
-constexpr char kTooLarge[] = "The PDF document has a page that is damaged or too large.\n";
+constexpr char kTooLarge[] = "The PDF document has a page that is damaged or too large; open it "
+                             "and print it to a new PDF.\n";
 constexpr char kNoTime[] = "The document takes too much processor time.\n";
 #ifdef KL_SANITIZED // there the program has no bound of memory: see its main()
 constexpr long kMostMemory = LONG_MAX;

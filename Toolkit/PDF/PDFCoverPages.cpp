@@ -81,7 +81,7 @@ void applyToPDF(const CoverPages &coverPages, const Job &job)
 {
     if (!coverPages.inPDF)
         throw ToolkitError("Cover pages need a PostScript document: PDF cannot choose trays.");
-    PDFDocument document(job.input);
+    PDFDocument document(job);
     const bool oneSided = isOneSided(coverPages.duplex, job.ppdPath);
     const CoverPlan plan = coverPlan(static_cast<std::int64_t>(document.pages().size()),
                                      coverPages.front.style, coverPages.back.style, oneSided);

@@ -1,5 +1,6 @@
 #include "PDFDocument.h"
 
+#include "PDFInput.h"
 #include "ToolkitError.h"
 
 #include <qpdf/QPDFExc.hh>
@@ -25,13 +26,23 @@ constexpr std::array<std::string_view, 8> kKeptInCatalogue = {
     "/Extensions",    "/Lang", "/Metadata", "/OCProperties",
     "/OutputIntents", "/Type", "/Version",  "/ViewerPreferences"};
 
-[[noreturn]] void refuse(const QPDFExc &problem)
+ToolkitError damaged(const std::string &how)
+{
+    return ToolkitError("The PDF document is damaged: " + how +
+                        "; open it and print it to a new PDF.");
+}
+
+constexpr char kLacksTable[] = "the table of its objects, at its end, is missing or wrong";
+constexpr char kUnreadable[] = "not all of its objects can be read";
+
+/// @param how  what is wrong with a document that can be opened but for that
+[[noreturn]] void refuse(const QPDFExc &problem, const char *how = kUnreadable)
 {
     if (problem.getErrorCode() == qpdf_e_password)
         throw ToolkitError("The PDF document is encrypted and needs a password.");
     if (problem.getErrorCode() == qpdf_e_unsupported)
         throw ToolkitError("The PDF document is encrypted in a way that is not supported.");
-    throw ToolkitError("The PDF document is damaged.");
+    throw damaged(how);
 }
 
 /// The library walks the page tree by recursion, so a tree without end must not get there.
@@ -43,12 +54,12 @@ void refuseDeepPageTree(QPDFObjectHandle root)
         auto [node, level] = pending.back();
         pending.pop_back();
         if (level > kMostLevels)
-            throw ToolkitError("The PDF document is damaged: its pages are nested too deeply.");
+            throw damaged("its pages are nested too deeply");
         if (!node.isDictionary() || !node.hasKey("/Kids"))
             continue;
         // The library refuses it as well, but only when it gets there.
         if (node.isIndirect() && !seen.insert(node.getObjGen()).second)
-            throw ToolkitError("The PDF document is damaged: its pages lead into themselves.");
+            throw damaged("its pages lead into themselves");
         QPDFObjectHandle kids = node.getKey("/Kids");
         for (int i = 0; i < kids.getArrayNItems(); ++i)
             pending.emplace_back(kids.getArrayItem(i), level + 1);
@@ -86,7 +97,7 @@ void refuseLosses(QPDF &document, const std::vector<QPDFObjectHandle> &pages)
     // The library notices damage only while it looks for the contents.
     const bool isIncomplete = std::ranges::any_of(pages, lacksContents) || lacksPages;
     if (std::ranges::any_of(pages, isNoPage) || (isIncomplete && document.anyWarnings()))
-        throw ToolkitError("The PDF document is damaged: not all of its pages are there.");
+        throw damaged("not all of its pages are there");
 }
 
 /// What a page draws with: its contents, its resources wherever they are inherited from, and the
@@ -182,16 +193,18 @@ PDFDocument::PDFDocument(const Job &job) : _owned(new QPDF, Deleter{job.endsProc
 {
     // What the library warns about, it has mended.
     _qpdf.setSuppressWarnings(true);
+    const char *whatIfDamaged = kLacksTable;
     try {
-        _qpdf.processFile("input", job.input, false);
+        _qpdf.processInputSource(pdfInput(job.input));
+        whatIfDamaged = kUnreadable;
         _pages = _pagesAsRead = pagesOf(_qpdf);
     } catch (const QPDFExc &problem) {
-        refuse(problem);
+        refuse(problem, whatIfDamaged);
     } catch (const ToolkitError &) {
         throw;
     } catch (const std::runtime_error &) {
         // A number, say, that no computer takes.
-        throw ToolkitError("The PDF document is damaged.");
+        throw damaged(kUnreadable);
     }
 }
 
@@ -249,7 +262,9 @@ void PDFDocument::write(std::FILE *output)
         refuse(problem);
     } catch (const std::runtime_error &) {
         // Contents were asked for that cannot be had (PDFPage.cpp); the library words it anew.
-        throw ToolkitError("The PDF document has a page that is damaged or too large.");
+        throw ToolkitError(
+            "The PDF document has a page that is damaged or too large; open it and print "
+            "it to a new PDF.");
     }
     refuseLostParts();
 }
@@ -262,7 +277,6 @@ void PDFDocument::refuseLostParts()
     std::set<QPDFObjGen> seen;
     for (const QPDFObjectHandle &page : _pagesAsRead) {
         if (lacksObjects(partsOf(page), seen))
-            throw ToolkitError(
-                "The PDF document is damaged: not all parts of its pages are there.");
+            throw damaged("not all parts of its pages are there");
     }
 }

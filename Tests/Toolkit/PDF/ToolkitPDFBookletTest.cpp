@@ -448,7 +448,8 @@ TEST_F(ToolkitPDFBookletTest, ADamagedDocumentThatLostAnAnnotationsLookIsRefused
     std::string document = builder.document();
     EXPECT_EQ("none", problem(document, plainBooklet()));
     document.replace(document.find("\n3 0 obj"), 8, "\n3 0 ob_");
-    EXPECT_EQ("The PDF document is damaged: not all parts of its pages are there.",
+    EXPECT_EQ("The PDF document is damaged: not all parts of its pages are there; open it and "
+              "print it to a new PDF.",
               problem(document, plainBooklet()));
 }
 

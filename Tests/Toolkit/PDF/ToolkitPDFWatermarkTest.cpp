@@ -369,7 +369,8 @@ TEST_F(ToolkitPDFWatermarkTest, APartThatCannotBeUnpackedIsRefusedWhereItHasToBe
     const std::string good = builder.addStream(kPicture);
     const std::string bad = builder.addStream("no such data", "/Filter /FlateDecode");
     builder.addPage(std::string(kSmall) + " /Contents [" + good + " " + bad + "]");
-    EXPECT_EQ("The PDF document has a page that is damaged or too large.",
+    EXPECT_EQ("The PDF document has a page that is damaged or too large; open it and print it to a "
+              "new PDF.",
               problem(builder.document()));
 
     PDFBuilder single;
@@ -389,7 +390,9 @@ TEST_F(ToolkitPDFWatermarkTest, PartsThatComeToMoreThan256MiBAreRefused)
         return builder.document();
     };
     EXPECT_EQ("none", problem(document(255)));
-    EXPECT_EQ("The PDF document has a page that is damaged or too large.", problem(document(256)));
+    EXPECT_EQ("The PDF document has a page that is damaged or too large; open it and print it to a "
+              "new PDF.",
+              problem(document(256)));
 }
 
 TEST_F(ToolkitPDFWatermarkTest, StreamsWithAFilterAreCopiedAndOthersAreCompressed)
@@ -602,7 +605,9 @@ TEST_F(ToolkitPDFWatermarkTest, AnObjectNumberBeyondAllNumbersIsDamage)
     // The library comes upon it while it looks for the objects that the table does not tell.
     std::string document = onePage();
     document.replace(document.find("xref"), 4, "99999999999999999999 99999999999999999999 obj");
-    EXPECT_EQ("The PDF document is damaged.", problem(document));
+    EXPECT_EQ("The PDF document is damaged: not all of its objects can be read; open it and print "
+              "it to a new PDF.",
+              problem(document));
 }
 
 TEST_F(ToolkitPDFWatermarkTest, ATruncatedDocumentIsRefusedOrKeepsAllItsPages)
@@ -643,19 +648,26 @@ TEST_F(ToolkitPDFWatermarkTest, ADamagedDocumentThatLostPagesIsRefused)
     const std::string whole = builder.document();
     std::string document = whole;
     document.replace(document.find("\n6 0 obj"), 8, "\n6 0 ob_"); // the second page
-    EXPECT_EQ("The PDF document is damaged: not all of its pages are there.", problem(document));
+    EXPECT_EQ("The PDF document is damaged: not all of its pages are there; open it and print it "
+              "to a new PDF.",
+              problem(document));
 
     document = whole;
     document.replace(document.find("\n5 0 obj"), 8, "\n5 0 ob_"); // the second page's contents
-    EXPECT_EQ("The PDF document is damaged: not all of its pages are there.", problem(document));
+    EXPECT_EQ("The PDF document is damaged: not all of its pages are there; open it and print it "
+              "to a new PDF.",
+              problem(document));
 
     document = whole;
     document.replace(document.find("/Kids [ 4 0 R"), 13, "/Kids [      "); // no list of all three
     document.replace(document.find("startxref\n"), 11, "startxref\n9");
-    EXPECT_EQ("The PDF document is damaged: not all of its pages are there.", problem(document));
+    EXPECT_EQ("The PDF document is damaged: not all of its pages are there; open it and print it "
+              "to a new PDF.",
+              problem(document));
 }
 
-constexpr char kLostParts[] = "The PDF document is damaged: not all parts of its pages are there.";
+constexpr char kLostParts[] = "The PDF document is damaged: not all parts of its pages are there; "
+                              "open it and print it to a new PDF.";
 
 /// A page that draws with a font, an image and an annotation's look.
 struct RichPage {
@@ -719,7 +731,9 @@ TEST_F(ToolkitPDFWatermarkTest, ContentsWithoutAnEndAreRefused)
     EXPECT_EQ("none", problem(document));
     const std::string end = "endstream\nendobj";
     document.replace(document.find(end), end.size(), end.size(), 'x');
-    EXPECT_EQ("The PDF document is damaged: not all of its pages are there.", problem(document));
+    EXPECT_EQ("The PDF document is damaged: not all of its pages are there; open it and print it "
+              "to a new PDF.",
+              problem(document));
 }
 
 TEST_F(ToolkitPDFWatermarkTest, APageCountThatLiesIsMended)

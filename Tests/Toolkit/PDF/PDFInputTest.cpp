@@ -1,0 +1,135 @@
+#include "PDFInput.h"
+
+#include "MinimalPPD.h"
+#include "PDFCommands.h"
+#include "Program.h"
+#include "Streams.h"
+#include "TemporaryFolder.h"
+#include "ToolkitError.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::HasSubstr;
+
+/// Documents with a table and with streams of cross-references; those the library cannot mend.
+class PDFInputTest : public testing::TestWithParam<const char *> {
+protected:
+    PDFInputTest()
+    {
+        const auto result = Support::runProgram(
+            {.arguments = {"qpdf", std::string("--object-streams=") + GetParam(),
+                           KL_DOCUMENTS "/tex-7.pdf", _folder.file("sound")}});
+        EXPECT_EQ(0, result.exitStatus) << result.errors;
+        _sound = Support::readFile(_folder.file("sound"));
+        _booklet = booklet(_sound);
+    }
+
+    /// What becomes of the document, or why it is refused.
+    std::string booklet(const std::string &document) const
+    {
+        _folder.write("in", document);
+        _folder.write("ppd", Support::minimalPPD(""));
+        const Platform::Stream input = Platform::openForReading(_folder.file("in"));
+        Platform::Stream output = Platform::openForWriting(_folder.file("out"));
+        try {
+            applyToPDF(Booklet{.pageSize = "A4",
+                               .centreMargin = 0,
+                               .outerMargin = 0,
+                               .ordering = Ordering::LeftToRight},
+                       {input.get(), output.get(), _folder.file("ppd")});
+        } catch (const ToolkitError &error) {
+            return error.what();
+        }
+        EXPECT_TRUE(Platform::closeStream(std::move(output)));
+        return Support::readFile(_folder.file("out"));
+    }
+
+    /// The same bytes as of the document without damage.
+    void expectServed(const std::string &document) const
+    {
+        const std::string result = booklet(document);
+        EXPECT_TRUE(_booklet == result) << result.substr(0, 100);
+    }
+
+    bool isPacked() const { return GetParam() == std::string("generate"); }
+
+    const Support::TemporaryFolder _folder;
+    std::string _sound;
+    std::string _booklet;
+};
+
+INSTANTIATE_TEST_SUITE_P(Objects, PDFInputTest, testing::Values("disable", "generate"),
+                         [](const auto &instance) {
+                             return instance.param == std::string("generate") ? "Packed" : "Plain";
+                         });
+
+const std::string kLine = "HTTP/1.1 200 OK\r\n";
+const std::string kTrailing[] = {"\n", std::string(2000, '\0'), std::string(300000, '\n'),
+                                 "\x1b%-12345X" + std::string(1100, ' '),
+                                 std::string(3000, '<') + " the object of this page"};
+
+TEST_P(PDFInputTest, ALineOrJunkBeforeTheDocumentIsPassedOver)
+{
+    expectServed("\n" + _sound);
+    expectServed(kLine + _sound);
+    expectServed(std::string(1023, '\xff') + _sound);
+}
+
+TEST_P(PDFInputTest, JunkBehindTheDocumentIsPassedOver)
+{
+    for (const std::string &junk : kTrailing) {
+        expectServed(_sound + junk);
+        expectServed(kLine + _sound + junk);
+    }
+}
+
+// The first line and the comment behind it make room: what follows stays where it was.
+TEST_P(PDFInputTest, PositionsMayCountFromTheBeginOfTheFile)
+{
+    const std::size_t begin = _sound.find('\n', 9) + 1;
+    ASSERT_EQ(15U, begin);
+    const std::string moved = "HTTP\r\n" + _sound.substr(0, 9) + _sound.substr(begin);
+    expectServed(moved);
+    for (const std::string &junk : kTrailing)
+        expectServed(moved + junk);
+}
+
+// Objects at the end are a change that broke off: what the pages are by now is not known.
+TEST_P(PDFInputTest, AChangeThatBrokeOffIsNoJunk)
+{
+    const std::string change = "99 0 obj\n<< /Type /Page >>\nendobj\n";
+    const std::string result = booklet(_sound + change + std::string(2000, '\n'));
+    if (isPacked()) {
+        EXPECT_THAT(result, HasSubstr("is damaged"));
+    } else {
+        EXPECT_TRUE(_booklet == result); // the library finds that nothing leads to it
+    }
+}
+
+// Where the table should be: a document that was cut off.
+TEST_P(PDFInputTest, WhatStaysRefusedSaysWhatIsWrongAndWhatToTry)
+{
+    std::string document = _sound.substr(0, _sound.size() / 2);
+    EXPECT_EQ("The PDF document is damaged: the table of its objects, at its end, is missing or "
+              "wrong; open it and print it to a new PDF.",
+              booklet(document));
+    document = kLine + _sound;
+    document.replace(document.rfind("startxref\n") + 10, 1, "9");
+    if (isPacked()) {
+        EXPECT_THAT(booklet(document), HasSubstr("; open it and print it to a new PDF."));
+    }
+}
+
+TEST_P(PDFInputTest, TheWordsOfAnEndAloneAreNoDocument)
+{
+    for (const std::string document :
+         {"", "%PDF-", "startxref", "%PDF-startxref 0", "startxref 0 %%EOF %PDF-1.4",
+          "%PDF-1.4\nstartxref 99999999999999999999", "%PDF-1.4\nxref startxref 9",
+          "aaaa%PDF-1.4xref startxref 12\n%%EOF", "xref%PDF-startxref 0\n"})
+        EXPECT_THAT(booklet(document), HasSubstr("The PDF document is damaged: the table"));
+}
+
+} // namespace
