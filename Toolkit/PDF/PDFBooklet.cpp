@@ -1,6 +1,7 @@
 #include "PDFCommands.h"
 
 #include "Imposition.h"
+#include "PDFAnnotation.h"
 #include "PDFDocument.h"
 #include "PDFPage.h"
 
@@ -45,7 +46,7 @@ public:
 private:
     void drawPage(SideInProgress &side, const PDFPage &page, const Rectangle &area);
     void drawContents(SideInProgress &side, const PDFPage &page);
-    static void drawAnnotations(SideInProgress &side, const PDFPage &page);
+    void drawAnnotations(SideInProgress &side, const PDFPage &page);
     static void drawAnnotation(SideInProgress &side, const PDFPage &page,
                                QPDFObjectHandle annotation);
 
@@ -123,7 +124,7 @@ void SidePainter::drawAnnotations(SideInProgress &side, const PDFPage &page)
     for (int i = 0; annotations.isArray() && i < annotations.getArrayNItems(); ++i) {
         QPDFObjectHandle annotation = annotations.getArrayItem(i);
         if (annotation.isDictionary())
-            drawAnnotation(side, page, annotation);
+            drawAnnotation(side, page, annotationWithLook(_document.qpdf(), annotation));
     }
 }
 

@@ -2,11 +2,10 @@
 
 #include "Ink.h"
 #include "PDFDocument.h"
+#include "PDFOutline.h"
 #include "PDFPage.h"
 #include "PDFStructure.h"
 #include "watermarkText.h"
-
-#include <qpdf/QUtil.hh>
 
 #include <algorithm>
 #include <cmath>
@@ -20,55 +19,12 @@ using Platform::ShapedText;
 using Platform::TextPathSegment;
 using Rectangle = QPDFObjectHandle::Rectangle;
 
-/// A fourth decimal of a point is far below what any printer resolves.
-std::string number(double value)
-{
-    return QUtil::double_to_string(value, 4);
-}
-
 std::string colourOperator(const std::vector<double> &components)
 {
     std::string text;
     for (const double component : components)
-        text += number(component) + " ";
+        text += pdfNumber(component) + " ";
     return text + (components.size() == 1 ? "g\n" : components.size() == 3 ? "rg\n" : "k\n");
-}
-
-std::size_t pointsOf(const TextPathSegment &segment)
-{
-    switch (segment.kind) {
-    case TextPathSegment::Kind::Close:
-        return 0;
-    case TextPathSegment::Kind::Curve:
-        return 3;
-    default:
-        return 1;
-    }
-}
-
-const char *operatorOf(const TextPathSegment &segment)
-{
-    switch (segment.kind) {
-    case TextPathSegment::Kind::Move:
-        return "m\n";
-    case TextPathSegment::Kind::Line:
-        return "l\n";
-    case TextPathSegment::Kind::Curve:
-        return "c\n";
-    default:
-        return "h\n";
-    }
-}
-
-std::string pathOperators(const ShapedText &text)
-{
-    std::string path;
-    for (const TextPathSegment &segment : text.outline) {
-        for (std::size_t i = 0; i < pointsOf(segment); ++i)
-            path += number(segment.points[i].x) + " " + number(segment.points[i].y) + " ";
-        path += operatorOf(segment);
-    }
-    return path + "f\n";
 }
 
 /// A box around all of the outline, with a point to spare.
@@ -103,7 +59,7 @@ QPDFObjectHandle resourcesOf(const Watermark &watermark, const Ink &ink)
         resources.replaceKey(
             "/ExtGState", QPDFObjectHandle::parse("<< /Overprint << /Type /ExtGState /BM /Multiply "
                                                   "/ca " +
-                                                  number(ink.share) + " >> >>"));
+                                                  pdfNumber(ink.share) + " >> >>"));
     return resources;
 }
 
@@ -143,7 +99,7 @@ Stamp::Stamp(PDFDocument &document, const Watermark &watermark, const ShapedText
 {
     const Ink ink = inkOf(watermark);
     _text.replaceStreamData((watermark.overprint ? "/Overprint gs\n" : "") +
-                                colourOperator(ink.colour) + pathOperators(text),
+                                colourOperator(ink.colour) + pathOperators(text.outline),
                             QPDFObjectHandle::newNull(), QPDFObjectHandle::newNull());
     QPDFObjectHandle description = _text.getDict();
     description.replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));

@@ -1,11 +1,8 @@
 #include "PDFInput.h"
 
-#include "MinimalPPD.h"
-#include "PDFCommands.h"
 #include "Program.h"
-#include "Streams.h"
-#include "TemporaryFolder.h"
 #include "ToolkitError.h"
+#include "ToolkitPDF.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -28,23 +25,16 @@ protected:
     }
 
     /// What becomes of the document, or why it is refused.
-    std::string booklet(const std::string &document) const
+    static std::string booklet(const std::string &document)
     {
-        _folder.write("in", document);
-        _folder.write("ppd", Support::minimalPPD(""));
-        const Platform::Stream input = Platform::openForReading(_folder.file("in"));
-        Platform::Stream output = Platform::openForWriting(_folder.file("out"));
         try {
-            applyToPDF(Booklet{.pageSize = "A4",
-                               .centreMargin = 0,
-                               .outerMargin = 0,
-                               .ordering = Ordering::LeftToRight},
-                       {input.get(), output.get(), _folder.file("ppd")});
+            return processedPDF(document, Booklet{.pageSize = "A4",
+                                                  .centreMargin = 0,
+                                                  .outerMargin = 0,
+                                                  .ordering = Ordering::LeftToRight});
         } catch (const ToolkitError &error) {
             return error.what();
         }
-        EXPECT_TRUE(Platform::closeStream(std::move(output)));
-        return Support::readFile(_folder.file("out"));
     }
 
     /// The same bytes as of the document without damage.
@@ -129,7 +119,7 @@ TEST_P(PDFInputTest, TheWordsOfAnEndAloneAreNoDocument)
          {"", "%PDF-", "startxref", "%PDF-startxref 0", "startxref 0 %%EOF %PDF-1.4",
           "%PDF-1.4\nstartxref 99999999999999999999", "%PDF-1.4\nxref startxref 9",
           "aaaa%PDF-1.4xref startxref 12\n%%EOF", "xref%PDF-startxref 0\n"})
-        EXPECT_THAT(booklet(document), HasSubstr("The PDF document is damaged: the table"));
+        EXPECT_THAT(booklet(document), HasSubstr("The PDF document is damaged: "));
 }
 
 } // namespace

@@ -1,10 +1,8 @@
-#include "PDFCommands.h"
+#include "ToolkitPDF.h"
 
 #include "MinimalPPD.h"
 #include "PDFBuilder.h"
 #include "Rendering.h"
-#include "Streams.h"
-#include "TemporaryFolder.h"
 #include "ToolkitError.h"
 
 #include <gtest/gtest.h>
@@ -43,35 +41,24 @@ std::string document(int pages)
     return builder.document();
 }
 
-class ToolkitPDFCoverPagesTest : public testing::Test {
-protected:
-    std::string covered(const std::string &pdf, const CoverPages &request) const
-    {
-        _folder.write("in", pdf);
-        _folder.write("ppd", Support::minimalPPD(kOwnWord));
-        const Platform::Stream input = Platform::openForReading(_folder.file("in"));
-        Platform::Stream output = Platform::openForWriting(_folder.file("out"));
-        applyToPDF(request, {input.get(), output.get(), _folder.file("ppd")});
-        EXPECT_TRUE(Platform::closeStream(std::move(output)));
-        return Support::readFile(_folder.file("out"));
+std::string covered(const std::string &pdf, const CoverPages &request)
+{
+    return processedPDF(pdf, request, Support::minimalPPD(kOwnWord));
+}
+
+/// The sides that are printed: a page by its number, "(1)" for a blank one of page 1's size.
+std::string sides(int pages, CoverStyle front, CoverStyle back, const std::string &duplex)
+{
+    std::string text;
+    const std::string result = covered(document(pages), covers(front, back, duplex));
+    for (const auto &side : Support::renderText(result).pages) {
+        const std::string number = std::to_string(std::lround(side.width()) - 100);
+        text += side.coverage() == 0 ? "(" + number + ")" : number;
     }
+    return text;
+}
 
-    /// The sides that are printed: a page by its number, "(1)" for a blank one of page 1's size.
-    std::string sides(int pages, CoverStyle front, CoverStyle back, const std::string &duplex) const
-    {
-        std::string text;
-        const std::string result = covered(document(pages), covers(front, back, duplex));
-        for (const auto &side : Support::renderText(result).pages) {
-            const std::string number = std::to_string(std::lround(side.width()) - 100);
-            text += side.coverage() == 0 ? "(" + number + ")" : number;
-        }
-        return text;
-    }
-
-    const Support::TemporaryFolder _folder;
-};
-
-TEST_F(ToolkitPDFCoverPagesTest, CoversAreRefusedUnlessTheJobsOwnPaperWillDo)
+TEST(ToolkitPDFCoverPagesTest, CoversAreRefusedUnlessTheJobsOwnPaperWillDo)
 {
     CoverPages request = covers(NoPrint, None, "none");
     request.inPDF = false;
@@ -84,7 +71,7 @@ TEST_F(ToolkitPDFCoverPagesTest, CoversAreRefusedUnlessTheJobsOwnPaperWillDo)
     }
 }
 
-TEST_F(ToolkitPDFCoverPagesTest, PrintedOnOneSideACoverIsAPage)
+TEST(ToolkitPDFCoverPagesTest, PrintedOnOneSideACoverIsAPage)
 {
     EXPECT_EQ("123", sides(3, None, None, "none"));
     EXPECT_EQ("(1)123(3)", sides(3, NoPrint, NoPrint, "none"));
@@ -92,7 +79,7 @@ TEST_F(ToolkitPDFCoverPagesTest, PrintedOnOneSideACoverIsAPage)
     EXPECT_EQ("123", sides(3, Print, Print, "none"));
 }
 
-TEST_F(ToolkitPDFCoverPagesTest, PrintedOnBothSidesABlankCoverIsASheet)
+TEST(ToolkitPDFCoverPagesTest, PrintedOnBothSidesABlankCoverIsASheet)
 {
     for (const char *duplex : {"tumble", "notumble"}) {
         EXPECT_EQ("(1)(1)123", sides(3, NoPrint, None, duplex));
@@ -101,7 +88,7 @@ TEST_F(ToolkitPDFCoverPagesTest, PrintedOnBothSidesABlankCoverIsASheet)
     }
 }
 
-TEST_F(ToolkitPDFCoverPagesTest, PrintedOnBothSidesACoverWithOnePageHasABlankBack)
+TEST(ToolkitPDFCoverPagesTest, PrintedOnBothSidesACoverWithOnePageHasABlankBack)
 {
     EXPECT_EQ("1(1)234", sides(4, Print1, None, "notumble"));
     EXPECT_EQ("123(3)4", sides(4, None, Print1, "notumble"));
@@ -110,7 +97,7 @@ TEST_F(ToolkitPDFCoverPagesTest, PrintedOnBothSidesACoverWithOnePageHasABlankBac
     EXPECT_EQ("1", sides(1, Print1, None, "notumble"));
 }
 
-TEST_F(ToolkitPDFCoverPagesTest, PrintedOnBothSidesACoverThatIsPrintedLikeTheJobHasTwoPages)
+TEST(ToolkitPDFCoverPagesTest, PrintedOnBothSidesACoverThatIsPrintedLikeTheJobHasTwoPages)
 {
     EXPECT_EQ("1234", sides(4, Print, None, "notumble"));
     EXPECT_EQ("12345", sides(5, Print, Print, "notumble"));
@@ -119,7 +106,7 @@ TEST_F(ToolkitPDFCoverPagesTest, PrintedOnBothSidesACoverThatIsPrintedLikeTheJob
     EXPECT_EQ("1(1)(1)", sides(1, Print, NoPrint, "notumble"));
 }
 
-TEST_F(ToolkitPDFCoverPagesTest, ThePPDSaysWhichOfItsWordsIsOneSided)
+TEST(ToolkitPDFCoverPagesTest, ThePPDSaysWhichOfItsWordsIsOneSided)
 {
     EXPECT_EQ("(1)12", sides(2, NoPrint, None, "Simplex"));
     EXPECT_EQ("(1)12", sides(2, NoPrint, None, "Single"));
@@ -128,7 +115,7 @@ TEST_F(ToolkitPDFCoverPagesTest, ThePPDSaysWhichOfItsWordsIsOneSided)
 }
 
 // What the page has from the page tree, the blank one has, too.
-TEST_F(ToolkitPDFCoverPagesTest, ABlankPageIsOfItsNeighboursSize)
+TEST(ToolkitPDFCoverPagesTest, ABlankPageIsOfItsNeighboursSize)
 {
     PDFBuilder builder;
     builder.addPage("/UserUnit 2", "0 0 9 9 re f");
@@ -151,7 +138,7 @@ TEST_F(ToolkitPDFCoverPagesTest, ABlankPageIsOfItsNeighboursSize)
     EXPECT_EQ("2", QPDFObjectHandle(pages[0]).getKey("/UserUnit").unparse());
 }
 
-TEST_F(ToolkitPDFCoverPagesTest, WhatTheDocumentHoldsStaysButForWhatCountsItsPages)
+TEST(ToolkitPDFCoverPagesTest, WhatTheDocumentHoldsStaysButForWhatCountsItsPages)
 {
     PDFBuilder builder;
     builder.addPage(
