@@ -1,4 +1,4 @@
-// A PDF document, through the toolkit's two commands that take one. The first line chooses how (see
+// A PDF document, through the toolkit's commands. The first line chooses how (see
 // Toolkit.h), the document follows.
 
 #include "Fuzzing.h"
@@ -45,7 +45,14 @@ void Fuzz::tryInput(std::string_view input)
     const ToolkitCommands commands(takeLine(input));
     const auto marked = tryCommand(input, commands.watermark);
     const auto booklet = tryCommand(input, commands.booklet);
+    CoverPages covers = commands.covers;
+    covers.inPDF = true;
+    const auto covered = tryCommand(input, covers);
     if (marked && booklet)
         require(booklet->pages == (marked->pages + 3) / 4 * 2,
                 "a booklet has two sides for four pages");
+    // A blank sheet before and behind it, and a blank side to fill its last sheet.
+    if (marked && covered)
+        require(covered->pages >= marked->pages && covered->pages <= marked->pages + 4,
+                "covers lose no page and add a few blank sides");
 }

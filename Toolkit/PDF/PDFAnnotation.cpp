@@ -159,7 +159,6 @@ private:
     Rectangle inside() const;
     void drawAlongText(double height);
     void moveTo(Point point) { add({point}, "m\n"); }
-    void lineTo(Point point) { add({point}, "l\n"); }
     void path(const std::vector<Point> &points);
     void add(std::initializer_list<Point> points, const char *operation);
     void paint(bool closed);

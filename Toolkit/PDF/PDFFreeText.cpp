@@ -26,10 +26,11 @@ std::vector<Words> paragraphsOf(std::string text)
     std::vector<Words> paragraphs;
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
-        Words &words = paragraphs.emplace_back();
+        Words words;
         std::istringstream rest(line);
         for (std::string word; rest >> word;)
             words.push_back(word);
+        paragraphs.push_back(std::move(words));
     }
     return paragraphs;
 }

@@ -109,11 +109,11 @@ std::optional<Stretch> stretchToShow(const InputFile &file)
 /// The document in memory, with its header at its very beginning.
 std::unique_ptr<Buffer> copyOf(const InputFile &file, const Stretch &stretch)
 {
-    constexpr std::size_t kVersion = 8; // "%PDF-1.7"
+    constexpr std::ptrdiff_t kVersion = 8; // "%PDF-1.7"
     auto copy = std::make_unique<Buffer>(stretch.end - stretch.begin);
     const std::span bytes(reinterpret_cast<char *>(copy->getBuffer()), copy->getSize());
     file.read(stretch.begin, bytes);
-    if (const Position junk = stretch.header - stretch.begin; junk > 0) {
+    if (const auto junk = static_cast<std::ptrdiff_t>(stretch.header - stretch.begin); junk > 0) {
         std::rotate(bytes.begin(), bytes.begin() + junk, bytes.begin() + junk + kVersion);
         std::fill_n(bytes.begin() + kVersion, junk, '\n');
     }
