@@ -63,7 +63,7 @@ constexpr std::array kCoverPagesOptions = {
     OptionDescription{"--source", "SOURCE", "paper source of the job itself"},
     OptionDescription{"--media", "MEDIA", "media type of the job itself"},
     OptionDescription{"--duplex", "DUPLEX", "none, tumble or notumble: the job's sides"},
-    OptionDescription{"--in-pdf", "", "not needed: PDF has covers, too, from the job's own source"},
+    OptionDescription{"--in-pdf", "", "give PDF covers, too, from the job's own source", kOptional},
 };
 
 /// The value of an option that must be there once.
