@@ -271,7 +271,7 @@ public:
         const hb_glyph_position_t *positions = hb_buffer_get_glyph_positions(buffer.get(), nullptr);
         for (unsigned i = 0; i < count; ++i) {
             const hb_glyph_position_t &position = positions[i];
-            addGlyph(font, glyphs[i],
+            addGlyph(run.font, glyphs[i],
                      {_pen + position.x_offset * font.unit(), position.y_offset * font.unit()});
             _pen += position.x_advance * font.unit();
         }
@@ -282,8 +282,8 @@ public:
         const auto missing = _missing < _characters.size()
                                  ? std::optional<char32_t>(_characters[_missing])
                                  : std::nullopt;
-        return {_pen * _size,     _ascent * _size,     _descent * _size,
-                _lineGap * _size, std::move(_outline), missing};
+        return {_pen * _size,        _ascent * _size,    _descent * _size, _lineGap * _size,
+                std::move(_outline), std::move(_glyphs), missing};
     }
 
 private:
@@ -311,12 +311,19 @@ private:
         return buffer;
     }
 
-    void addGlyph(const Font &font, const hb_glyph_info_t &glyph, TextPoint origin)
+    void addGlyph(std::size_t fontIndex, const hb_glyph_info_t &glyph, TextPoint origin)
     {
+        const Font &font = _fonts[fontIndex];
+        const std::size_t begin = _outline.size();
         if (font.hasLook(glyph.codepoint))
             OutlineWriter(_outline, origin, font.unit(), _size).write(font.face()->glyph->outline);
         else if (!isInvisible(_characters[glyph.cluster]))
             _missing = std::min<std::size_t>(_missing, glyph.cluster);
+        if (_outline.size() > begin)
+            _glyphs.push_back({std::uint64_t{fontIndex} << 32 | glyph.codepoint,
+                               {origin.x * _size, origin.y * _size},
+                               begin,
+                               _outline.size()});
     }
 
     const Characters &_characters;
@@ -327,23 +334,35 @@ private:
     double _descent = 0;
     double _lineGap = 0;
     std::vector<TextPathSegment> _outline;
+    std::vector<ShapedGlyph> _glyphs;
     std::size_t _missing; ///< index of the first character without a look, else how many there are
 };
 
 } // namespace
 
-ShapedText shapeText(const std::string &text, const std::string &fontName, double size)
+TextShaper::TextShaper(const std::string &fontName, double size)
+    : _fonts(std::make_unique<Fonts>(fontName)), _size(size)
 {
-    Fonts fonts(fontName);
-    if (fonts.empty())
+}
+
+TextShaper::~TextShaper() = default;
+
+ShapedText TextShaper::shape(const std::string &text)
+{
+    if (_fonts->empty())
         return {};
     const Characters characters = charactersOf(text);
-    std::vector<Run> runs = runsOf(characters, fonts);
+    std::vector<Run> runs = runsOf(characters, *_fonts);
     orderFromLeftToRight(runs);
-    LineSetter setter(characters, fonts, size);
+    LineSetter setter(characters, *_fonts, _size);
     for (const Run &run : runs)
         setter.set(run);
     return setter.line();
+}
+
+ShapedText shapeText(const std::string &text, const std::string &fontName, double size)
+{
+    return TextShaper(fontName, size).shape(text);
 }
 
 TextSize measureText(const std::string &text, const std::string &fontName, double size)

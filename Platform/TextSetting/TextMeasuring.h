@@ -1,6 +1,9 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -37,6 +40,15 @@ struct TextPathSegment {
     std::array<TextPoint, 3> points = {};
 };
 
+/// A glyph of a line: the segments [begin, end) of the outline are its.
+struct ShapedGlyph {
+    /// What it looks like: the same for the same glyph of a font, in all texts of one TextShaper.
+    std::uint64_t shape = 0;
+    TextPoint origin; ///< its own, which the segments of one shape lie about in the same way
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
 /// One line of text, set. The baseline's start is the origin.
 struct ShapedText {
     double advance = 0; ///< how far the pen moves; white space at the end counts
@@ -44,6 +56,7 @@ struct ShapedText {
     double descent = 0; ///< below the baseline, positive, the greatest of the fonts in use
     double lineGap = 0; ///< between two lines, the greatest of the fonts in use
     std::vector<TextPathSegment> outline; ///< to be filled by the nonzero winding rule
+    std::vector<ShapedGlyph> glyphs;      ///< all of the outline, without glyphs that draw nothing
     /// The first visible character of the text that no font draws, and that the outline lacks;
     /// nullopt when it lacks none.
     std::optional<char32_t> missing;
@@ -56,6 +69,25 @@ struct ShapedText {
 /// @param fontName  PostScript name
 /// @param size      in points; 0 makes everything zero, a negative size mirrors both axes
 ShapedText shapeText(const std::string &text, const std::string &fontName, double size);
+
+class Fonts;
+
+/// Sets texts as shapeText() does, many in one font: it is looked for once. Not copied.
+class TextShaper {
+public:
+    /// @param fontName  PostScript name
+    /// @param size      as for shapeText()
+    TextShaper(const std::string &fontName, double size);
+    ~TextShaper();
+    TextShaper(const TextShaper &) = delete;
+    TextShaper &operator=(const TextShaper &) = delete;
+
+    ShapedText shape(const std::string &text);
+
+private:
+    std::unique_ptr<Fonts> _fonts; ///< grow with the texts
+    double _size;
+};
 
 /// The size of the text as shapeText() sets it.
 TextSize measureText(const std::string &text, const std::string &fontName, double size);

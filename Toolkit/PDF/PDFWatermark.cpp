@@ -5,18 +5,19 @@
 #include "PDFOutline.h"
 #include "PDFPage.h"
 #include "PDFStructure.h"
+#include "PDFText.h"
+#include "TextPlace.h"
 #include "watermarkText.h"
 
-#include <algorithm>
 #include <cmath>
 #include <map>
 #include <numbers>
+#include <optional>
 #include <string>
 
 namespace {
 
 using Platform::ShapedText;
-using Platform::TextPathSegment;
 using Rectangle = QPDFObjectHandle::Rectangle;
 
 std::string colourOperator(const std::vector<double> &components)
@@ -25,21 +26,6 @@ std::string colourOperator(const std::vector<double> &components)
     for (const double component : components)
         text += pdfNumber(component) + " ";
     return text + (components.size() == 1 ? "g\n" : components.size() == 3 ? "rg\n" : "k\n");
-}
-
-/// A box around all of the outline, with a point to spare.
-Rectangle boundsOf(const ShapedText &text)
-{
-    Rectangle bounds(0, 0, 0, 0);
-    for (const TextPathSegment &segment : text.outline) {
-        for (std::size_t i = 0; i < pointsOf(segment); ++i) {
-            bounds.llx = std::min(bounds.llx, segment.points[i].x);
-            bounds.lly = std::min(bounds.lly, segment.points[i].y);
-            bounds.urx = std::max(bounds.urx, segment.points[i].x);
-            bounds.ury = std::max(bounds.ury, segment.points[i].y);
-        }
-    }
-    return {bounds.llx - 1, bounds.lly - 1, bounds.urx + 1, bounds.ury + 1};
 }
 
 /// The page's area and as much again on every side: nothing that shows is cut off by it.
@@ -51,74 +37,107 @@ Rectangle generousBounds(const PDFPage &page)
     return {box.llx - width, box.lly - height, box.urx + width, box.ury + height};
 }
 
-/// What the text refers to: nothing, or how the page's own marks show through it.
-QPDFObjectHandle resourcesOf(const Watermark &watermark, const Ink &ink)
+/// How the text is filled: in its colour, and perhaps so that the page's own marks show through.
+PDFPaint paintOf(const Watermark &watermark)
 {
-    QPDFObjectHandle resources = QPDFObjectHandle::newDictionary();
-    if (watermark.overprint)
-        resources.replaceKey(
-            "/ExtGState", QPDFObjectHandle::parse("<< /Overprint << /Type /ExtGState /BM /Multiply "
-                                                  "/ca " +
-                                                  pdfNumber(ink.share) + " >> >>"));
-    return resources;
+    const Ink ink = inkOf(watermark);
+    PDFPaint paint = {colourOperator(ink.colour), QPDFObjectHandle::newDictionary()};
+    if (!watermark.overprint)
+        return paint;
+    paint.operators.insert(0, "/Overprint gs\n");
+    paint.resources.replaceKey(
+        "/ExtGState",
+        QPDFObjectHandle::parse("<< /Overprint << /Type /ExtGState /BM /Multiply /ca " +
+                                pdfNumber(ink.share) + " >> >>"));
+    return paint;
+}
+
+/// What a page is marked with.
+struct Mark {
+    QPDFObjectHandle form; ///< its origin is where the baseline starts
+    double descent;
+    Platform::TextSize box;
+    std::string name; ///< among the objects of a page, where that is free
+};
+
+/// The mark's name among a page's XObjects: the same wherever it is free or already the mark's.
+std::string nameIn(QPDFObjectHandle objects, const Mark &mark)
+{
+    std::string name = mark.name;
+    for (int i = 1; objects.hasKey(name) && !objects.getKey(name).isSameObjectAs(mark.form); ++i)
+        name = mark.name + std::to_string(i);
+    return name;
 }
 
 /// One watermark for the pages of a document.
 class Stamp {
 public:
-    Stamp(PDFDocument &document, const Watermark &watermark, const ShapedText &text);
+    /// @throws ToolkitError when the text cannot be drawn
+    Stamp(PDFDocument &document, const Watermark &watermark);
 
-    void drawOn(const PDFPage &page);
+    /// @param number  of the page, from 1
+    void drawOn(const PDFPage &page, std::uint64_t number);
 
     /// To be called behind the last page.
     void finish() { _structure.followContents(); }
 
 private:
-    void drawAbove(const PDFPage &page);
-    void drawBelow(const PDFPage &page);
-    std::string drawing(const PDFPage &page, const std::string &name) const;
-    std::string nameIn(QPDFObjectHandle objects);
+    std::optional<Mark> markOf(std::uint64_t page);
+    void drawAbove(const PDFPage &page, const Mark &mark);
+    void drawBelow(const PDFPage &page, const Mark &mark);
+    std::string drawing(const PDFPage &page, const Mark &mark, const std::string &name) const;
     QPDFObjectHandle sharedStream(const std::string &bytes);
 
     QPDF &_document;
     const Watermark &_watermark;
-    QPDFObjectHandle _text;
-    double _descent;
+    WatermarkText _text;
+    std::optional<Mark> _mark; ///< of the first page, if it draws anything
+    PDFGlyphs _glyphs;
     PDFPageForms _pageForms;
     PDFStructure _structure;
     std::map<std::string, QPDFObjectHandle> _streams;
 };
 
-Stamp::Stamp(PDFDocument &document, const Watermark &watermark, const ShapedText &text)
+Stamp::Stamp(PDFDocument &document, const Watermark &watermark)
     : _document(document.qpdf()),
       _watermark(watermark),
-      _text(QPDFObjectHandle::newStream(&_document)),
-      _descent(text.descent),
+      _text(watermark, document.pages().size()),
+      _glyphs(_document, paintOf(watermark)),
       _pageForms(_document),
       _structure(_document)
 {
-    const Ink ink = inkOf(watermark);
-    _text.replaceStreamData((watermark.overprint ? "/Overprint gs\n" : "") +
-                                colourOperator(ink.colour) + pathOperators(text.outline),
-                            QPDFObjectHandle::newNull(), QPDFObjectHandle::newNull());
-    QPDFObjectHandle description = _text.getDict();
-    description.replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
-    description.replaceKey("/Subtype", QPDFObjectHandle::newName("/Form"));
-    description.replaceKey("/BBox", QPDFObjectHandle::newArray(boundsOf(text)));
-    description.replaceKey("/Resources", resourcesOf(watermark, ink));
+    const ShapedText text = _text.onPage(1);
+    if (text.outline.empty())
+        return;
+    _mark = {formOf(_document, text, paintOf(watermark)), text.descent, text.size(), "/Watermark"};
+    if (watermark.overprint)
+        document.needVersion("1.4"); // the first one with transparency
 }
 
-void Stamp::drawOn(const PDFPage &page)
+/// @return nullopt for a text that draws nothing
+std::optional<Mark> Stamp::markOf(std::uint64_t page)
 {
+    if (!_mark || !_text.differs())
+        return _mark;
+    const ShapedText text = _text.onPage(page);
+    return Mark{_glyphs.formOf(text), text.descent, text.size(),
+                "/WatermarkOnPage" + std::to_string(page)};
+}
+
+void Stamp::drawOn(const PDFPage &page, std::uint64_t number)
+{
+    const auto mark = markOf(number);
+    if (!mark)
+        return;
     if (_watermark.above)
-        drawAbove(page);
+        drawAbove(page, *mark);
     else
-        drawBelow(page);
+        drawBelow(page, *mark);
 }
 
 /// What is left behind at the end of a page's contents is unknown (an open "q", another matrix),
 /// so they become a form and the text follows it.
-void Stamp::drawAbove(const PDFPage &page)
+void Stamp::drawAbove(const PDFPage &page, const Mark &mark)
 {
     QPDFObjectHandle objects = QPDFObjectHandle::newDictionary();
     std::string contents;
@@ -127,8 +146,8 @@ void Stamp::drawAbove(const PDFPage &page)
         _structure.contentsMoved(page.object(), *form);
         contents = "q /Page Do Q\n";
     }
-    objects.replaceKey("/Text", _text);
-    contents += drawing(page, "/Text");
+    objects.replaceKey("/Text", mark.form);
+    contents += drawing(page, mark, "/Text");
 
     QPDFObjectHandle resources = page.resources().shallowCopy();
     resources.replaceKey("/XObject", objects);
@@ -137,40 +156,36 @@ void Stamp::drawAbove(const PDFPage &page)
 }
 
 /// Everything is as it should be at the beginning of a page's contents.
-void Stamp::drawBelow(const PDFPage &page)
+void Stamp::drawBelow(const PDFPage &page, const Mark &mark)
 {
     QPDFObjectHandle resources = page.resources();
     if (!resources.getKey("/XObject").isDictionary())
         resources.replaceKey("/XObject", QPDFObjectHandle::newDictionary());
     QPDFObjectHandle objects = resources.getKey("/XObject");
-    const std::string name = nameIn(objects);
-    objects.replaceKey(name, _text);
+    const std::string name = nameIn(objects, mark);
+    objects.replaceKey(name, mark.form);
 
     std::vector<QPDFObjectHandle> contents = page.contents();
-    contents.insert(contents.begin(), sharedStream(drawing(page, name)));
+    contents.insert(contents.begin(), sharedStream(drawing(page, mark, name)));
     page.object().replaceKey("/Contents", QPDFObjectHandle::newArray(contents));
 }
 
-/// The operators that put the text in its place, in the page's user space. Who has a tagged page
+/// The operators that put the text in its places, in the page's user space. Who has a tagged page
 /// read aloud is not told of it.
-std::string Stamp::drawing(const PDFPage &page, const std::string &name) const
+std::string Stamp::drawing(const PDFPage &page, const Mark &mark, const std::string &name) const
 {
-    const double angle = std::fmod(_watermark.angle, 360) * std::numbers::pi / 180;
-    QPDFMatrix matrix = page.toUserSpace();
-    matrix.translate(_watermark.position.x, _watermark.position.y);
-    matrix.concat({std::cos(angle), std::sin(angle), -std::sin(angle), std::cos(angle), 0, 0});
-    matrix.translate(0, _descent);
-    return "/Artifact << /Type /Pagination /Subtype /Watermark >> BDC\nq " + matrix.unparse() +
-           " cm " + name + " Do Q\nEMC\n";
-}
-
-/// The text's name among a page's XObjects: the same wherever it is free or already the text's.
-std::string Stamp::nameIn(QPDFObjectHandle objects)
-{
-    std::string name = "/Watermark";
-    for (int i = 1; objects.hasKey(name) && !objects.getKey(name).isSameObjectAs(_text); ++i)
-        name = "/Watermark" + std::to_string(i);
-    return name;
+    std::string text = "/Artifact << /Type /Pagination /Subtype /Watermark >> BDC\n";
+    for (const PlacedText &place :
+         placedTexts(_watermark, mark.box, {page.width(), page.height()})) {
+        const double angle = std::fmod(place.angle, 360) * std::numbers::pi / 180;
+        QPDFMatrix matrix = page.toUserSpace();
+        matrix.translate(place.corner.x, place.corner.y);
+        matrix.concat({std::cos(angle), std::sin(angle), -std::sin(angle), std::cos(angle), 0, 0});
+        matrix.scale(place.scale, place.scale);
+        matrix.translate(0, mark.descent);
+        text += "q " + matrix.unparse() + " cm " + name + " Do Q\n";
+    }
+    return text + "EMC\n";
 }
 
 /// Pages of the same size share the stream.
@@ -187,16 +202,11 @@ QPDFObjectHandle Stamp::sharedStream(const std::string &bytes)
 void applyToPDF(const Watermark &watermark, const Job &job)
 {
     PDFDocument document(job);
-    const ShapedText text = watermarkText(watermark);
-    if (!text.outline.empty()) {
-        if (watermark.overprint)
-            document.needVersion("1.4"); // the first one with transparency
-        Stamp stamp(document, watermark, text);
-        for (std::uint64_t number = 0; const QPDFObjectHandle &page : document.pages()) {
-            if (watermark.pages.contains(++number))
-                stamp.drawOn(PDFPage(page));
-        }
-        stamp.finish();
+    Stamp stamp(document, watermark);
+    for (std::uint64_t number = 0; const QPDFObjectHandle &page : document.pages()) {
+        if (watermark.pages.contains(++number))
+            stamp.drawOn(PDFPage(page), number);
     }
+    stamp.finish();
     document.write(job.output);
 }

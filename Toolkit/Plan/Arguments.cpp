@@ -1,8 +1,10 @@
 #include "Arguments.h"
 
 #include "Text.h"
+#include "TextPlace.h"
 #include "ToolkitError.h"
 #include "Values.h"
+#include "textOnPage.h"
 
 #include <algorithm>
 #include <array>
@@ -19,6 +21,8 @@ struct OptionDescription {
 };
 
 constexpr bool kOptional = true;
+/// What a text is set in that is scaled for each page.
+constexpr double kSizeToBeFitted = 100;
 
 struct CommandDescription {
     std::string_view name;
@@ -37,6 +41,12 @@ constexpr std::array kWatermarkOptions = {
     OptionDescription{"--size", "LENGTH", "size of the font"},
     OptionDescription{"--text", "TEXT", "the text, in UTF-8"},
     OptionDescription{"--overprint", "", "let what is on the page show through, always on top",
+                      kOptional},
+    OptionDescription{"--place", "PLACE", "in place of --position: centre, top-left, 50%,20% ...",
+                      kOptional},
+    OptionDescription{"--distance", "LENGTH", "from the page's edges, with --place", kOptional},
+    OptionDescription{"--fit", "width", "text as wide as the page, with --place", kOptional},
+    OptionDescription{"--placeholders", "", "[page] and [pages] in the text are numbers",
                       kOptional},
     OptionDescription{"--pages", "PAGES", "first, not-first, odd, even, 2-5,8,10-: only these",
                       kOptional},
@@ -139,8 +149,31 @@ CoverStyle coverStyleFromText(std::string_view text)
     return text == "print" ? CoverStyle::Print : CoverStyle::None;
 }
 
-Command understandWatermark(const Arguments &arguments)
+/// @return nullopt when the text has a position instead
+std::optional<TextPlace> understandPlace(const Arguments &arguments)
 {
+    const bool fitted = isGiven(arguments, "--fit");
+    if (!isGiven(arguments, "--place")) {
+        if (fitted || isGiven(arguments, "--distance"))
+            throw ToolkitError("The options --distance and --fit need the option --place.");
+        return std::nullopt;
+    }
+    if (isGiven(arguments, "--position"))
+        throw ToolkitError("Only one of the options --position and --place can be given.");
+    if (fitted && valueOf(arguments, "--fit") != "width")
+        throw ToolkitError("The watermark can be fitted to the width only.");
+    TextPlace place = readValue(arguments, "--place", textPlaceFromText,
+                                "The watermark's place is neither a name nor two percentages.");
+    place.fitted |= fitted;
+    place.distance = readValueIfGiven(arguments, "--distance", marginFromText,
+                                      "The watermark's distance is not a length.")
+                         .value_or(place.distance);
+    return place;
+}
+
+Watermark understandTextAndPlace(const Arguments &arguments)
+{
+    const auto place = understandPlace(arguments);
     const bool above = isAbove(arguments);
     const bool overprint = isGiven(arguments, "--overprint");
     return Watermark{
@@ -150,8 +183,10 @@ Command understandWatermark(const Arguments &arguments)
                            "The watermark's angle is not a number."),
         .colour = readValue(arguments, "--colour", colourFromText,
                             "The watermark's colour is not 1, 3 or 4 numbers from 0 to 1."),
-        .position = readValue(arguments, "--position", positionFromText,
-                              "The watermark's position is not two lengths with a comma between."),
+        .position = place ? Point{}
+                          : readValue(arguments, "--position", positionFromText,
+                                      "The watermark's position is not two lengths with a "
+                                      "comma between."),
         .size = readValue(arguments, "--size", sizeFromText,
                           "The watermark's size is not a length above 0."),
         .text = readValue(arguments, "--text", printableText,
@@ -160,7 +195,18 @@ Command understandWatermark(const Arguments &arguments)
                                   "The watermark's pages are not a list of pages.")
                      .value_or(PageSelection()),
         .overprint = overprint,
+        .place = place,
+        .hasPlaceholders = isGiven(arguments, "--placeholders"),
     };
+}
+
+Command understandWatermark(const Arguments &arguments)
+{
+    Watermark watermark = understandTextAndPlace(arguments);
+    textOnPage(watermark, 1, 1); // its placeholders are known
+    if (watermark.place && watermark.place->fitted)
+        watermark.size = kSizeToBeFitted;
+    return watermark;
 }
 
 Command understandBooklet(const Arguments &arguments)

@@ -3,6 +3,7 @@
 #include "PageSelection.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -16,6 +17,17 @@ struct Point {
     double y;
 };
 
+/// Where a text lies on a page, told by the page's own size and not in points from its corner.
+struct TextPlace {
+    Point spot;             ///< parts of width and height: 0,0 is lower left, 1,1 upper right
+    Point inwards = {0, 0}; ///< x: 1 right of the spot, the distance away from it; -1 left of it;
+                            ///< 0 centred on it. y: the same upwards
+    bool alongDiagonal = false; ///< turned as the diagonal that rises to the right, whatever angle
+    bool tiled = false;         ///< again and again over the page, one of them on the spot
+    bool fitted = false;        ///< as wide as the page has room, in the place of the size
+    double distance = 36;       ///< clear strip at the edges, clear space between tiled texts
+};
+
 /// A text on the pages.
 struct Watermark {
     bool above;                 ///< on top of the page's own marks, else beneath them
@@ -27,6 +39,9 @@ struct Watermark {
     std::string text;           ///< UTF-8 without control characters, perhaps empty
     PageSelection pages = {};   ///< those that get it
     bool overprint = false;     ///< lets the marks beneath show through; only with above
+    /// Where the text lies, if it has no position.
+    std::optional<TextPlace> place = {};
+    bool hasPlaceholders = false; ///< the text has some, see textOnPage()
 };
 
 /// Which half of a sheet is read first.

@@ -3,6 +3,7 @@
 #include "DSCDocument.h"
 #include "DocumentWriter.h"
 #include "Ink.h"
+#include "PageSizes.h"
 #include "PostScriptText.h"
 #include "ProcSets.h"
 #include "watermarkText.h"
@@ -12,10 +13,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace {
 
+using Platform::ShapedGlyph;
 using Platform::ShapedText;
 using Platform::TextPathSegment;
 
@@ -77,6 +82,14 @@ std::string pathOperation(const TextPathSegment &segment)
     return "closepath\n";
 }
 
+std::string pathOperations(const std::vector<TextPathSegment> &outline)
+{
+    std::string text;
+    for (const TextPathSegment &segment : outline)
+        text += pathOperation(segment);
+    return text;
+}
+
 std::string outlineProcedures(const std::vector<TextPathSegment> &outline)
 {
     std::string text = "/outline [\n";
@@ -88,14 +101,86 @@ std::string outlineProcedures(const std::vector<TextPathSegment> &outline)
     return text + (outline.empty() ? "" : "} bind ") + "] def\n";
 }
 
-/// What the procedures have to know of the watermark (Watermark.ps).
-std::string requestOf(const Watermark &watermark)
+/// "{ 120.5 42 9 }": width, height and descent of the text's box, above 0 the first two.
+std::string boxProcedure(const ShapedText &text)
 {
-    const ShapedText text = watermarkText(watermark);
-    const Ink ink = inkOf(watermark);
-    return (watermark.overprint ? overprintRequest(ink) : colourProcedure(ink.colour)) +
-           placeProcedure(watermark, text.descent) + outlineProcedures(text.outline) +
-           (watermark.above ? "/isAbove true def\n" : "/isAbove false def\n");
+    constexpr double kLeastWidth = 0.01; // of blanks without any
+    return "{ " +
+           postScriptNumbers(std::array{std::max(text.size().width, kLeastWidth),
+                                        text.size().height, text.descent}) +
+           " }";
+}
+
+std::string definition(std::string_view name, double value)
+{
+    return "/" + std::string(name) + " " + postScriptNumber(value) + " def\n";
+}
+
+std::string definition(std::string_view name, bool value)
+{
+    return "/" + std::string(name) + (value ? " true def\n" : " false def\n");
+}
+
+/// Where the text comes on a page, and which size a page has that does not tell it
+/// (WatermarkPlace.ps).
+std::string layoutOf(const TextPlace &place, double angle, const PageSize &usual)
+{
+    return "/layout 64 dict dup begin\n" + definition("spotX", place.spot.x) +
+           definition("spotY", place.spot.y) + definition("inwardsX", place.inwards.x) +
+           definition("inwardsY", place.inwards.y) + definition("distance", place.distance) +
+           definition("isAlongDiagonal", place.alongDiagonal) + definition("isTiled", place.tiled) +
+           definition("isFitted", place.fitted) + definition("slope", std::fmod(angle, 360)) +
+           definition("usualWidth", usual.width) + definition("usualHeight", usual.height) +
+           "end def\n";
+}
+
+PageSize usualPageSize(const DSCDocument &document, const std::string &ppdPath)
+{
+    constexpr PageSize kLetter = {612, 792};
+    const auto named = document.mediaOf(document.pages().front());
+    return named ? *named : defaultPageSize(ppdPath).value_or(kLetter);
+}
+
+/// The texts of pages that do not share one (WatermarkPages.ps). Each shape that they are made of
+/// is in the document once.
+class PageTexts {
+public:
+    /// @param text  stays the caller's, who keeps it at least as long
+    explicit PageTexts(WatermarkText &text) : _text(text) {}
+
+    void add(std::uint64_t page);
+
+    /// The procedures for the shapes of all texts that were added.
+    std::string glyphs() const { return "/glyphs [\n" + _glyphs + "] def\n"; }
+    /// The operands that tell of the text of a page that was added.
+    const std::string &operandsFor(std::uint64_t page) const { return _operands.at(page); }
+
+private:
+    std::size_t numberOf(const ShapedGlyph &glyph, const ShapedText &text);
+
+    WatermarkText &_text;
+    std::map<std::uint64_t, std::size_t> _numbers; ///< of the shapes in the document
+    std::string _glyphs;
+    std::map<std::uint64_t, std::string> _operands;
+};
+
+void PageTexts::add(std::uint64_t page)
+{
+    const ShapedText text = _text.onPage(page);
+    std::string operands = "{";
+    for (const ShapedGlyph &glyph : text.glyphs) {
+        const auto number = static_cast<double>(numberOf(glyph, text));
+        operands += "\n" + postScriptNumbers(std::array{glyph.origin.x, glyph.origin.y, number});
+    }
+    _operands[page] = operands + "\n} " + boxProcedure(text);
+}
+
+std::size_t PageTexts::numberOf(const ShapedGlyph &glyph, const ShapedText &text)
+{
+    const auto [shape, isNew] = _numbers.try_emplace(glyph.shape, _numbers.size());
+    if (isNew)
+        _glyphs += "{ " + pathOperations(outlineOf(glyph, text)) + "} bind\n";
+    return shape->second;
 }
 
 bool isLandscape(const DSCDocument &document, const DSCPage &page)
@@ -109,23 +194,99 @@ bool hasLandscapePages(const DSCDocument &document)
                                [&](const DSCPage &page) { return isLandscape(document, page); });
 }
 
-bool hasUnmarkedPages(const Watermark &watermark, const DSCDocument &document)
+/// Puts one watermark on the pages of a document.
+class PostScriptStamp {
+public:
+    /// @throws ToolkitError when the text cannot be drawn, and for an unreadable PPD
+    PostScriptStamp(const Watermark &watermark, const DSCDocument &document, const Job &job);
+
+    /// What the procedures have to know of the watermark (Watermark.ps and what goes along).
+    std::string request() const;
+    std::string procedures() const;
+
+    /// What stands at the begin of a page.
+    void callFor(std::uint64_t page, DocumentWriter &writer) const;
+
+private:
+    bool isOnAllPages() const;
+
+    const Watermark &_watermark;
+    const DSCDocument &_document;
+    PageSize _usualSize = {};
+    WatermarkText _text;
+    ShapedText _firstText;
+    PageTexts _texts;
+    bool _turns; ///< along with landscape pages
+};
+
+PostScriptStamp::PostScriptStamp(const Watermark &watermark, const DSCDocument &document,
+                                 const Job &job)
+    : _watermark(watermark),
+      _document(document),
+      _text(watermark, document.pages().size()),
+      _firstText(_text.onPage(1)),
+      _texts(_text),
+      _turns(hasLandscapePages(document))
 {
-    for (std::uint64_t page = 1; page <= document.pages().size(); ++page) {
-        if (!watermark.pages.contains(page))
-            return true;
+    if (watermark.place)
+        _usualSize = usualPageSize(document, job.ppdPath);
+    for (std::uint64_t page = 1; _text.differs() && page <= document.pages().size(); ++page) {
+        if (watermark.pages.contains(page))
+            _texts.add(page);
     }
-    return false;
 }
 
-/// The procedures, with what only some documents and requests need besides.
-std::string procSetFor(const Watermark &watermark, const DSCDocument &document)
+std::string PostScriptStamp::request() const
 {
-    std::string text(hasLandscapePages(document) ? kLandscapePageProcSet : "");
-    text += watermark.overprint ? kOverprintProcSet : "";
+    const Ink ink = inkOf(_watermark);
+    std::string text = _watermark.overprint ? overprintRequest(ink) : colourProcedure(ink.colour);
+    text += _watermark.place ? layoutOf(*_watermark.place, _watermark.angle, _usualSize)
+                             : placeProcedure(_watermark, _firstText.descent);
+    if (_text.differs())
+        text += _texts.glyphs();
+    else
+        text += outlineProcedures(_firstText.outline);
+    if (_watermark.place && !_text.differs())
+        text += "/box " + boxProcedure(_firstText) + " bind def\n";
+    return text + definition("isAbove", _watermark.above);
+}
+
+std::string PostScriptStamp::procedures() const
+{
+    std::string text;
+    if (_text.differs())
+        text += kWatermarkPagesProcSet;
+    if (_watermark.place)
+        text += kWatermarkPlaceProcSet;
+    if (_turns)
+        text += kLandscapePageProcSet;
+    if (_watermark.overprint)
+        text += kOverprintProcSet;
     text += kWatermarkProcSet;
-    text += hasUnmarkedPages(watermark, document) ? kUnmarkedPageProcSet : "";
+    if (!isOnAllPages())
+        text += kUnmarkedPageProcSet;
     return text;
+}
+
+bool PostScriptStamp::isOnAllPages() const
+{
+    for (std::uint64_t page = 1; page <= _document.pages().size(); ++page) {
+        if (!_watermark.pages.contains(page))
+            return false;
+    }
+    return true;
+}
+
+void PostScriptStamp::callFor(std::uint64_t page, DocumentWriter &writer) const
+{
+    if (!_watermark.pages.contains(page))
+        return writer.call("KLToolkitUnmarkedPage");
+    if (_turns)
+        writer.call("KLToolkitWatermarkTurned",
+                    isLandscape(_document, _document.pages()[page - 1]) ? "90" : "0");
+    if (_text.differs())
+        writer.call("KLToolkitWatermarkText", _texts.operandsFor(page));
+    writer.call("KLToolkitWatermarkPage");
 }
 
 } // namespace
@@ -134,17 +295,15 @@ void applyToPostScript(const Watermark &watermark, const Job &job)
 {
     const DSCDocument document(job.input);
     DocumentWriter writer(document, job.output);
+    const PostScriptStamp stamp(watermark, document, job);
 
     writer.copy({0, document.beginOfProcedures()});
-    const bool turns = hasLandscapePages(document);
-    writer.procedures("KLToolkitWatermark", requestOf(watermark), procSetFor(watermark, document));
+    writer.procedures("KLToolkitWatermark", stamp.request(), stamp.procedures());
     std::uint64_t copied = document.beginOfProcedures();
     for (std::uint64_t number = 0; const DSCPage &page : document.pages()) {
         const bool isMarked = watermark.pages.contains(++number);
         writer.copy({copied, page.content});
-        if (isMarked && turns)
-            writer.call("KLToolkitWatermarkTurned", isLandscape(document, page) ? "90" : "0");
-        writer.call(isMarked ? "KLToolkitWatermarkPage" : "KLToolkitUnmarkedPage");
+        stamp.callFor(number, writer);
         copied = page.content;
         if (isMarked && !watermark.above && !document.isCutOff(page)) {
             writer.copy({copied, page.end});

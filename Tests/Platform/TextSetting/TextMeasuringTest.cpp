@@ -376,6 +376,35 @@ TEST(TextMeasuringTest, GlyphsStandOneBehindTheOther)
     }
 }
 
+TEST(TextMeasuringTest, TheGlyphsOfALineMakeUpItsOutline)
+{
+    const ShapedText text = shapeText("I I", "Helvetica", 1000); // the blank draws nothing
+    ASSERT_EQ(2U, text.glyphs.size());
+    EXPECT_EQ(0U, text.glyphs[0].begin);
+    EXPECT_EQ(text.glyphs[0].end, text.glyphs[1].begin);
+    EXPECT_EQ(text.outline.size(), text.glyphs[1].end);
+    EXPECT_NEAR(0, text.glyphs[0].origin.x, 1e-9);
+    EXPECT_NEAR(278 + kHelveticaBlank, text.glyphs[1].origin.x, 1e-9);
+    EXPECT_EQ(0, text.glyphs[1].origin.y);
+}
+
+TEST(TextMeasuringTest, AShaperTellsTheShapesOfItsTextsApart)
+{
+    Platform::TextShaper shaper("Helvetica", 10);
+    const auto shapes = [&shaper](const char *text) {
+        std::vector<std::uint64_t> numbers;
+        for (const Platform::ShapedGlyph &glyph : shaper.shape(text).glyphs)
+            numbers.push_back(glyph.shape);
+        return numbers;
+    };
+    const auto first = shapes("aba");
+    ASSERT_EQ(3U, first.size());
+    EXPECT_EQ(first[0], first[2]);
+    EXPECT_NE(first[0], first[1]);
+    EXPECT_EQ(std::vector({first[1], first[0]}), shapes("ba"));
+    EXPECT_EQ(shapeText("ab", "Helvetica", 10).size().width, shaper.shape("ab").size().width);
+}
+
 TEST(TextMeasuringTest, QuadraticCurvesKeepTheirShape)
 {
     // The "o" of a TrueType face: a curve's control points lie on its tangents, here inside the

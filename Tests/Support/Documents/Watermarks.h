@@ -3,11 +3,13 @@
 #include "Commands.h"
 #include "Rendering.h"
 #include "TextMeasuring.h"
+#include "TextPlace.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <vector>
 
 namespace Support {
 
@@ -46,6 +48,21 @@ inline Box inkBoxOf(const Watermark &watermark)
         include(pen);
     }
     return box;
+}
+
+/// Watermarks with a position that together are what one with a place is on such a page.
+inline std::vector<Watermark> positioned(Watermark watermark, const PageSize &page)
+{
+    const auto text = Platform::shapeText(watermark.text, watermark.font, watermark.size);
+    std::vector<Watermark> watermarks;
+    for (const PlacedText &place : placedTexts(watermark, text.size(), page)) {
+        watermarks.push_back(watermark);
+        watermarks.back().place = {};
+        watermarks.back().position = place.corner;
+        watermarks.back().angle = place.angle;
+        watermarks.back().size = watermark.size * place.scale;
+    }
+    return watermarks;
 }
 
 /// How many pixels a red watermark has changed beside its text. Above a page's marks the text takes

@@ -62,6 +62,14 @@ Words without(Words words, const std::string &option, int count)
     return words;
 }
 
+/// The words of a watermark whose place is told by the page.
+Words placedWords(const std::string &place)
+{
+    Words words = without(watermarkWords(), "--position", 2);
+    words.insert(words.end() - 2, {"--place", place});
+    return words;
+}
+
 template <class Kind>
 Kind understood(const Words &words)
 {
@@ -257,6 +265,73 @@ TEST(ToolkitArgumentsTest, SignaturesAndCreepThatAreNoneAreRefused)
         EXPECT_EQ("The booklet's creep is not a length.",
                   problem(with(bookletWords(), {"--creep", creep})));
     }
+}
+
+TEST(ToolkitArgumentsTest, AWatermarkWithAPositionHasNoPlaceAndNoPlaceholders)
+{
+    EXPECT_FALSE(understood<Watermark>(watermarkWords()).place);
+    EXPECT_FALSE(understood<Watermark>(watermarkWords()).hasPlaceholders);
+}
+
+TEST(ToolkitArgumentsTest, APlaceStandsInThePlaceOfThePosition)
+{
+    const auto place = understood<Watermark>(placedWords("top-right")).place.value();
+    EXPECT_EQ(1, place.spot.x);
+    EXPECT_EQ(1, place.spot.y);
+    EXPECT_EQ(-1, place.inwards.x);
+    EXPECT_EQ(-1, place.inwards.y);
+    EXPECT_EQ(36, place.distance);
+    EXPECT_FALSE(place.fitted || place.tiled || place.alongDiagonal);
+    EXPECT_EQ(0.25, understood<Watermark>(placedWords("25%,75%")).place->spot.x);
+    EXPECT_EQ(0.75, understood<Watermark>(placedWords("25%,75%")).place->spot.y);
+    EXPECT_TRUE(understood<Watermark>(placedWords("tiled")).place->tiled);
+    EXPECT_EQ(36, understood<Watermark>(placedWords("centre")).size);
+}
+
+TEST(ToolkitArgumentsTest, TheDistanceIsALength)
+{
+    const auto words = with(placedWords("top"), {"--distance", "1in"});
+    EXPECT_EQ(72, understood<Watermark>(words).place->distance);
+    EXPECT_EQ(0, understood<Watermark>(withValue(words, "--distance", "0")).place->distance);
+}
+
+TEST(ToolkitArgumentsTest, AFittedTextIsSetInASizeThatIsScaled)
+{
+    const auto words = withValue(placedWords("top"), "--size", "0.001");
+    const auto fitted = understood<Watermark>(with(words, {"--fit", "width"}));
+    EXPECT_TRUE(fitted.place->fitted);
+    EXPECT_EQ(100, fitted.size);
+    const auto diagonal = understood<Watermark>(withValue(words, "--place", "diagonal"));
+    EXPECT_TRUE(diagonal.place->fitted && diagonal.place->alongDiagonal);
+    EXPECT_EQ(100, diagonal.size);
+}
+
+TEST(ToolkitArgumentsTest, PlacesThatAreNoneAreRefused)
+{
+    EXPECT_EQ("The watermark's place is neither a name nor two percentages.",
+              problem(placedWords("middle")));
+    EXPECT_EQ("The watermark's distance is not a length.",
+              problem(with(placedWords("top"), {"--distance", "-1"})));
+    EXPECT_EQ("The watermark can be fitted to the width only.",
+              problem(with(placedWords("top"), {"--fit", "height"})));
+    EXPECT_EQ("Only one of the options --position and --place can be given.",
+              problem(with(watermarkWords(), {"--place", "top"})));
+    constexpr char kAlone[] = "The options --distance and --fit need the option --place.";
+    EXPECT_EQ(kAlone, problem(with(watermarkWords(), {"--distance", "1"})));
+    EXPECT_EQ(kAlone, problem(with(watermarkWords(), {"--fit", "width"})));
+    EXPECT_EQ("The option --position is missing.",
+              problem(without(watermarkWords(), "--position", 2)));
+}
+
+TEST(ToolkitArgumentsTest, PlaceholdersAreLookedAtWhenTheyAreAskedFor)
+{
+    const auto words = withValue(watermarkWords(), "--text", "[page] [x]");
+    EXPECT_EQ("[page] [x]", understood<Watermark>(words).text);
+    EXPECT_EQ("The watermark's text has a placeholder that is not known.",
+              problem(with(words, {"--placeholders"})));
+    const auto known = withValue(with(words, {"--placeholders"}), "--text", "[page]/[pages]");
+    EXPECT_TRUE(understood<Watermark>(known).hasPlaceholders);
+    EXPECT_EQ("[page]/[pages]", understood<Watermark>(known).text);
 }
 
 TEST(ToolkitArgumentsTest, HelpTellsWhichOptionsAreNeeded)
