@@ -20,6 +20,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <exception>
 #include <memory>
 #include <new>
@@ -125,7 +126,8 @@ void logToolkitErrors(const std::vector<KLError> &errors)
 
 /// Lets the toolkit rewrite the job; without a toolkit the job stays as it is.
 /// @return the path of the file that is the job from here on
-std::string applyToolkit(const std::string &jobPath, KLPrintOptions &options)
+std::string applyToolkit(const FilterArguments &arguments, const std::string &jobPath,
+                         KLPrintOptions &options)
 {
     std::optional<std::string> objection;
     auto toolkit = trustedToolkit(options, &objection);
@@ -137,6 +139,10 @@ std::string applyToolkit(const std::string &jobPath, KLPrintOptions &options)
         return jobPath;
     }
     KLToolkitProcessor processor(std::move(*toolkit));
+    processor.setJobValues({.user = arguments.userName,
+                            .title = arguments.jobTitle,
+                            .jobId = arguments.jobId,
+                            .printed = std::time(nullptr)});
     std::vector<KLError> errors;
     bool coversOfJobsPaper = false;
     auto rewrittenPath = processor.applyToolkitToFileWithOptionsAndReturnErrors(
@@ -254,7 +260,7 @@ void printJob(const FilterArguments &arguments, const std::function<bool()> &isW
     JobFile jobFile = secureJobData(arguments, isWhole);
     const auto options = makeOptionsOrClear(arguments, jobFile);
     settleDomain(*options);
-    jobFile.path = applyToolkit(jobFile.path, *options);
+    jobFile.path = applyToolkit(arguments, jobFile.path, *options);
 
     const Platform::Stream job = KLFileUtilities::openForReading(jobFile.path);
     if (!job)

@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <stdexcept>
 #include <utility>
 
 namespace {
@@ -95,9 +96,43 @@ double watermarkNumber(const KLPrintOptions &options, std::string_view name,
 
 // Here each command has defaults of its own; elsewhere the same settings have others.
 
+/// Whether the job asks for a place that the toolkit has to find, page by page.
+bool isPlacedByToolkit(const KLPrintOptions &options)
+{
+    return !watermarkOption(options, "place", "").empty() ||
+           !watermarkOption(options, "distance", "").empty() ||
+           !watermarkOption(options, "fit", "").empty() ||
+           watermarkOption(options, "placeholders", "") == "True";
+}
+
+/// Where the text lies, for the page size of the job or, by the toolkit, for that of each page.
+Arguments placeArguments(const KLPrintOptions &options, const std::string &text,
+                         const KLToolkitProcessor::TextMeasurer &measureText)
+{
+    const double x = watermarkNumber(options, "x", "50");
+    const double y = watermarkNumber(options, "y", "50");
+    if (isPlacedByToolkit(options)) {
+        const std::string place = watermarkOption(options, "place", "");
+        return {"--place", place.empty() ? objectFormat("%f%%,%f%%", x, y) : place};
+    }
+    const KLWatermarkPosition position =
+        watermarkPosition(measureText(text, watermarkOption(options, "font", "Helvetica"),
+                                      watermarkNumber(options, "size", "36")),
+                          options.pageSize(), watermarkNumber(options, "angle", "0"), x, y);
+    return {"--position", objectFormat("%f,%f", position.x, position.y)};
+}
+
 /// What only some jobs ask for; without it the command is what it would be.
 void appendFurtherWatermarkArguments(const KLPrintOptions &options, Arguments &arguments)
 {
+    const std::string distance = watermarkOption(options, "distance", "");
+    if (!distance.empty())
+        arguments.insert(arguments.end(), {"--distance", distance});
+    const std::string fit = watermarkOption(options, "fit", "");
+    if (!fit.empty())
+        arguments.insert(arguments.end(), {"--fit", fit});
+    if (watermarkOption(options, "placeholders", "") == "True")
+        arguments.emplace_back("--placeholders");
     if (watermarkOption(options, "overprint", "") == "True")
         arguments.emplace_back("--overprint");
     const std::string pages = watermarkOption(options, "pages", "");
@@ -105,24 +140,29 @@ void appendFurtherWatermarkArguments(const KLPrintOptions &options, Arguments &a
         arguments.insert(arguments.end(), {"--pages", pages});
 }
 
-Arguments watermarkArguments(const KLPrintOptions &options,
-                             const KLToolkitProcessor::TextMeasurer &measureText)
+/// @throws std::length_error, see withJobValues()
+std::string watermarkText(const KLPrintOptions &options, JobValues job)
 {
     const std::string text = watermarkOption(options, "text", "");
-    const std::string font = watermarkOption(options, "font", "Helvetica");
-    const std::string size = watermarkOption(options, "size", "36");
-    const double angle = watermarkNumber(options, "angle", "0");
-    const KLWatermarkPosition position = watermarkPosition(
-        measureText(text, font, Platform::doubleFromText(size)), options.pageSize(), angle,
-        watermarkNumber(options, "x", "50"), watermarkNumber(options, "y", "50"));
+    if (watermarkOption(options, "placeholders", "") != "True")
+        return text;
+    job.user = textOption(options, "com.kalmira.username", job.user);
+    return withJobValues(text, job);
+}
+
+Arguments watermarkArguments(const KLPrintOptions &options, const JobValues &job,
+                             const KLToolkitProcessor::TextMeasurer &measureText)
+{
+    const std::string text = watermarkText(options, job);
     const bool above = watermarkOption(options, "ordering", "0") == "0";
-    Arguments arguments = {"watermark",  above ? "--above" : "--below",
-                           "--font",     font,
-                           "--angle",    objectFormat("%f", -angle),
-                           "--colour",   watermarkOption(options, "color", "0,0,0"),
-                           "--position", objectFormat("%f,%f", position.x, position.y),
-                           "--size",     size,
-                           "--text",     text};
+    Arguments arguments = {"watermark", above ? "--above" : "--below",
+                           "--font",    watermarkOption(options, "font", "Helvetica"),
+                           "--angle",   objectFormat("%f", -watermarkNumber(options, "angle", "0")),
+                           "--colour",  watermarkOption(options, "color", "0,0,0")};
+    const Arguments place = placeArguments(options, text, measureText);
+    arguments.insert(arguments.end(), place.begin(), place.end());
+    arguments.insert(arguments.end(),
+                     {"--size", watermarkOption(options, "size", "36"), "--text", text});
     appendFurtherWatermarkArguments(options, arguments);
     return arguments;
 }
@@ -336,12 +376,17 @@ std::string KLToolkitProcessor::applyToolkitToFileWithOptionsAndReturnErrors(
 
 void KLToolkitProcessor::applyWatermark(const KLPrintOptions &options, Progress &progress)
 {
-    constexpr char kFailure[] = "Unable to apply watermark";
-    try {
-        runCommand(watermarkArguments(options, _measureText), kFailure, progress);
-    } catch (const Platform::ModuleError &error) {
+    static constexpr char kFailure[] = "Unable to apply watermark";
+    const auto fail = [&progress](const char *reason) {
         progress.errors.emplace_back(kErrorDomain, kCommandFailed, kFailure,
-                                     KLError(kGeneralErrorDomain, kNoSuchFile, error.what()));
+                                     KLError(kGeneralErrorDomain, kNoSuchFile, reason));
+    };
+    try {
+        runCommand(watermarkArguments(options, _job, _measureText), kFailure, progress);
+    } catch (const Platform::ModuleError &error) {
+        fail(error.what());
+    } catch (const std::length_error &error) {
+        fail(error.what());
     }
 }
 

@@ -4,6 +4,7 @@
 #include "KLPrintOptions.h"
 #include "TextMeasuring.h"
 #include "TrustedProgram.h"
+#include "watermarkPlaceholders.h"
 
 #include <functional>
 #include <optional>
@@ -58,6 +59,10 @@ public:
     const std::string &toolkitPath() const { return _toolkit.path; }
     void setToolkitPath(std::string toolkitPath) { _toolkit = {std::move(toolkitPath)}; }
 
+    /// What the placeholders of a watermark stand for; without it, for nothing. The user that the
+    /// job's settings name ("com.kalmira.username") stands above the one here.
+    void setJobValues(JobValues job) { _job = std::move(job); }
+
     /// Runs one toolkit command: toolkit path, the arguments, the input file, the output file.
     ///
     /// The output is a new temporary file ("toolkit-XXXXXX"). A command that worked consumes its
@@ -97,6 +102,10 @@ public:
     /// - "ordering", default "0": that is above the page's marks, all else below
     /// - "overprint", default "False": "True" adds an argument
     /// - "pages", default empty for all: anything else is added and handed on as it is
+    /// - "place", "distance", "fit", default empty: anything else is handed on as it is, and the
+    ///   toolkit finds the position, page by page; by "x" and "y" where there is no "place"
+    /// - "placeholders", default "False": with "True" the text gets what setJobValues() has told,
+    ///   and the toolkit puts the others in and finds the position
     ///
     /// booklet, when "BookletPaperSize", default "None", is not "None" (the empty text is a name
     /// too):
@@ -124,15 +133,14 @@ public:
     /// @param jobPath  consumed by the first command that works
     /// @param errors   receives the list of errors, in the place of what it held, also when it is
     ///                 empty; may be null. A command that failed, or a watermark that could not be
-    ///                 measured, adds one of domain KLToolkitProcessorErrorDomain and code 127 with
-    ///                 what led to it underneath: processWithArgumentsAndReturnError()'s error, or
-    ///                 NSCocoaErrorDomain, 4 with the measurer's words. The descriptions are
-    ///                 "Unable to apply watermark", "Unable to apply booklet mode" and "Unable to
-    ///                 apply cover pages".
+    ///                 measured or is too long, adds one of domain KLToolkitProcessorErrorDomain
+    ///                 and code 127 with what led to it underneath:
+    ///                 processWithArgumentsAndReturnError()'s error, or NSCocoaErrorDomain, 4 with
+    ///                 the reason in words. The descriptions are "Unable to apply watermark",
+    ///                 "Unable to apply booklet mode" and "Unable to apply cover pages".
     /// @param coversOfJobsPaper  receives whether a cover that was to come from another source or
-    /// be
-    ///                 of another medium than the job is of the job's paper, as the job is a PDF
-    ///                 document; may be null
+    ///                 to be of another medium than the job is of the job's paper, as the job is a
+    ///                 PDF document; may be null
     /// @return the path of the file that is now the job, the caller's; `jobPath` when no command
     ///         worked
     /// @throws Platform::ChildProcessError as above; what earlier commands left is not known then
@@ -156,4 +164,5 @@ private:
 
     Platform::TrustedProgram _toolkit; ///< its file is none when only the path was given
     TextMeasurer _measureText;
+    JobValues _job;
 };

@@ -243,6 +243,35 @@ TEST_F(OptionsTest, WatermarkPosition)
     EXPECT_NEAR(842.0 / 2, corner.second - middle.second, 0.001);
 }
 
+TEST_F(OptionsTest, WatermarkPlace)
+{
+    const auto call =
+        toolkitCallWith({pde("watermark.text", "x"), pde("watermark.place", "top-left"),
+                         pde("watermark.distance", "10mm"), pde("watermark.fit", "width")});
+    ASSERT_EQ(18U, call.size());
+    EXPECT_THAT(std::vector(call.begin() + 8, call.end()),
+                ElementsAre("--place", "top-left", "--size", "36", "--text", "x", "--distance",
+                            "10mm", "--fit", "width"));
+}
+
+TEST_F(OptionsTest, WatermarkPlaceholders)
+{
+    const std::pair<const char *, const char *> kTexts[] = {
+        {"[title]", "sample.ps"},
+        {"[title][page]", "sample.ps[page]"},
+        {"[title], [page] of [pages]", "sample.ps, [page] of [pages]"},
+        {"[[x]] {[title]", "[[x]] {sample.ps"},
+        {"[[[title]]]", "[[sample.ps]]"}};
+    for (const auto &[text, expected] : kTexts) {
+        const auto call =
+            toolkitCallWith({pde("watermark.text", text), pde("watermark.placeholders", "True")});
+        ASSERT_EQ(15U, call.size());
+        EXPECT_EQ("50.000000%,50.000000%", call[9]);
+        EXPECT_EQ(expected, call[13]) << text;
+        EXPECT_EQ("--placeholders", call[14]);
+    }
+}
+
 TEST_F(OptionsTest, Booklet)
 {
     EXPECT_THAT(toolkitCallWith({"BookletPaperSize=A3", "BookletCenterMargin=10mm",

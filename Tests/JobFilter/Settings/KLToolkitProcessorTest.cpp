@@ -124,6 +124,17 @@ protected:
             .processWithArgumentsAndReturnError(jobPath, {"command", "--flag"}, &error);
     }
 
+    /// The call for a watermark "x" with these further settings: "place=top".
+    std::vector<std::string> watermarkCall(const std::vector<std::string> &settings)
+    {
+        std::string text = "com.kalmira.pde.watermark.text=x";
+        for (const std::string &setting : settings)
+            text += " com.kalmira.pde.watermark." + setting;
+        fs::remove(folder.file("calls"));
+        folder.write("job.ps", "page");
+        return onlyCall(text);
+    }
+
     /// The one command that a job with these options runs.
     std::vector<std::string> onlyCall(const std::string &optionString)
     {
@@ -609,6 +620,112 @@ TEST_F(KLToolkitProcessorTest, AWatermarkThatCannotBeMeasuredFailsAndTheOthersRu
     EXPECT_EQ(127, errors[0].code());
     EXPECT_EQ("Unable to apply watermark", errors[0].description());
     EXPECT_EQ("no module", errors[0].underlyingDescription());
+}
+
+/// What a watermark "x" has behind its colour.
+MATCHER_P(EndsIn, words, "")
+{
+    const std::vector<std::string> expected = words;
+    return std::vector<std::string>(arg.begin() + 8, arg.end()) == expected;
+}
+
+TEST_F(KLToolkitProcessorTest, APlaceIsHandedOnInThePlaceOfThePosition)
+{
+    using Words = std::vector<std::string>;
+    EXPECT_THAT(watermarkCall({"place=top-left"}),
+                EndsIn(Words{"--place", "top-left", "--size", "36", "--text", "x"}));
+    EXPECT_THAT(
+        watermarkCall({"place=tiled", "distance=10mm"}),
+        EndsIn(Words{"--place", "tiled", "--size", "36", "--text", "x", "--distance", "10mm"}));
+    EXPECT_THAT(
+        watermarkCall({"place=bottom", "fit=width", "x=10"}),
+        EndsIn(Words{"--place", "bottom", "--size", "36", "--text", "x", "--fit", "width"}));
+}
+
+TEST_F(KLToolkitProcessorTest, WithoutAPlaceTheSpotIsThatOfTheJob)
+{
+    using Words = std::vector<std::string>;
+    EXPECT_THAT(watermarkCall({"fit=width"}),
+                EndsIn(Words{"--place", "50.000000%,50.000000%", "--size", "36", "--text", "x",
+                             "--fit", "width"}));
+    EXPECT_THAT(watermarkCall({"distance=1in", "x=25", "y=-12.5"}),
+                EndsIn(Words{"--place", "25.000000%,-12.500000%", "--size", "36", "--text", "x",
+                             "--distance", "1in"}));
+    EXPECT_THAT(watermarkCall({"placeholders=true", "x=25", "y=75"}),
+                EndsIn(Words{"--place", "25.000000%,75.000000%", "--size", "36", "--text", "x",
+                             "--placeholders"}));
+}
+
+TEST_F(KLToolkitProcessorTest, EmptyPlacesAndOtherPlaceholdersAskForNothing)
+{
+    const auto plain = watermarkCall({});
+    EXPECT_EQ("--position", plain[8]);
+    EXPECT_EQ(plain, watermarkCall({"place=''", "distance=''", "fit=''"}));
+    EXPECT_EQ(plain, watermarkCall({"placeholders=false"}));
+    EXPECT_EQ(plain, watermarkCall({"placeholders=yes"}));
+}
+
+TEST_F(KLToolkitProcessorTest, ATextThatTheToolkitPlacesIsNotMeasured)
+{
+    KLToolkitProcessor measuring(toolkit, [](auto &, auto &, double) -> Platform::TextSize {
+        throw Platform::ModuleError("measured");
+    });
+    KLPrintOptions settings =
+        options("com.kalmira.pde.watermark.text=x com.kalmira.pde.watermark.place=centre");
+    measuring.applyToolkitToFileWithOptionsAndReturnErrors(jobPath, settings, &errors);
+    EXPECT_THAT(errors, IsEmpty());
+}
+
+namespace {
+
+const JobValues kJob = {.user = "anna", .title = "Budget [1]", .jobId = "42"};
+constexpr char kSpeaking[] = "com.kalmira.pde.watermark.text='[user] [title] [job-id] [page]' "
+                             "com.kalmira.pde.watermark.placeholders=true";
+
+} // namespace
+
+TEST_F(KLToolkitProcessorTest, PlaceholdersStandForTheJobsOwnValues)
+{
+    KLToolkitProcessor speaking = processor();
+    speaking.setJobValues(kJob);
+    KLPrintOptions settings = options(kSpeaking);
+    speaking.applyToolkitToFileWithOptionsAndReturnErrors(jobPath, settings, &errors);
+    EXPECT_EQ("anna Budget [[1]] 42 [page]", calls().at(0).at(13));
+    EXPECT_EQ("--placeholders", calls().at(0).at(14));
+}
+
+TEST_F(KLToolkitProcessorTest, TheUserIsTheOneThatThePrinterIsTold)
+{
+    KLToolkitProcessor speaking = processor();
+    speaking.setJobValues(kJob);
+    KLPrintOptions settings = options(kSpeaking);
+    settings.setValueForKey("berta", "com.kalmira.username");
+    speaking.applyToolkitToFileWithOptionsAndReturnErrors(jobPath, settings, &errors);
+    EXPECT_EQ("berta Budget [[1]] 42 [page]", calls().at(0).at(13));
+}
+
+TEST_F(KLToolkitProcessorTest, ATextWithoutTheKeyKeepsItsBrackets)
+{
+    KLToolkitProcessor silent = processor();
+    silent.setJobValues(kJob);
+    KLPrintOptions settings = options("com.kalmira.pde.watermark.text='[user] [[ [page]'");
+    silent.applyToolkitToFileWithOptionsAndReturnErrors(jobPath, settings, &errors);
+    EXPECT_EQ("[user] [[ [page]", calls().at(0).at(13));
+}
+
+TEST_F(KLToolkitProcessorTest, AWatermarkThatGetsTooLongFailsAndTheOthersRun)
+{
+    KLToolkitProcessor speaking = processor();
+    speaking.setJobValues({.title = std::string(100'000, 'x')});
+    KLPrintOptions settings = options("com.kalmira.pde.watermark.text='[title]!' "
+                                      "com.kalmira.pde.watermark.placeholders=true "
+                                      "BookletPaperSize=A4");
+    const std::string path =
+        speaking.applyToolkitToFileWithOptionsAndReturnErrors(jobPath, settings, &errors);
+    EXPECT_EQ("page+booklet", Support::readFile(path));
+    ASSERT_EQ(1U, errors.size());
+    EXPECT_EQ("Unable to apply watermark", errors[0].description());
+    EXPECT_EQ("The watermark's text is too long.", errors[0].underlyingDescription());
 }
 
 /// A turn of the text and where the lower left corner of its box of 200 by 40 points then lies,
