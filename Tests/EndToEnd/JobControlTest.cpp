@@ -133,7 +133,7 @@ TEST_F(JobControlTest, LongNamesInAnyScriptKeepTheirSettings)
     const Support::TemporaryFolder folder;
     const std::string ppd = folder.write("office.ppd", samplePPD());
     for (const int firstJob : {1, 10, 100, 1000, 10000, 100000}) {
-        const Support::PrivateScheduler scheduler({KL_JOBFILTER, KL_NOJCL}, firstJob);
+        const Support::PrivateScheduler scheduler({KL_CHAIN}, firstJob);
         scheduler.addQueue(kQueue, ppd, printer().deviceURI());
         for (const std::string user :
              {"ÄÖÜäöüÄÖÜäöüÄÖÜäöü", "aÄÖÜäöüÄÖÜäöüÄÖÜäöü", "АлександраКонстантинова",

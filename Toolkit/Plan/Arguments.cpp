@@ -320,15 +320,12 @@ std::string helpOfOptions(const CommandDescription &command, bool optional)
 
 std::string helpOfCommand(const CommandDescription &command)
 {
-    const std::string optional = helpOfOptions(command, true);
-    std::string text = "Usage: toolkit " + std::string(command.name) + " OPTIONS INPUT OUTPUT\n\n" +
-                       std::string(command.help);
-    text += optional.empty() ? " All options are needed:\n\n" : " These options are needed:\n\n";
-    text += helpOfOptions(command, false);
-    if (!optional.empty())
-        text += "\nThese are optional:\n\n" + optional;
-    return text + "\nA length is a decimal number with pt, mm or in directly behind it, points "
-                  "without.\nSee toolkit(1).\n";
+    return "Usage: toolkit " + std::string(command.name) + " OPTIONS INPUT OUTPUT\n\n" +
+           std::string(command.help) + " These options are needed:\n\n" +
+           helpOfOptions(command, false) + "\nThese are optional:\n\n" +
+           helpOfOptions(command, true) +
+           "\nA length is a decimal number with pt, mm or in directly behind it, points "
+           "without.\nSee toolkit(1).\n";
 }
 
 } // namespace
