@@ -49,6 +49,29 @@ std::vector<std::string> ghostscriptArguments(const std::string &path, const std
     return arguments;
 }
 
+std::vector<std::string> popplerArguments(const std::string &path, const std::string &pages,
+                                          const RenderingOptions &options)
+{
+    const std::string smooth = options.smooth ? "yes" : "no";
+    return {"pdftoppm", "-cropbox", "-r",        std::to_string(options.resolution),
+            "-aa",      smooth,     "-aaVector", smooth,
+            path,       pages};
+}
+
+/// @param arguments  of a renderer that leaves a pixmap of each page in the folder, in order
+Rendering renderInto(const TemporaryFolder &folder, const std::vector<std::string> &arguments,
+                     const RenderingOptions &options)
+{
+    const ProgramResult result =
+        runProgram({.arguments = arguments, .timeLimit = options.timeLimit});
+    Rendering rendering = {{}, result.output + result.errors};
+    if (result.exitStatus != 0)
+        throw std::runtime_error(arguments.front() + " failed: " + rendering.log);
+    for (const std::string &page : folder.names())
+        rendering.pages.emplace_back(readFile(folder.file(page)), options.resolution);
+    return rendering;
+}
+
 } // namespace
 
 RenderedPage::RenderedPage(std::string_view ppm, double resolution) : _pixel(72 / resolution)
@@ -168,15 +191,14 @@ double RenderedPage::shareWhere(const Weight &weightOf) const
 Rendering renderFile(const std::string &path, const RenderingOptions &options)
 {
     const TemporaryFolder folder;
-    const ProgramResult result =
-        runProgram({.arguments = ghostscriptArguments(path, folder.file("%06d.ppm"), options),
-                    .timeLimit = options.timeLimit});
-    Rendering rendering = {{}, result.output + result.errors};
-    if (result.exitStatus != 0)
-        throw std::runtime_error("Ghostscript failed: " + rendering.log);
-    for (const std::string &page : folder.names())
-        rendering.pages.emplace_back(readFile(folder.file(page)), options.resolution);
-    return rendering;
+    return renderInto(folder, ghostscriptArguments(path, folder.file("%06d.ppm"), options),
+                      options);
+}
+
+Rendering renderFileWithPoppler(const std::string &path, const RenderingOptions &options)
+{
+    const TemporaryFolder folder;
+    return renderInto(folder, popplerArguments(path, folder.file("page"), options), options);
 }
 
 Rendering renderText(std::string_view document, const RenderingOptions &options)

@@ -115,7 +115,12 @@ struct RenderingOptions {
 ///         past the time limit
 Rendering renderFile(const std::string &path, const RenderingOptions &options = {});
 
-/// The same for a document in memory.
+/// Renders a PDF file with Poppler, which leaves `arguments` out and takes the pages' CropBoxes.
+/// The log has its complaints.
+/// @throws std::runtime_error as above; a complaint alone is no error
+Rendering renderFileWithPoppler(const std::string &path, const RenderingOptions &options = {});
+
+/// The same as renderFile() for a document in memory.
 Rendering renderText(std::string_view document, const RenderingOptions &options = {});
 
 /// The same for many PostScript documents in one run of Ghostscript: each in a saved state of its

@@ -1,5 +1,8 @@
 #include "Rendering.h"
 
+#include "PDFBuilder.h"
+#include "TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -45,6 +48,21 @@ TEST(RenderingTest, PlacesAndBoxesAreCountedFromTheLowerLeft)
     expectBox({10, 20, 150, 60}, page.inkBox());
     EXPECT_FALSE(page.boxOf(kGreen).has_value());
     EXPECT_THROW(page.colourAt({200, 0}), std::out_of_range);
+}
+
+TEST(RenderingTest, PopplerRendersThePagesOfAPDFDocument)
+{
+    PDFBuilder pdf;
+    pdf.addPage("/MediaBox [0 0 400 300] /CropBox [100 100 300 200]",
+                "1 0 0 rg 110 120 30 40 re f");
+    pdf.addPage("/MediaBox [0 0 200 100]", "0 0 1 rg 0 50 200 50 re f");
+    const TemporaryFolder folder;
+    const auto pages = renderFileWithPoppler(folder.write("document", pdf.document())).pages;
+    ASSERT_EQ(2U, pages.size());
+    EXPECT_DOUBLE_EQ(200, pages[0].width());
+    expectBox({10, 20, 40, 60}, pages[0].boxOf(kRed));
+    expectBox({0, 50, 200, 100}, pages[1].boxOf(kBlue));
+    EXPECT_THROW(renderFileWithPoppler(folder.file("missing")), std::runtime_error);
 }
 
 TEST(RenderingTest, CentreIsTheCentreOfGravity)
