@@ -72,6 +72,7 @@ private:
     Part _part = Part::Preamble;
     std::string_view _inside; ///< what ends the section of the preamble that is being passed
     bool _inTrailer = false;
+    bool _hasEnded = false; ///< of the document, or of one that is embedded without a word
 };
 
 void DSCReader::read()
@@ -166,6 +167,7 @@ void DSCReader::beginPage(const DSCComment &comment)
     _part = Part::Pages;
     // What looked like the trailer belonged to a document embedded without a word.
     _inTrailer = false;
+    _hasEnded = false;
 }
 
 void DSCReader::readPage(const DSCComment &comment)
@@ -185,9 +187,11 @@ void DSCReader::readPage(const DSCComment &comment)
 
 void DSCReader::readTrailer(const DSCComment &comment)
 {
-    if (!_inTrailer)
+    const bool isTrailer = comment.is("%%Trailer");
+    if (!_inTrailer || (_hasEnded && isTrailer))
         _document._trailer = comment.begin;
     _inTrailer = true;
+    _hasEnded = comment.is("%%EOF") || (_hasEnded && !isTrailer);
     readDocumentComment(comment);
 }
 

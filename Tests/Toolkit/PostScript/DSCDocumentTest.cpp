@@ -174,6 +174,20 @@ TEST_F(DSCDocumentTest, EmbeddedDocumentsAreContent)
     EXPECT_EQ(1U, pages(kHead + "%%BeginProlog\n" + inner + "%%Page: 1 1\n").size());
 }
 
+TEST_F(DSCDocumentTest, TrailerIsTheOneBehindDocumentsEmbeddedWithoutAWord)
+{
+    const std::string outer = "showpage\n%%Trailer\n%%Pages: 1\n%%EOF\n";
+    for (const std::string end : {"%%Trailer\nend\n%%EOF\n", "%%EOF\n"}) {
+        const std::string inner = "%!PS-Adobe-3.0 EPSF-3.0\n" + end;
+        const std::string page = "%%Page: 1 1\n" + inner + inner;
+        EXPECT_EQ(outer.substr(9), trailer(kHead + page + outer));
+        EXPECT_EQ(1U, pages(kHead + page + outer).size());
+    }
+    // Without an end in between they are one.
+    EXPECT_EQ("%%Trailer\n%%Trailer\n%%EOF\n",
+              trailer(kHead + "%%Page: 1 1\n%%Trailer\n%%Trailer\n%%EOF\n"));
+}
+
 TEST_F(DSCDocumentTest, EndOfAnEmbeddedDocumentThatNeverBeganIsPassedOver)
 {
     EXPECT_EQ(2U, pages(kHead + "%%EndDocument\n%%Page: 1 1\n%%EndDocument\n%%Page: 2 2\n").size());
