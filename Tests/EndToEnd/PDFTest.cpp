@@ -67,7 +67,8 @@ TEST_F(PDFTest, WatermarkIsOnEveryPageAndChangesNothingElse)
 
 TEST_F(PDFTest, BookletUnderAWatermarkReadsInOrder)
 {
-    for (const char *name : {"office-1.pdf", "office-7.pdf", "tex-7.pdf", "tex-200.pdf"}) {
+    for (const char *name :
+         {"office-1.pdf", "office-7.pdf", "chromium-7.pdf", "tex-7.pdf", "tex-200.pdf"}) {
         SCOPED_TRACE(name);
         auto options = redWatermark();
         options.push_back("BookletPaperSize=A3");

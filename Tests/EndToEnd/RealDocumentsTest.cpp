@@ -52,6 +52,7 @@ const Producer kOtherWays[] = {
     {"LibreOfficeByCairo", "office", "pdf", {}, "pdftocairo"},
     {"GhostscriptPDF", "groff", "ps", {"gs", "-q", "-sDEVICE=pdfwrite", "-o", "out", "in"}},
     {"CairoPDF", "tex", "pdf", {"pdftocairo", "-pdf", "in", "out"}, "pdftops"},
+    {"Chromium", "chromium", "pdf"},
 };
 
 std::string keptDocument(const Producer &producer, int pages)
