@@ -174,12 +174,23 @@ bool PrivateScheduler::comesUp() const
 
 void PrivateScheduler::stop()
 {
+    if (_process == 0)
+        return;
     kill(_process, SIGTERM);
     const auto hasEnded = [this] { return waitpid(_process, nullptr, WNOHANG) != 0; };
     if (comesTrue(hasEnded, std::chrono::seconds(15)))
         return;
     kill(_process, SIGKILL);
     waitpid(_process, nullptr, 0);
+}
+
+void PrivateScheduler::crash()
+{
+    kill(_process, SIGKILL); // first, or it would start others
+    waitpid(_process, nullptr, 0);
+    _process = 0;
+    for (const pid_t process : jobProcesses())
+        kill(process, SIGKILL);
 }
 
 std::string PrivateScheduler::run(std::vector<std::string> arguments) const
@@ -215,13 +226,26 @@ int PrivateScheduler::submit(const std::vector<std::string> &arguments) const
     return std::stoi(answer.substr(dash + 1, end - dash - 1));
 }
 
+std::set<int> PrivateScheduler::unfinishedJobs(const std::string &queue) const
+{
+    return listedJobs({"-o", queue});
+}
+
 int PrivateScheduler::latestJob(const std::string &queue) const
 {
-    std::istringstream jobs(run({"lpstat", "-W", "all", "-o", queue})); // "QUEUE-17  anna ..."
-    int latest = 0;
-    for (std::string line; std::getline(jobs, line);)
-        latest = std::max(latest, std::stoi(line.substr(queue.size() + 1)));
-    return latest;
+    const std::set<int> jobs = listedJobs({"-W", "all", "-o", queue});
+    return jobs.empty() ? 0 : *jobs.rbegin();
+}
+
+std::set<int> PrivateScheduler::listedJobs(const std::vector<std::string> &arguments) const
+{
+    std::vector<std::string> call = {"lpstat"};
+    call.insert(call.end(), arguments.begin(), arguments.end());
+    std::istringstream lines(run(call)); // "QUEUE-17  anna ..."
+    std::set<int> jobs;
+    for (std::string line; std::getline(lines, line);)
+        jobs.insert(std::stoi(line.substr(arguments.back().size() + 1)));
+    return jobs;
 }
 
 JobStatus PrivateScheduler::status(int job) const

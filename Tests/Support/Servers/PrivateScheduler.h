@@ -4,6 +4,7 @@
 #include "TemporaryFolder.h"
 
 #include <filesystem>
+#include <set>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -48,6 +49,9 @@ public:
     /// Runs lp(1) with these arguments. @return the job's number
     int submit(const std::vector<std::string> &arguments) const;
 
+    /// The numbers of the jobs of a queue or class that are not at their end.
+    std::set<int> unfinishedJobs(const std::string &queue) const;
+
     /// The number of the queue's latest job, of whatever program; 0 when there was none.
     int latestJob(const std::string &queue) const;
 
@@ -85,17 +89,22 @@ public:
     /// The processes that the scheduler's jobs are made of, Ghostscript and the like included.
     std::vector<pid_t> jobProcesses() const;
 
+    /// Ends the scheduler and the processes of its jobs at once, as a power failure does: nobody is
+    /// told. It does not come back.
+    void crash();
+
 private:
     void makeFolders(const std::vector<std::string> &filters) const;
     void copyProgram(const std::filesystem::path &program, const std::string &folder) const;
     void writeConfiguration() const;
     void start();
     bool comesUp() const;
+    std::set<int> listedJobs(const std::vector<std::string> &arguments) const;
     void stop();
 
     TemporaryFolder _folder;
     int _port = 0;
-    pid_t _process = 0;
+    pid_t _process = 0; ///< 0 once it has ended
 };
 
 /// The option in the form that lp(1) -o takes, quoted so that any value arrives as it is.
