@@ -5,9 +5,9 @@
 #include "Measuring.h"
 #include "PrivateScheduler.h"
 #include "Program.h"
+#include "SampleQueues.h"
 #include "TemporaryFolder.h"
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -81,26 +81,6 @@ struct Route {
     std::size_t size = 0;
 };
 
-/// @return lines of a PPD without those that begin like this
-std::string withoutLines(const std::string &ppd, const std::string &begin)
-{
-    std::string result;
-    for (std::size_t line = 0; line < ppd.size();) {
-        const std::size_t next = std::min(ppd.find('\n', line), ppd.size() - 1) + 1;
-        if (ppd.compare(line, begin.size(), begin) != 0)
-            result += ppd.substr(line, next - line);
-        line = next;
-    }
-    return result;
-}
-
-/// The PPD of the same queue without our programs: what the scheduler makes goes to the printer.
-std::string withoutOurPrograms(const std::string &ppd, const std::string &type)
-{
-    return withoutLines(withoutLines(ppd, "*cupsPreFilter:"), "*cupsFilter:") + "*cupsFilter: \"" +
-           type + " 0 -\"\n";
-}
-
 Delivery print(const PrivateScheduler &scheduler, const Printer &printer, const Route &route)
 {
     std::vector<std::string> arguments = {"-d", route.queue};
@@ -148,10 +128,9 @@ void compareQueues(const PrivateScheduler &scheduler, const Printer &printer,
                    int rounds)
 {
     const Support::TemporaryFolder folder;
-    const std::string ppd = Support::readFile(ppdPath) + "*cupsSNMPSupplies: False\n";
-    scheduler.addQueue(model + "-plain", folder.write("plain.ppd", withoutOurPrograms(ppd, type)),
-                       printer.deviceURI());
-    scheduler.addQueue(model, folder.write("ours.ppd", ppd), printer.deviceURI());
+    const auto ppds = samplePPDs(ppdPath, type, folder);
+    scheduler.addQueue(model + "-plain", ppds.withoutOurPrograms, printer.deviceURI());
+    scheduler.addQueue(model, ppds.asItIs, printer.deviceURI());
     const std::vector<std::string> watermark = {
         lpOption("com.kalmira.pde.watermark.text", "DRAFT"),
         lpOption("com.kalmira.pde.watermark.font", "Helvetica-Bold")};

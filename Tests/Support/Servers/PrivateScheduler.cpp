@@ -184,6 +184,22 @@ void PrivateScheduler::stop()
     waitpid(_process, nullptr, 0);
 }
 
+std::chrono::duration<double> PrivateScheduler::processorTime() const
+{
+    const std::string status = readFile("/proc/" + std::to_string(_process) + "/stat");
+    std::istringstream fields(status.substr(status.rfind(')') + 1)); // behind number and name
+    std::string skipped;
+    for (int field = 3; field < 14; ++field)
+        fields >> skipped;
+    double ticks = 0;
+    for (int field = 14; field <= 17; ++field) { // its own and its children's, see proc(5)
+        double value = 0;
+        fields >> value;
+        ticks += value;
+    }
+    return std::chrono::duration<double>(ticks / static_cast<double>(sysconf(_SC_CLK_TCK)));
+}
+
 void PrivateScheduler::crash()
 {
     kill(_process, SIGKILL); // first, or it would start others

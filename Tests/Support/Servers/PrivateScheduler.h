@@ -3,6 +3,7 @@
 #include "Program.h"
 #include "TemporaryFolder.h"
 
+#include <chrono>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -88,6 +89,9 @@ public:
 
     /// The processes that the scheduler's jobs are made of, Ghostscript and the like included.
     std::vector<pid_t> jobProcesses() const;
+
+    /// What the scheduler and the processes of its jobs that have ended took, user and system.
+    std::chrono::duration<double> processorTime() const;
 
     /// Ends the scheduler and the processes of its jobs at once, as a power failure does: nobody is
     /// told. It does not come back.
