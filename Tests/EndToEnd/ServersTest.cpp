@@ -9,6 +9,8 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
+#include <iostream>
 #include <map>
 #include <memory>
 #include <regex>
@@ -24,15 +26,15 @@ using Support::readFile;
 using Support::RecordingPrinter;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::IsSupersetOf;
 using testing::SizeIs;
 
 namespace {
 
-constexpr int kJobs = 200;
 /// How many queues hand jobs to one server at the same time.
 constexpr std::size_t kQueuesPerServer = 6;
-/// When one of the servers breaks down.
-constexpr std::size_t kPrintedBeforeTheCrash = 60;
+/// Before the scheduler answers that it has a job, the job's record is on its disk.
+constexpr char kRecordsAtOnce[] = "DirtyCleanInterval 0\n";
 
 /// The sample driver without questions to the printer's SNMP agent, of which ours has none.
 std::string serversPPD()
@@ -105,7 +107,7 @@ struct Server {
     }
 
     RecordingPrinter printer;
-    PrivateScheduler scheduler{{KL_CHAIN}};
+    PrivateScheduler scheduler{{KL_CHAIN}, 1, kRecordsAtOnce};
 };
 
 /// Two servers with the same driver behind a class "office" of a third, on which people print.
@@ -115,7 +117,8 @@ public:
     {
         fs::permissions(_folder.path(), fs::perms(0755));
         const std::string ppd = _folder.write("server.ppd", serversPPD());
-        _front = std::make_unique<PrivateScheduler>(std::vector<std::string>{KL_CHAIN});
+        _front = std::make_unique<PrivateScheduler>(std::vector<std::string>{KL_CHAIN}, 1,
+                                                    kRecordsAtOnce);
         for (const char *name : {"east", "west"}) {
             _servers.push_back(std::make_unique<Server>(ppd));
             addToClass(_servers.back()->scheduler, queuesOf(name));
@@ -137,13 +140,56 @@ public:
         return names;
     }
 
-    /// @return the job's number on the front
-    int submit(const NumberedJob &job) const
+    void submit(const NumberedJob &job)
     {
         std::vector<std::string> arguments = job.options();
         arguments.insert(arguments.end(), {"-d", "office"});
         arguments.push_back(_folder.write("job.ps", job.document()));
-        return _front->submit(arguments);
+        _numbers[_front->submit(arguments)] = job.number;
+    }
+
+    /// Sends so many jobs, numbered from 1.
+    /// @param whenPrinted  called once, as soon as at least `few` of them are printed
+    void submit(int jobs, std::size_t few, const std::function<void()> &whenPrinted)
+    {
+        bool isCalled = false;
+        const auto callOnce = [&] {
+            if (!isCalled && printedJobs().size() >= few) {
+                whenPrinted();
+                isCalled = true;
+            }
+            return isCalled;
+        };
+        for (int number = 1; number <= jobs; ++number) {
+            submit({number});
+            callOnce();
+        }
+        if (!Support::comesTrue(callOnce))
+            throw std::runtime_error("too few jobs are printed:\n" + _front->log());
+    }
+
+    /// Our numbers of the jobs that the front takes for unfinished.
+    std::set<int> unfinishedJobs() const
+    {
+        std::set<int> numbers;
+        for (const int job : _front->unfinishedJobs("office"))
+            numbers.insert(_numbers.at(job));
+        return numbers;
+    }
+
+    /// Waits until no more than so many jobs are unfinished.
+    void waitForJobs(std::size_t left) const
+    {
+        const auto areFew = [&] { return _front->unfinishedJobs("office").size() <= left; };
+        if (!Support::comesTrue(areFew, std::chrono::seconds(90)))
+            throw std::runtime_error("jobs stay unfinished:\n" + _front->log());
+    }
+
+    /// As its administrator does when he knows that it will not come back.
+    void giveUpEast() const
+    {
+        for (const std::string &queue : queuesOf("east"))
+            _front->run({"cupsdisable", queue});
     }
 
     /// What both printers got.
@@ -170,87 +216,33 @@ private:
     Support::TemporaryFolder _folder;
     std::vector<std::unique_ptr<Server>> _servers;
     std::unique_ptr<PrivateScheduler> _front;
+    std::map<int, int> _numbers; ///< the front's number of each job to ours
 };
 
-/// 200 jobs on the class, in the middle of which the server "east" breaks down for good. They are
-/// printed once for all tests.
-class ServersTest : public testing::Test {
-protected:
-    static void SetUpTestSuite()
+/// What came out of both printers.
+class Printed {
+public:
+    explicit Printed(const std::vector<std::string> &jobs)
     {
-        house = std::make_unique<PrintHouse>();
-        submitJobs();
-        waitForJobs(kQueuesPerServer);
-        for (const int job : house->front().unfinishedJobs("office"))
-            heldJobs.insert(submitted.at(job));
-        printedWithoutHelp = house->west().printer.jobs().size();
-        giveUpEast();
-        waitForJobs(0);
-        for (const std::string &job : house->printedJobs())
-            sort(job);
+        for (const std::string &job : jobs)
+            add(job);
     }
 
-    static void TearDownTestSuite() { house.reset(); }
-
-    static std::set<int> printedTwice()
+    std::set<int> twice() const
     {
         std::set<int> numbers;
-        for (const auto &[number, times] : timesPrinted)
-            if (times > 1)
+        for (const auto &[number, count] : times)
+            if (count > 1)
                 numbers.insert(number);
         return numbers;
     }
 
-    static inline std::unique_ptr<PrintHouse> house;
-    static inline std::map<int, int> timesPrinted;       ///< by the job's number
-    static inline std::vector<std::string> wrongHeaders; ///< jobs with lines that are not theirs
-    static inline std::vector<std::string> cutJobs;
-    static inline std::set<int> heldJobs; ///< what the front still counted on east to print
-    static inline std::size_t printedWithoutHelp = 0; ///< by west, until somebody gave up east
-    static inline std::size_t printedBeforeTheCrash = 0;
+    std::map<int, int> times;              ///< by the job's number; 0 for pages of no job
+    std::vector<std::string> wrongHeaders; ///< that lack lines of the job whose pages follow
+    std::vector<std::string> cutJobs;
 
 private:
-    static void submitJobs()
-    {
-        for (int number = 1; number <= kJobs; ++number) {
-            submitted[house->submit({number})] = number;
-            crashOnceInTheMiddle();
-        }
-        while (printedBeforeTheCrash == 0) {
-            if (!Support::comesTrue([] { return isInTheMiddle(); }))
-                throw std::runtime_error("too few jobs are printed:\n" + house->front().log());
-            crashOnceInTheMiddle();
-        }
-    }
-
-    static bool isInTheMiddle() { return house->printedJobs().size() >= kPrintedBeforeTheCrash; }
-
-    static void crashOnceInTheMiddle()
-    {
-        if (printedBeforeTheCrash > 0 || !isInTheMiddle())
-            return;
-        house->east().scheduler.crash();
-        printedBeforeTheCrash = house->printedJobs().size();
-    }
-
-    /// Waits until no more than so many jobs are unfinished.
-    static void waitForJobs(std::size_t left)
-    {
-        const auto areFew = [left] {
-            return house->front().unfinishedJobs("office").size() <= left;
-        };
-        if (!Support::comesTrue(areFew, std::chrono::seconds(90)))
-            throw std::runtime_error("jobs stay unfinished:\n" + house->front().log());
-    }
-
-    /// As its administrator does when he knows that it will not come back.
-    static void giveUpEast()
-    {
-        for (const std::string &queue : PrintHouse::queuesOf("east"))
-            house->front().run({"cupsdisable", queue});
-    }
-
-    static void sort(const std::string &job)
+    void add(const std::string &job)
     {
         const auto parts = Support::splitPJLJob(job);
         if (!parts || !Support::problemsOfPJLJob(job).empty()) {
@@ -258,52 +250,97 @@ private:
             return;
         }
         const NumberedJob expected = {numberInPages(parts->body)};
-        timesPrinted[expected.number]++;
+        times[expected.number]++;
         for (const std::string &line : expected.headerLines())
             if (parts->header.find(line) == std::string::npos)
                 wrongHeaders.push_back(line + " is not in\n" + parts->header);
     }
+};
 
-    static inline std::map<int, int> submitted; ///< the front's number of each job to its own
+/// 200 jobs on the class, in the middle of which the server "east" breaks down for good. They are
+/// printed once for all tests.
+class ServersTest : public testing::Test {
+protected:
+    static constexpr int kJobs = 200;
+    static constexpr std::size_t kPrintedBeforeTheCrash = 60;
+
+    static void SetUpTestSuite()
+    {
+        house = std::make_unique<PrintHouse>();
+        house->submit(kJobs, kPrintedBeforeTheCrash, [] {
+            house->east().scheduler.crash();
+            printedAtTheCrash = house->printedJobs().size();
+        });
+        house->waitForJobs(kQueuesPerServer);
+        heldJobs = house->unfinishedJobs();
+        house->giveUpEast();
+        house->waitForJobs(0);
+        printed = std::make_unique<Printed>(house->printedJobs());
+    }
+
+    static void TearDownTestSuite()
+    {
+        printed.reset();
+        house.reset();
+    }
+
+    static inline std::unique_ptr<PrintHouse> house;
+    static inline std::unique_ptr<Printed> printed;
+    static inline std::size_t printedAtTheCrash = 0;
+    /// What was unfinished until somebody gave up east. It holds no more than its queues do.
+    static inline std::set<int> heldJobs;
 };
 
 TEST_F(ServersTest, NoJobIsLost)
 {
-    EXPECT_THAT(timesPrinted, SizeIs(kJobs));
-    EXPECT_FALSE(timesPrinted.contains(0)) << "pages of no job";
+    EXPECT_THAT(printed->times, SizeIs(kJobs));
+    EXPECT_FALSE(printed->times.contains(0)) << "pages of no job";
 }
 
 TEST_F(ServersTest, EachJobHasItsOwnHeader)
 {
-    EXPECT_THAT(wrongHeaders, IsEmpty());
+    EXPECT_THAT(printed->wrongHeaders, IsEmpty());
 }
 
-TEST_F(ServersTest, BothServersPrint)
+TEST_F(ServersTest, JobsAreSpreadOverBothServersAndGoOnWithoutTheOneThatIsGone)
 {
     EXPECT_GT(house->east().printer.jobs().size(), kPrintedBeforeTheCrash / 4);
-    EXPECT_GT(house->west().printer.jobs().size(), kPrintedBeforeTheCrash / 4);
+    EXPECT_GT(house->west().printer.jobs().size(), kJobs - printedAtTheCrash);
+    EXPECT_LT(printedAtTheCrash, kJobs / 2U);
 }
 
-TEST_F(ServersTest, JobsGoOnWithoutTheServerThatIsGone)
-{
-    EXPECT_LT(printedBeforeTheCrash, static_cast<std::size_t>(kJobs) / 2);
-    EXPECT_GE(printedWithoutHelp + house->east().printer.jobs().size(), kJobs - kQueuesPerServer);
-}
-
-/// The server could not say any more that they are printed. One for each queue to it at most.
+/// It could not say any more that they were printed.
 TEST_F(ServersTest, OnlyWhatTheServerHadInHandIsPrintedTwice)
 {
-    const std::set<int> twice = printedTwice();
-    std::cout << twice.size() << " jobs were printed twice, " << cutJobs.size() << " cut off\n";
-    EXPECT_THAT(heldJobs, testing::IsSupersetOf(twice));
+    const std::set<int> twice = printed->twice();
+    std::cout << twice.size() << " of " << kJobs << " jobs were printed twice\n";
+    EXPECT_THAT(heldJobs, IsSupersetOf(twice));
     EXPECT_LE(twice.size(), kQueuesPerServer);
-    EXPECT_LE(cutJobs.size(), 1U); // its queue prints one at a time
+    EXPECT_LE(printed->cutJobs.size(), 1U); // its queue prints one at a time
 }
 
 TEST_F(ServersTest, DialogsOnTheClassHaveTheDriversFields)
 {
     EXPECT_THAT(house->front().run({"lpoptions", "-p", "office", "-l"}),
                 HasSubstr("KLDepartmentCode"));
+}
+
+TEST(ReturningServerTest, PrintsWhatItHadInHand)
+{
+    constexpr int kJobs = 40;
+    PrintHouse house;
+    house.east().printer.stall(true); // so that it has something in hand
+    house.submit(kJobs, 10, [&] { house.east().scheduler.crash(); });
+    house.waitForJobs(kQueuesPerServer);
+    house.east().printer.stall(false);
+    house.east().scheduler.comeBack();
+    house.waitForJobs(0);
+
+    const Printed printed(house.printedJobs());
+    EXPECT_THAT(printed.times, SizeIs(kJobs));
+    EXPECT_THAT(printed.wrongHeaders, IsEmpty());
+    EXPECT_GE(house.east().printer.jobs().size(), kQueuesPerServer - 1);
+    EXPECT_LE(printed.twice().size(), 1U) << "only what was on its way to the printer";
 }
 
 } // namespace

@@ -92,11 +92,14 @@ std::string textOf(const Response &response, const char *name)
 
 } // namespace
 
-PrivateScheduler::PrivateScheduler(const std::vector<std::string> &filters, int firstJob)
+PrivateScheduler::PrivateScheduler(const std::vector<std::string> &filters, int firstJob,
+                                   const std::string &directives)
 {
     makeFolders(filters);
     // Where it looks up what it has done before.
     writeFile(_folder.file("cache/job.cache"), "NextJobId " + std::to_string(firstJob) + "\n");
+    _port = freePort();
+    writeConfiguration(directives);
     start();
 }
 
@@ -132,10 +135,10 @@ void PrivateScheduler::copyProgram(const fs::path &program, const std::string &f
     fs::permissions(copy, fs::perms(0755)); // the scheduler refuses what others may change
 }
 
-void PrivateScheduler::writeConfiguration() const
+void PrivateScheduler::writeConfiguration(const std::string &directives) const
 {
     writeFile(_folder.file("etc/cupsd.conf"),
-              kConfiguration + ("Listen 127.0.0.1:" + std::to_string(_port) + "\n"));
+              kConfiguration + directives + "Listen 127.0.0.1:" + std::to_string(_port) + "\n");
     const std::string top = _folder.path();
     writeFile(_folder.file("etc/cups-files.conf"),
               jobUser() + kPassedEnvironment + "ServerRoot " + top + "/etc\nServerBin " + top +
@@ -147,8 +150,6 @@ void PrivateScheduler::writeConfiguration() const
 
 void PrivateScheduler::start()
 {
-    _port = freePort();
-    writeConfiguration();
     const std::string configuration = _folder.file("etc/cupsd.conf");
     const std::string files = _folder.file("etc/cups-files.conf");
     _process = fork();
@@ -207,6 +208,11 @@ void PrivateScheduler::crash()
     _process = 0;
     for (const pid_t process : jobProcesses())
         kill(process, SIGKILL);
+}
+
+void PrivateScheduler::comeBack()
+{
+    start();
 }
 
 std::string PrivateScheduler::run(std::vector<std::string> arguments) const

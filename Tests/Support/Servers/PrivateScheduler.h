@@ -30,8 +30,10 @@ public:
     ///                  "lib" beside the folder of the first, where it finds its modules, is there
     ///                  too.
     /// @param firstJob  the number that its first job gets
+    /// @param directives  further lines of its cupsd.conf(5), each with its line feed
     /// @throws std::runtime_error, with the scheduler's log, when it does not come up
-    explicit PrivateScheduler(const std::vector<std::string> &filters, int firstJob = 1);
+    explicit PrivateScheduler(const std::vector<std::string> &filters, int firstJob = 1,
+                              const std::string &directives = {});
     ~PrivateScheduler();
     PrivateScheduler(const PrivateScheduler &) = delete;
     PrivateScheduler &operator=(const PrivateScheduler &) = delete;
@@ -94,13 +96,16 @@ public:
     std::chrono::duration<double> processorTime() const;
 
     /// Ends the scheduler and the processes of its jobs at once, as a power failure does: nobody is
-    /// told. It does not come back.
+    /// told.
     void crash();
+    /// Starts it again after a crash, with what it had written to its files.
+    /// @throws std::runtime_error, with its log, when it does not come up
+    void comeBack();
 
 private:
     void makeFolders(const std::vector<std::string> &filters) const;
     void copyProgram(const std::filesystem::path &program, const std::string &folder) const;
-    void writeConfiguration() const;
+    void writeConfiguration(const std::string &directives) const;
     void start();
     bool comesUp() const;
     std::set<int> listedJobs(const std::vector<std::string> &arguments) const;
