@@ -33,7 +33,7 @@ namespace {
 
 /// How many queues hand jobs to one server at the same time.
 constexpr std::size_t kQueuesPerServer = 6;
-/// Before the scheduler answers that it has a job, the job's record is on its disk.
+/// A job is on the disk milliseconds after it was taken, not half a minute.
 constexpr char kRecordsAtOnce[] = "DirtyCleanInterval 0\n";
 
 /// The sample driver without questions to the printer's SNMP agent, of which ours has none.
