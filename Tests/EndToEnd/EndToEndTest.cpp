@@ -12,6 +12,7 @@
 
 namespace fs = std::filesystem;
 
+using Support::lpOption;
 using Support::PJLJob;
 using Support::PrivateScheduler;
 using Support::readFile;
@@ -182,6 +183,21 @@ RecordingPrinter &EndToEndTest::printer()
 std::string EndToEndTest::document(std::string_view name)
 {
     return room->file(name);
+}
+
+bool EndToEndTest::valuesEndAtTheirFirstBlank()
+{
+    static const bool doEnd = [] {
+        const int job = scheduler().submit(
+            {"-d", kQueue, "-o", lpOption("two-words", "before behind"), document("sample.txt")});
+        scheduler().waitForJob(job);
+        printer().forgetJobs();
+        const std::string log = scheduler().log(job); // has the arguments of every filter
+        if (log.find("before") == std::string::npos)
+            throw std::runtime_error("the scheduler does not say what it hands on:\n" + log);
+        return log.find("behind") == std::string::npos;
+    }();
+    return doEnd;
 }
 
 void EndToEndTest::SetUp()

@@ -54,6 +54,13 @@ protected:
     /// all of them can be read by the scheduler's jobs.
     static std::string document(std::string_view name);
 
+    /// Whether the scheduler hands on of a value only what stands before its first blank, as CUPS
+    /// 2.4.17 to 2.4.19 and mends brought back from them do. A test that sends such a value asks
+    /// first, and leaves it with the reason.
+    static bool valuesEndAtTheirFirstBlank();
+    static constexpr char kValuesEndAtTheirFirstBlank[] =
+        "this scheduler cuts values at their first blank";
+
     void SetUp() override;
 
     /// Prints with lp(1) on a queue and waits until the printer has the job.

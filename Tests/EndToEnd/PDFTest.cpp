@@ -71,11 +71,12 @@ TEST_F(PDFTest, BookletUnderAWatermarkReadsInOrder)
         SCOPED_TRACE(name);
         auto options = redWatermark();
         options.push_back("BookletPaperSize=A3");
-        const PJLJob job = printWith(options, keptDocument(name));
+        const std::string path = keptDocument(name);
+        const PJLJob job = printWith(options, path);
         EXPECT_THAT(headerLines(job), Contains(dssc("DUPLEX=SHORTEDGE")));
         EXPECT_EQ("/DuplexFlipShortEdge", duplexOf(job.body));
 
-        const PageFinder &finder = PageFinder::of(keptDocument(name));
+        const PageFinder &finder = PageFinder::of(path);
         const auto sides = renderedFromAfar(job.body).pages;
         ASSERT_EQ((finder.pages() + 3) / 4 * 2, sides.size());
         for (std::size_t at = 0; at < sides.size(); ++at)
