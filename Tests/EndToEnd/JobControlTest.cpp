@@ -124,7 +124,8 @@ TEST_F(JobControlTest, EscapeInACustomChoiceStaysInPJL)
     scheduler().addQueue("custom", ppd, printer().deviceURI());
     EXPECT_THAT(
         headerLines(print("custom", document("sample.ps"), {"JCLNote=Custom.a\033%-12345X"})),
-        Contains("@PJL COMMENT a %-12345X"));
+        // Schedulers from CUPS 2.4.17 on leave it out themselves.
+        Contains(AnyOf("@PJL COMMENT a %-12345X", "@PJL COMMENT a%-12345X")));
 }
 
 // libcups cuts what it shows on the panel at 32 bytes, and where that is depends on the number.
