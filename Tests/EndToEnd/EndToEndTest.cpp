@@ -200,6 +200,11 @@ bool EndToEndTest::valuesEndAtTheirFirstBlank()
     return doEnd;
 }
 
+bool EndToEndTest::wasPDFOnTheWay(int job)
+{
+    return scheduler().log(job).find("application/vnd.universal-input") != std::string::npos;
+}
+
 void EndToEndTest::SetUp()
 {
     printer().finishJobs();

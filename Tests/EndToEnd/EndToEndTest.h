@@ -57,6 +57,9 @@ protected:
     /// Whether the scheduler hands on of a value only what stands before its first blank, as CUPS
     /// 2.4.17 to 2.4.19 and mends brought back from them do.
     static bool valuesEndAtTheirFirstBlank();
+    /// Whether a job went through the chain of cups-filters 2, which makes PDF of every document on
+    /// the way to PostScript.
+    static bool wasPDFOnTheWay(int job);
 
     void SetUp() override;
 
