@@ -94,9 +94,10 @@ TEST_F(FaultsTest, ToolkitFailureShowsUpAsThePrintersMessageAndTheJobIsPrinted)
     EXPECT_EQ("completed", scheduler().waitForJob(job).state);
     // The first error of a job is the printer's message. Where no system bus runs, cups-filters 2
     // complains of that before we have anything to say.
-    if (scheduler().log(job).find("Failed to connect to system bus") == std::string::npos)
+    if (scheduler().log(job).find("Failed to connect to system bus") == std::string::npos) {
         EXPECT_THAT(scheduler().log(job),
                     HasSubstr("Set job-printer-state-message to \"Unable to apply booklet mode\""));
+    }
     EXPECT_THAT(scheduler().log(job), HasSubstr("Unable to apply booklet mode: out of ideas"));
     ASSERT_EQ(1U, printer().jobs().size());
     EXPECT_THAT(Support::problemsOfPJLJob(printer().jobs()[0]), IsEmpty());

@@ -235,8 +235,9 @@ TEST_F(SplitMarkerTest, PostScriptThatTheChainPreparesHasOneHeader)
 {
     const std::string body = bodyOf(kQueue, "application/postscript", postScript());
     // Where PDF is made on the way, what was put in is no PostScript: the header is all there is.
-    if (!wasPDFOnTheWay(scheduler().latestJob(kQueue)))
+    if (!wasPDFOnTheWay(scheduler().latestJob(kQueue))) {
         EXPECT_THAT(body, HasSubstr("%%EndProlog"));
+    }
 }
 
 TEST_F(SplitMarkerTest, PreparedPostScriptHasOneHeader)

@@ -52,8 +52,8 @@ InputFile InputFile::part(std::uint64_t begin, std::uint64_t end) const
 
 std::size_t InputFile::read(std::uint64_t position, std::span<char> buffer) const
 {
-    buffer =
-        buffer.first(std::min<std::uint64_t>(buffer.size(), _size - std::min(_size, position)));
+    const std::uint64_t left = _size - std::min(_size, position);
+    buffer = buffer.first(static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), left)));
     std::size_t filled = 0;
     while (filled < buffer.size()) {
         const ssize_t count = pread(_descriptor, buffer.data() + filled, buffer.size() - filled,
