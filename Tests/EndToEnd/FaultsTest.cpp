@@ -187,7 +187,11 @@ TEST_F(FaultsTest, MarkerInTheMiddleOfBinaryDataDoublesNoHeader)
     const Support::TemporaryFolder folder;
     std::string sample = Support::readFile(document("sample.ps"));
     sample.insert(sample.find("%%Trailer"), "\001\377\033%-12345X@PJL INFO STATUS\r\n\377\001\n");
-    print(kQueue, folder.write("marked.ps", sample));
+    const int job = scheduler().submit({"-d", kQueue, folder.write("marked.ps", sample)});
+    scheduler().waitForJob(job);
+    if (wasPDFOnTheWay(job))
+        GTEST_SKIP() << "this chain reads the document, and what was put in is no PostScript";
+    finishedJob(job);
 }
 
 TEST_F(FaultsTest, LongTitlesInAnyScriptKeepTheHeaderWhole)
