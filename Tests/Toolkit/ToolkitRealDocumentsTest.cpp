@@ -75,7 +75,8 @@ std::string byCairo(const Folder &folder, const std::string &pdf)
 std::string byTheChain(const Folder &folder, const std::string &pdf)
 {
     const std::string plain = byPoppler(folder, pdf);
-    const std::string pstops = Support::packagedFile("/usr/lib/cups/filter/pstops", "cups-core-drivers");
+    const std::string pstops =
+        Support::packagedFile("/usr/lib/cups/filter/pstops", "cups-core-drivers");
     const auto result =
         Support::runProgram({.arguments = {pstops, "1", "user", "title", "1",
                                            "InputSlot=Tray2 Duplex=DuplexNoTumble", plain},
