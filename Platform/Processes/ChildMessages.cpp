@@ -3,6 +3,7 @@
 #include "Cancellation.h"
 #include "Descriptor.h"
 #include "Fork.h"
+#include "OpenDescriptors.h"
 #include "Streams.h"
 
 #include <algorithm>
@@ -56,7 +57,7 @@ int keepOnly(int sender)
     const int nothing = open("/dev/null", O_RDWR);
     dup2(nothing, STDIN_FILENO);
     dup2(nothing, STDOUT_FILENO);
-    close_range(kSender + 1, ~0U, 0);
+    closeDescriptorsFrom(kSender + 1);
     return kSender;
 }
 
@@ -139,7 +140,8 @@ private:
         const auto end = std::min(_limits.deadline, _lastMessage + _limits.silence);
         const auto left = std::chrono::ceil<Milliseconds>(end - Clock::now()).count();
         pollfd wanted = {_descriptor, POLLIN, 0};
-        if (left > 0 && poll(&wanted, 1, static_cast<int>(std::min<long>(left, 60'000))) > 0)
+        if (left > 0 &&
+            poll(&wanted, 1, static_cast<int>(std::min<Milliseconds::rep>(left, 60'000))) > 0)
             return true;
         if (Clock::now() >= end)
             fail(ETIMEDOUT, "No answer in time");

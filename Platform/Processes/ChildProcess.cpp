@@ -2,6 +2,7 @@
 
 #include "Cancellation.h"
 #include "Fork.h"
+#include "OpenDescriptors.h"
 #include "Text.h"
 
 #include <array>
@@ -44,15 +45,14 @@ bool connectStreams(int standardError)
 {
     const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
     return dup2(standardError, STDERR_FILENO) >= 0 && dup2(nothing, STDIN_FILENO) >= 0 &&
-           dup2(nothing, STDOUT_FILENO) >= 0 &&
-           close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC) == 0;
+           dup2(nothing, STDOUT_FILENO) >= 0 && closeDescriptorsFromOnExec(STDERR_FILENO + 1);
 }
 
 /// Returns, with errno set, only when the program does not start.
 void execute(const Start &start)
 {
     if (start.file >= 0)
-        execveat(start.file, "", start.arguments, environ, AT_EMPTY_PATH);
+        fexecve(start.file, start.arguments, environ);
     // A script is opened once more by its interpreter, by name: that file would be closed by then,
     // and the kernel says that there is none.
     if (start.file < 0 || errno == ENOENT)

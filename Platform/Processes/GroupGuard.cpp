@@ -1,6 +1,7 @@
 #include "GroupGuard.h"
 
 #include "Cancellation.h"
+#include "OpenDescriptors.h"
 
 #include <cerrno>
 #include <csignal>
@@ -15,7 +16,7 @@ namespace {
 [[noreturn]] void watch(pid_t parent)
 {
     setpgid(0, 0); // who kills the parent's group does not mean the guard
-    close_range(0, ~0U, 0);
+    closeDescriptorsFrom(0);
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     sigset_t awaited;
     sigemptyset(&awaited);

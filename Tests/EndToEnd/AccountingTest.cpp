@@ -162,8 +162,9 @@ TEST_F(AccountingTest, DocumentWithoutStructureCountsNothing)
     const Support::TemporaryFolder folder;
     const std::string path = folder.write("plain.ps", "%!\nshowpage showpage\n");
     const int job = printedJob({"-d", kQueue, path});
-    EXPECT_EQ(0, impressions(job));
-    EXPECT_THAT(scheduler().pageLog(job), ElementsAre("total 0"));
+    const int pages = wasPDFOnTheWay(job) ? 2 : 0; // what PDF is made of has a structure again
+    EXPECT_EQ(pages, impressions(job));
+    EXPECT_THAT(scheduler().pageLog(job), ElementsAre("total " + std::to_string(pages)));
 }
 
 TEST_F(AccountingTest, QueueThatDoesNotAskCountsNothing)

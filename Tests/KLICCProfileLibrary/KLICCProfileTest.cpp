@@ -153,7 +153,7 @@ TEST_F(KLICCProfileTest, ProfileSizeOneOffIsNoProfile)
 {
     for (const std::string &good :
          {withTrueSize(std::string(129, '\0')), Support::standardSRGBProfile(),
-          readFile("/usr/share/color/icc/sRGB.icc")}) {
+          readFile(Support::freeSRGBProfile())}) {
         ASSERT_TRUE(open(good));
         const auto size = static_cast<std::uint32_t>(good.size());
         for (const std::uint32_t wrong : {size - 1, size + 1, 0u, 1u, 0xFFFFFFFFu})
@@ -579,28 +579,29 @@ TEST_F(KLICCProfileTest, EveryInstalledProfileReadsAsLittleCMSReadsIt)
     }
     // Nothing is proven by a folder that lacks a kind.
     for (const char *kind : {"RGB  2", "RGB  4", "CMYK 2", "CMYK 4", "GRAY 2", "GRAY 4"})
-        EXPECT_GE(kinds[kind], 1) << kind;
+        EXPECT_GE(kinds[kind], 1) << kind << ": one of the packages argyll-ref, colord-data, "
+                                  << "icc-profiles-free and libgs-common lacks";
 }
 
 TEST_F(KLICCProfileTest, SRGBProfilesOfFourSources)
 {
-    // Packages icc-profiles-free, libgs-common and argyll-ref: version 2.
-    const Profile free = openFile("/usr/share/color/icc/sRGB.icc");
+    // Of version 2.
+    const Profile free = openFile(Support::freeSRGBProfile());
     EXPECT_EQ("\0\0\0\0"s, model(free));
     EXPECT_EQ("sRGB", description(free));
 
-    const Profile ghostscript = openFile("/usr/share/color/icc/ghostscript/srgb.icc");
+    const Profile ghostscript = openFile(Support::ghostscriptSRGBProfile());
     EXPECT_EQ("\0\0\0\0"s, model(ghostscript));
     EXPECT_EQ("Artifex Software sRGB ICC Profile", description(ghostscript));
 
-    const Profile argyll = openFile("/usr/share/color/argyll/ref/sRGB.icm");
+    const Profile argyll = openFile(Support::argyllSRGBProfile());
     EXPECT_EQ("sRGB", model(argyll));
     EXPECT_EQ("sRGB IEC61966-2.1 (Equivalent to www.srgb.com 1998 HP profile)",
               description(argyll));
 
-    // Package colord-data: version 4. Where the count is expected stands the number of its
+    // Of version 4. Where the count is expected stands the number of its
     // translations: one, which makes an empty text.
-    const Profile colord = openFile("/usr/share/color/icc/colord/sRGB.icc");
+    const Profile colord = openFile(Support::colordSRGBProfile());
     EXPECT_EQ("\0\0\0\0"s, model(colord));
     EXPECT_EQ("", description(colord));
 }
@@ -616,7 +617,7 @@ TEST_F(KLICCProfileTest, StandardProfileWrittenByLittleCMS)
 
 TEST_F(KLICCProfileTest, EveryTruncationOfARealProfileIsNoProfile)
 {
-    const std::string path = _folder.write("cut.icc", readFile("/usr/share/color/icc/sRGB.icc"));
+    const std::string path = _folder.write("cut.icc", readFile(Support::freeSRGBProfile()));
     for (auto length = static_cast<off_t>(std::filesystem::file_size(path)); length-- > 0;) {
         ASSERT_EQ(0, truncate(path.c_str(), length));
         EXPECT_FALSE(openFile(path)) << length;
@@ -625,7 +626,7 @@ TEST_F(KLICCProfileTest, EveryTruncationOfARealProfileIsNoProfile)
 
 TEST_F(KLICCProfileTest, EveryTruncationWithAnHonestSizeGivesTheWholeAnswerOrNone)
 {
-    const std::string whole = readFile("/usr/share/color/argyll/ref/sRGB.icm");
+    const std::string whole = readFile(Support::argyllSRGBProfile());
     const std::string text = "sRGB IEC61966-2.1 (Equivalent to www.srgb.com 1998 HP profile)";
     const std::size_t textEnd = whole.find(text) + text.size();
     const std::size_t tableEnd = 132 + 12 * static_cast<std::size_t>(whole[131]);

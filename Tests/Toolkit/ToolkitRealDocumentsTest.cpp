@@ -75,8 +75,10 @@ std::string byCairo(const Folder &folder, const std::string &pdf)
 std::string byTheChain(const Folder &folder, const std::string &pdf)
 {
     const std::string plain = byPoppler(folder, pdf);
+    const std::string pstops =
+        Support::packagedFile("/usr/lib/cups/filter/pstops", "cups-core-drivers");
     const auto result =
-        Support::runProgram({.arguments = {"/usr/lib/cups/filter/pstops", "1", "user", "title", "1",
+        Support::runProgram({.arguments = {pstops, "1", "user", "title", "1",
                                            "InputSlot=Tray2 Duplex=DuplexNoTumble", plain},
                              .environment = {{"PPD", KL_SAMPLE_PPD}}});
     if (result.exitStatus != 0)

@@ -4,10 +4,21 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
+
+/// Where memory has fewer addresses than a file has bytes, some sizes cannot be had.
+/// @throws std::bad_alloc then
+std::size_t sizeInMemory(std::uint64_t size)
+{
+    if (!std::in_range<std::size_t>(size))
+        throw std::bad_alloc();
+    return static_cast<std::size_t>(size);
+}
 
 /// Whether the word, of two bytes or more, stands in the text. Where its second byte is rare, this
 /// takes half the time of memmem(3), and a fifth of the string's own search.
@@ -41,8 +52,8 @@ InputFile InputFile::part(std::uint64_t begin, std::uint64_t end) const
 
 std::size_t InputFile::read(std::uint64_t position, std::span<char> buffer) const
 {
-    buffer =
-        buffer.first(std::min<std::uint64_t>(buffer.size(), _size - std::min(_size, position)));
+    const std::uint64_t left = _size - std::min(_size, position);
+    buffer = buffer.first(static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), left)));
     std::size_t filled = 0;
     while (filled < buffer.size()) {
         const ssize_t count = pread(_descriptor, buffer.data() + filled, buffer.size() - filled,
@@ -60,7 +71,7 @@ std::size_t InputFile::read(std::uint64_t position, std::span<char> buffer) cons
 
 std::string InputFile::text(std::uint64_t begin, std::uint64_t end) const
 {
-    std::string bytes(std::max(begin, end) - begin, '\0');
+    std::string bytes(sizeInMemory(std::max(begin, end) - begin), '\0');
     bytes.resize(read(begin, bytes));
     return bytes;
 }
@@ -81,7 +92,7 @@ std::string_view FileWindow::from(std::uint64_t position, std::size_t atLeast)
     const bool held = position >= _begin && position + wanted <= _begin + _filled;
     if (!held)
         moveTo(position);
-    const std::size_t offset = position - _begin;
+    const auto offset = static_cast<std::size_t>(position - _begin);
     return std::string_view(_buffer.data(), _filled).substr(offset);
 }
 
@@ -89,8 +100,8 @@ void FileWindow::moveTo(std::uint64_t position)
 {
     // The bytes ahead may hold the begin of the watched word.
     _begin = position - std::min<std::uint64_t>(position, _watched.size());
-    const std::uint64_t size = std::min<std::uint64_t>(_buffer.size(), _end - _begin);
-    _filled = _file.read(_begin, std::span(_buffer).first(size));
+    const auto size = std::min<std::uint64_t>(_buffer.size(), _end - _begin);
+    _filled = _file.read(_begin, std::span(_buffer).first(static_cast<std::size_t>(size)));
     if (!_watched.empty() && !_hasSeenWatched)
         _hasSeenWatched = contains({_buffer.data(), _filled}, _watched);
 }

@@ -155,7 +155,8 @@ void DSCScanner::passOver(const DSCComment &begin, DataSection &section)
     if (behind) {
         if (const auto end = endCommentNear(*behind, section.end)) {
             _position = behindLine(*end);
-            _missingEndOfData = section.end.substr(std::min(_end - *end, section.end.size()));
+            const auto there = std::min<std::uint64_t>(_end - *end, section.end.size());
+            _missingEndOfData = section.end.substr(static_cast<std::size_t>(there));
             return;
         }
     }

@@ -45,7 +45,8 @@ void DocumentWriter::copy(DSCRange range)
     while (range.begin < range.end) {
         const std::span<char> room = std::span(_buffer).subspan(_filled);
         const auto size = std::min<std::uint64_t>(room.size(), range.end - range.begin);
-        const std::size_t count = _document.file().read(range.begin, room.first(size));
+        const std::size_t count =
+            _document.file().read(range.begin, room.first(static_cast<std::size_t>(size)));
         if (count == 0)
             throw ToolkitError("The input file became shorter while it was read.");
         range.begin += count;

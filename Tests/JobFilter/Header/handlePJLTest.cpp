@@ -518,12 +518,9 @@ TEST_F(handlePJLTest, ProfileWithoutDescriptionIsNotTheStandardOne)
 TEST_F(handlePJLTest, RealProfilesThatAreNotTheStandardOne)
 {
     // The last one has the model "sRGB", and a description that begins with the standard's.
-    for (const char *path :
-         {"/usr/share/color/icc/sRGB.icc", "/usr/share/color/icc/ghostscript/srgb.icc",
-          "/usr/share/color/icc/colord/sRGB.icc", "/usr/share/color/argyll/ref/sRGB.icm"}) {
-        EXPECT_EQ(0, access(path, R_OK)) << path;
-        EXPECT_EQ(kFlagClear, flagFor(std::string("file://") + path)) << path;
-    }
+    for (const std::string &path : {Support::freeSRGBProfile(), Support::ghostscriptSRGBProfile(),
+                                    Support::colordSRGBProfile(), Support::argyllSRGBProfile()})
+        EXPECT_EQ(kFlagClear, flagFor("file://" + path)) << path;
 }
 
 TEST_F(handlePJLTest, URLsOfTheProfile)

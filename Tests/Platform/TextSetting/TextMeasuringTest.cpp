@@ -93,7 +93,8 @@ struct PublishedMetrics {
 /// The metrics file that Debian ships beside the face for "Helvetica".
 std::string metricsFileOfHelvetica()
 {
-    return Support::readFile("/usr/share/fonts/type1/urw-base35/NimbusSans-Regular.afm");
+    return Support::readFile(Support::packagedFile(
+        "/usr/share/fonts/type1/urw-base35/NimbusSans-Regular.afm", "fonts-urw-base35"));
 }
 
 PublishedMetrics publishedMetrics(const std::string &metricsFile, const std::string &text)

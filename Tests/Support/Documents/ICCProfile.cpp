@@ -1,5 +1,7 @@
 #include "ICCProfile.h"
 
+#include "TemporaryFolder.h"
+
 namespace Support {
 
 std::string bigEndian(std::uint32_t number)
@@ -38,6 +40,26 @@ std::string iccProfileWithDescription(std::string_view model, std::string_view d
 std::string standardSRGBProfile()
 {
     return iccProfileWithDescription("sRGB", "sRGB IEC61966-2.1");
+}
+
+std::string freeSRGBProfile()
+{
+    return packagedFile("/usr/share/color/icc/sRGB.icc", "icc-profiles-free");
+}
+
+std::string ghostscriptSRGBProfile()
+{
+    return packagedFile("/usr/share/color/icc/ghostscript/srgb.icc", "libgs-common");
+}
+
+std::string colordSRGBProfile()
+{
+    return packagedFile("/usr/share/color/icc/colord/sRGB.icc", "colord-data");
+}
+
+std::string argyllSRGBProfile()
+{
+    return packagedFile("/usr/share/color/argyll/ref/sRGB.icm", "argyll-ref");
 }
 
 } // namespace Support

@@ -30,4 +30,12 @@ std::string iccProfileWithDescription(std::string_view model, std::string_view d
 /// management would take it.
 std::string standardSRGBProfile();
 
+/// Paths of sRGB profiles that packages bring. The last one's is that of the standard profile, but
+/// for the end of its description.
+/// @throws std::runtime_error, which names the package, where it is not installed
+std::string freeSRGBProfile();
+std::string ghostscriptSRGBProfile();
+std::string colordSRGBProfile();
+std::string argyllSRGBProfile();
+
 } // namespace Support

@@ -87,6 +87,13 @@ std::string readFile(const std::string &path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+std::string packagedFile(const std::string &path, const std::string &package)
+{
+    if (access(path.c_str(), R_OK) != 0)
+        throw std::runtime_error("no " + path + ": the package " + package + " brings it");
+    return path;
+}
+
 void writeFile(const std::string &path, std::string_view bytes)
 {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);

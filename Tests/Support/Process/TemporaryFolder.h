@@ -34,6 +34,10 @@ private:
 
 /// @throws std::runtime_error when the file cannot be read
 std::string readFile(const std::string &path);
+/// A file that a package brings, for the tests that need the real one.
+/// @return its path
+/// @throws std::runtime_error, which names the package, when the file cannot be read
+std::string packagedFile(const std::string &path, const std::string &package);
 /// Makes or replaces a file.
 /// @throws std::runtime_error when it cannot
 void writeFile(const std::string &path, std::string_view bytes);

@@ -3,6 +3,7 @@
 #include <array>
 #include <csignal>
 #include <filesystem>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -71,4 +72,14 @@ TEST(TemporaryFolderTest, TheFirstOneRemovesThoseOfKilledProcessesAndNoOthers)
     EXPECT_FALSE(fs::exists(killed.path));
     EXPECT_TRUE(fs::exists(living.path));
     EXPECT_TRUE(fs::exists(folder.path()));
+}
+
+TEST(PackagedFile, ThatIsNotThereNamesItsPackage)
+{
+    const Support::TemporaryFolder folder;
+    const std::string path = folder.write("brought", "");
+    EXPECT_EQ(path, Support::packagedFile(path, "wanted-data"));
+    EXPECT_THAT([&] { Support::packagedFile(folder.file("other"), "wanted-data"); },
+                testing::ThrowsMessage<std::runtime_error>("no " + folder.file("other") +
+                                                           ": the package wanted-data brings it"));
 }

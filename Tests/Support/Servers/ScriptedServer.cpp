@@ -72,8 +72,9 @@ public:
     int nextNumber()
     {
         int tag = 0;
+        const std::string_view digits = next(&tag).value_or("");
         int number = 0;
-        for (const char c : next(&tag).value_or(""))
+        for (const char c : digits)
             number = number * 256 + static_cast<unsigned char>(c);
         return number;
     }
