@@ -109,7 +109,7 @@ public:
     ///
     /// booklet, when "BookletPaperSize", default "None", is not "None" (the empty text is a name
     /// too):
-    /// - "BookletCenterMargin" and "BookletOuterMargin", lengths as toolkit(1) reads them, default
+    /// - "BookletCenterMargin" and "BookletOuterMargin", lengths as jobfilter-toolkit(1) reads them, default
     ///   "Off", which is 0
     /// - "BookletPageLayout", default "True": that is from left to right, all else right to left
     /// - "BookletSignatureSheets", a number of sheets, and "BookletCreep", a length, default "Off":
@@ -129,7 +129,7 @@ public:
     ///   "DuplexNoTumble", any other as it is
     /// - "CoverPagesInPDF", default "False": "True" asks for the covers of a PDF document, too
     ///
-    /// The words of the command lines, in order, are in toolkit(1).
+    /// The words of the command lines, in order, are in jobfilter-toolkit(1).
     /// @param jobPath  consumed by the first command that works
     /// @param errors   receives the list of errors, in the place of what it held, also when it is
     ///                 empty; may be null. A command that failed, or a watermark that could not be

@@ -392,10 +392,10 @@ TEST_F(ToolkitCommandTest, HelpGoesToStandardOutput)
                                Words{"booklet", "--help"}, Words{"coverpages", "--help"}}) {
         const ProgramResult result = run(words);
         EXPECT_EQ(0, result.exitStatus);
-        EXPECT_THAT(result.output, testing::StartsWith("Usage: toolkit "));
+        EXPECT_THAT(result.output, testing::StartsWith("Usage: jobfilter-toolkit "));
         EXPECT_EQ("", result.errors);
     }
-    EXPECT_THAT(run({"--version"}).output, testing::StartsWith("toolkit "));
+    EXPECT_THAT(run({"--version"}).output, testing::StartsWith("jobfilter-toolkit "));
 }
 
 TEST_F(ToolkitCommandTest, CoverPagesOnPDFAreRefusedWithTheReason)

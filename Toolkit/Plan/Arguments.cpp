@@ -292,16 +292,16 @@ void refuseRepeatedOptions(const Arguments &arguments)
 
 std::string overview()
 {
-    std::string text = "Usage: toolkit COMMAND OPTIONS INPUT OUTPUT\n"
-                       "       toolkit COMMAND --help\n"
-                       "       toolkit --help | --version\n\n"
+    std::string text = "Usage: jobfilter-toolkit COMMAND OPTIONS INPUT OUTPUT\n"
+                       "       jobfilter-toolkit COMMAND --help\n"
+                       "       jobfilter-toolkit --help | --version\n\n"
                        "Rewrites a PostScript or PDF document. Commands:\n\n";
     for (const CommandDescription &command : kCommands) {
         std::string name(command.name);
         name.resize(12, ' ');
         text += "  " + name + std::string(command.help) + "\n";
     }
-    return text + "\nSee toolkit(1).\n";
+    return text + "\nSee jobfilter-toolkit(1).\n";
 }
 
 /// The lines on the options that may be missing, or on those that may not.
@@ -320,12 +320,12 @@ std::string helpOfOptions(const CommandDescription &command, bool optional)
 
 std::string helpOfCommand(const CommandDescription &command)
 {
-    return "Usage: toolkit " + std::string(command.name) + " OPTIONS INPUT OUTPUT\n\n" +
+    return "Usage: jobfilter-toolkit " + std::string(command.name) + " OPTIONS INPUT OUTPUT\n\n" +
            std::string(command.help) + " These options are needed:\n\n" +
            helpOfOptions(command, false) + "\nThese are optional:\n\n" +
            helpOfOptions(command, true) +
            "\nA length is a decimal number with pt, mm or in directly behind it, points "
-           "without.\nSee toolkit(1).\n";
+           "without.\nSee jobfilter-toolkit(1).\n";
 }
 
 } // namespace
@@ -369,7 +369,7 @@ std::optional<std::string> requestedHelp(const std::vector<std::string> &words)
         return std::nullopt;
     const std::string &word = command == nullptr ? words.front() : words[1];
     if (word == "--version")
-        return "toolkit " KL_VERSION "\n";
+        return "jobfilter-toolkit " KL_VERSION "\n";
     if (word == "--help")
         return command == nullptr ? overview() : helpOfCommand(*command);
     return std::nullopt;
