@@ -29,6 +29,13 @@ inline constexpr char kOutOfMemoryLine[] = "CRIT: Out of memory\n";
 /// cannot be had ends the run. Call it first thing in main().
 void prepareFilterProcess();
 
+/// Answers "--help" and "--version" on standard output, each only when it is the one argument: the
+/// scheduler sends none such.
+/// @param name     the program's
+/// @param purpose  what it does, one sentence
+/// @return the exit status of a program that was asked; nullopt when there is work to do
+std::optional<int> answeredQuestion(int argc, char *argv[], const char *name, const char *purpose);
+
 /// @return the arguments, which stay argv's; nullopt for any other number than filter(7) has, with
 ///         the usage text on standard error
 std::optional<FilterArguments> filterArguments(int argc, char *argv[]);

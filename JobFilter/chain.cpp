@@ -91,6 +91,10 @@ int main(int argc, char *argv[])
 {
     prepareFilterProcess();
     Platform::cleanUpWhenCancelled();
+    if (const auto status =
+            answeredQuestion(argc, argv, "jobfilter-chain",
+                             "Is jobfilter and jobfilter-nojcl in one, as a CUPS filter."))
+        return *status;
 
     std::signal(SIGCHLD, SIG_DFL); // so that the system tells how the companion has ended
 

@@ -6,6 +6,9 @@
 int main(int argc, char *argv[])
 {
     prepareFilterProcess();
+    if (const auto status = answeredQuestion(
+            argc, argv, "jobfilter-nojcl", "Takes job control out of page data, as a CUPS filter."))
+        return *status;
     const auto arguments = filterArguments(argc, argv);
     if (!arguments)
         return EXIT_FAILURE;

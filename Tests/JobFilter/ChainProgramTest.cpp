@@ -246,4 +246,23 @@ TEST_F(ChainProgramTest, OtherArgumentCountsGetTheUsageText)
     EXPECT_EQ(1, result.exitStatus);
 }
 
+TEST(FilterProgramTest, EachFilterAnswersWhatItIs)
+{
+    const std::pair<const char *, std::string> filters[] = {{JOBFILTER_PROGRAM, "jobfilter"},
+                                                            {KL_NOJCL, "jobfilter-nojcl"},
+                                                            {KL_CHAIN, "jobfilter-chain"}};
+    for (const auto &[path, name] : filters) {
+        const auto version = runProgram({.arguments = {path, "--version"}});
+        EXPECT_EQ(name + " " KL_VERSION "\n", version.output);
+        EXPECT_EQ(0, version.exitStatus);
+        const auto help = runProgram({.arguments = {path, "--help"}});
+        EXPECT_THAT(help.output, testing::StartsWith("Usage: " + name + " job-id username "));
+        EXPECT_EQ("", version.errors + help.errors);
+        EXPECT_EQ(0, help.exitStatus);
+        // Anything else is a wrong number of arguments.
+        EXPECT_EQ(1, runProgram({.arguments = {path, "--version", "--help"}}).exitStatus);
+        EXPECT_EQ(1, runProgram({.arguments = {path, "--fast"}}).exitStatus);
+    }
+}
+
 } // namespace
