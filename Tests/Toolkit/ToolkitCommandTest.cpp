@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <ctime>
 #include <filesystem>
@@ -20,6 +21,7 @@ using Support::PDFBuilder;
 using Support::ProgramCall;
 using Support::ProgramResult;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
@@ -407,6 +409,33 @@ TEST_F(ToolkitCommandTest, CoverPagesOnPDFAreRefusedWithTheReason)
         "none",       input(),         output()};
     expectComplaint(run(words), "PDF cannot choose trays");
     EXPECT_FALSE(exists(output()));
+}
+
+// PostScript is written in blocks: what is held back when a command comes to its end must not be
+// lost, neither of a document that fills no block nor of one that fills some.
+TEST_F(ToolkitCommandTest, EveryCommandWritesPostScriptToItsEnd)
+{
+    const Words coverPages = {
+        "coverpages", "--back-style",  "print",      "--back-media",  "None", "--back-source",
+        "AutoSelect", "--front-style", "print",      "--front-media", "None", "--front-source",
+        "AutoSelect", "--source",      "AutoSelect", "--media",       "None", "--duplex",
+        "none",       input(),         output()};
+    Words below = watermark(input(), output());
+    below[1] = "--below";
+    constexpr std::size_t kEnd = 1000;
+    for (const std::size_t filling : {0, 1'000'000}) {
+        _folder.write("in", "%!PS-Adobe-3.0\n%%Pages: 1\n%%EndComments\n%%Page: 1 1\n" +
+                                std::string(filling, '\n') +
+                                "showpage\n%%Trailer\n(last words) pop\n%%EOF\n");
+        for (const Words &words :
+             {watermark(input(), output()), below, booklet(input(), output()), coverPages}) {
+            EXPECT_EQ(0, run(words).exitStatus) << words[0];
+            const std::string written = Support::readFile(output());
+            const std::string end = written.substr(written.size() - std::min(written.size(), kEnd));
+            EXPECT_THAT(end, HasSubstr("(last words) pop\n")) << words[0] << " of " << filling;
+            EXPECT_THAT(end, EndsWith("%%EOF\n")) << words[0] << " of " << filling;
+        }
+    }
 }
 
 TEST_F(ToolkitCommandTest, TheSameJobIsTheSameBytesEachTime)

@@ -3,13 +3,15 @@
 #include "PDFInput.h"
 #include "ToolkitError.h"
 
+#include <qpdf/Pipeline.hh>
 #include <qpdf/QPDFExc.hh>
-#include <qpdf/QPDFSystemError.hh>
 #include <qpdf/QPDFWriter.hh>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <set>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -169,6 +171,31 @@ void keepPackedStreams(QPDF &document)
     }
 }
 
+/// Bytes. The library hands over a stream as a whole, and written in one piece 5 MB may cost the
+/// system three times what they cost in blocks.
+constexpr std::size_t kBlockSize = std::size_t{128} * 1024;
+
+/// The end of the library's way out, for writing to a file in blocks.
+class BlockwiseOutput : public Pipeline {
+public:
+    explicit BlockwiseOutput(std::FILE *file) : Pipeline("output", nullptr), _file(file) {}
+
+    void write(const unsigned char *data, std::size_t size) override
+    {
+        for (std::span<const unsigned char> left(data, size); !left.empty();) {
+            const auto block = left.first(std::min(left.size(), kBlockSize));
+            if (std::fwrite(block.data(), 1, block.size(), _file) != block.size())
+                throw unwritableOutput(errno);
+            left = left.subspan(block.size());
+        }
+    }
+    /// Whoever closes the file learns whether all of it got there.
+    void finish() override {}
+
+private:
+    std::FILE *_file;
+};
+
 /// Lets the output's identifier, and what else the library makes up, depend on the document alone.
 /// The first half of the identifier stays the input's if it has one.
 void leaveOutTheClock(QPDFWriter &writer, bool isEncrypted)
@@ -252,12 +279,14 @@ void PDFDocument::write(std::FILE *output)
 {
     try {
         keepPackedStreams(_qpdf);
-        QPDFWriter writer(_qpdf, "output", output, false);
+        BlockwiseOutput blocks(output);
+        QPDFWriter writer(_qpdf);
+        writer.setOutputPipeline(&blocks);
         leaveOutTheClock(writer, _qpdf.isEncrypted());
         writer.setMinimumPDFVersion(_leastVersion);
         writer.write();
-    } catch (const QPDFSystemError &problem) {
-        throw unwritableOutput(problem.getErrno());
+    } catch (const ToolkitError &) {
+        throw;
     } catch (const QPDFExc &problem) {
         refuse(problem);
     } catch (const std::runtime_error &) {

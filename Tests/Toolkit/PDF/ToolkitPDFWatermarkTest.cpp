@@ -14,6 +14,10 @@
 #include <gtest/gtest.h>
 #include <qpdf/QPDF.hh>
 
+#include <algorithm>
+#include <cstdio>
+#include <random>
+
 namespace {
 
 using Support::Box;
@@ -125,6 +129,48 @@ std::string onePage(std::string_view contents = kPicture, std::string_view entri
     PDFBuilder builder;
     builder.addPage(entries, contents);
     return builder.document();
+}
+
+/// What a stream has handed to the system.
+struct Written {
+    std::string bytes;
+    std::size_t largestPiece = 0;
+};
+
+/// A stream that writes there, with a stream's usual buffer.
+Platform::Stream streamInto(Written &written)
+{
+    const auto write = [](void *cookie, const char *data, std::size_t size) {
+        auto &target = *static_cast<Written *>(cookie);
+        target.bytes.append(data, size);
+        target.largestPiece = std::max(target.largestPiece, size);
+        return static_cast<ssize_t>(size);
+    };
+    return Platform::Stream(fopencookie(&written, "w", {nullptr, write, nullptr, nullptr}));
+}
+
+/// Operands that hardly get smaller when they are compressed.
+std::string randomNumbers(int count)
+{
+    std::mt19937 random(1); // NOLINT(bugprone-random-generator-seed): the same each time
+    std::string text;
+    for (int i = 0; i < count; ++i)
+        text += std::to_string(random()) + " w ";
+    return text;
+}
+
+TEST_F(ToolkitPDFWatermarkTest, ALargeStreamIsWrittenInBlocks)
+{
+    Written written;
+    Platform::Stream output = streamInto(written);
+    _folder.write("in", onePage(randomNumbers(200'000)));
+    const Platform::Stream input = Platform::openForReading(_folder.file("in"));
+    applyToPDF(redTextBelow(), {input.get(), output.get(), ""});
+    ASSERT_TRUE(Platform::closeStream(std::move(output)));
+
+    EXPECT_GT(written.bytes.size(), 800'000U);
+    EXPECT_LE(written.largestPiece, 128U * 1024);
+    EXPECT_TRUE(written.bytes == marked(onePage(randomNumbers(200'000)), redTextBelow()));
 }
 
 TEST_F(ToolkitPDFWatermarkTest, TheTextStandsWhereGhostscriptSetsIt)
