@@ -324,9 +324,10 @@ private:
 /// Where the ink of the watermark lies on the paper: turned along with a landscape page.
 Support::Box inkOnPaper(const Watermark &mark, const RenderedPage &page)
 {
-    const Support::Box ink = Support::inkBoxOf(mark);
     if (!ProducersTest::GetParam().isLandscape)
-        return ink;
+        return Support::inkBoxOf(mark);
+    const Support::Box ink =
+        Support::inkBoxOf(Support::onLandscapePage(mark, page.width(), page.height()));
     return {page.width() - ink.top, ink.left, page.width() - ink.bottom, ink.right};
 }
 

@@ -37,7 +37,7 @@ constexpr std::array kWatermarkOptions = {
     OptionDescription{"--font", "NAME", "PostScript name of the font"},
     OptionDescription{"--angle", "DEGREES", "how far the text is turned, counter-clockwise"},
     OptionDescription{"--colour", "COLOUR", "1, 3 or 4 numbers from 0 to 1: grey, RGB or CMYK"},
-    OptionDescription{"--position", "X,Y", "lower left corner of the text, from the page's"},
+    OptionDescription{"--position", "X,Y", "lower left corner of the text (or --place)"},
     OptionDescription{"--size", "LENGTH", "size of the font"},
     OptionDescription{"--text", "TEXT", "the text, in UTF-8"},
     OptionDescription{"--overprint", "", "let what is on the page show through, always on top",
@@ -246,7 +246,7 @@ Command understandCoverPages(const Arguments &arguments)
 }
 
 constexpr std::array kCommands = {
-    CommandDescription{"watermark", "Draws a text on every page.", kWatermarkOptions,
+    CommandDescription{"watermark", "Draws a text on every page, or on some.", kWatermarkOptions,
                        &understandWatermark},
     CommandDescription{"booklet", "Puts the pages two on a side, in the order for folding.",
                        kBookletOptions, &understandBooklet},

@@ -75,8 +75,8 @@ struct CoverPages {
     std::string source; ///< paper source of the job itself
     std::string media;  ///< media of the job itself
     std::string duplex; ///< "none", "tumble", "notumble" or the PPD's own word
-    bool inPDF =
-        false; ///< whether a PDF document, which cannot choose trays, has covers all the same
+    /// Whether a PDF document, which cannot choose trays, has covers all the same.
+    bool inPDF = false;
 };
 
 /// One command with its options.

@@ -28,7 +28,7 @@ struct PlacedText {
 /// as the page less the distances, or as high if that makes it smaller; distances take no more than
 /// nine tenths of the page. Tiled ones lie in rows along the text, each second row moved by half a
 /// text, no more than 101 rows or texts in a row; those that miss the page are left out.
-/// (Watermark.ps has the same rules for pages whose size only the interpreter knows.)
+/// (WatermarkPlace.ps has the same rules for pages whose size only the interpreter knows.)
 /// @param box   the text's at the watermark's size, its height above 0
 /// @param page  as it is read
 std::vector<PlacedText> placedTexts(const Watermark &watermark, const Platform::TextSize &box,

@@ -14,6 +14,7 @@
 #include <array>
 #include <cmath>
 #include <map>
+#include <numbers>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -26,6 +27,8 @@ using Platform::TextPathSegment;
 
 /// A procedure must not become too long for an interpreter.
 constexpr std::size_t kSegmentsInProcedure = 1000;
+/// Nor must the operands of one text, three for a glyph: an array has 65,535 elements at most.
+constexpr std::size_t kMostGlyphs = 20'000;
 
 std::string colourProcedure(const std::vector<double> &colour)
 {
@@ -167,6 +170,8 @@ private:
 void PageTexts::add(std::uint64_t page)
 {
     const ShapedText text = _text.onPage(page);
+    if (text.glyphs.size() > kMostGlyphs)
+        throw ToolkitError("The watermark's text is too long.");
     std::string operands = "{";
     for (const ShapedGlyph &glyph : text.glyphs) {
         const auto number = static_cast<double>(numberOf(glyph, text));
@@ -209,6 +214,7 @@ public:
 
 private:
     bool isOnAllPages() const;
+    Point middle() const;
 
     const Watermark &_watermark;
     const DSCDocument &_document;
@@ -236,6 +242,18 @@ PostScriptStamp::PostScriptStamp(const Watermark &watermark, const DSCDocument &
     }
 }
 
+/// Of the text's box on an upright page; the origin for one that has a place.
+Point PostScriptStamp::middle() const
+{
+    if (_watermark.place)
+        return {0, 0};
+    const Platform::TextSize box = _firstText.size();
+    const double angle = _watermark.angle * std::numbers::pi / 180;
+    return {
+        _watermark.position.x + (box.width * std::cos(angle) - box.height * std::sin(angle)) / 2,
+        _watermark.position.y + (box.width * std::sin(angle) + box.height * std::cos(angle)) / 2};
+}
+
 std::string PostScriptStamp::request() const
 {
     const Ink ink = inkOf(_watermark);
@@ -248,6 +266,8 @@ std::string PostScriptStamp::request() const
         text += outlineProcedures(_firstText.outline);
     if (_watermark.place && !_text.differs())
         text += "/box " + boxProcedure(_firstText) + " bind def\n";
+    if (_turns)
+        text += definition("middleX", middle().x) + definition("middleY", middle().y);
     return text + definition("isAbove", _watermark.above);
 }
 

@@ -50,6 +50,21 @@ inline Box inkBoxOf(const Watermark &watermark)
     return box;
 }
 
+/// What the watermark is on a landscape page on portrait paper of that size, on the page as it is
+/// read: its middle is at the same part of the width and of the height as on an upright page.
+inline Watermark onLandscapePage(Watermark watermark, double paperWidth, double paperHeight)
+{
+    const auto box = Platform::shapeText(watermark.text, watermark.font, watermark.size).size();
+    const double angle = watermark.angle * std::numbers::pi / 180;
+    const double middleX =
+        watermark.position.x + (box.width * std::cos(angle) - box.height * std::sin(angle)) / 2;
+    const double middleY =
+        watermark.position.y + (box.width * std::sin(angle) + box.height * std::cos(angle)) / 2;
+    watermark.position.x += middleX / paperWidth * paperHeight - middleX;
+    watermark.position.y += middleY / paperHeight * paperWidth - middleY;
+    return watermark;
+}
+
 /// Watermarks with a position that together are what one with a place is on such a page.
 inline std::vector<Watermark> positioned(Watermark watermark, const PageSize &page)
 {

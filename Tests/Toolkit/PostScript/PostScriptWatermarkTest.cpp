@@ -197,14 +197,14 @@ const std::string kCornerBox = "0 0 1 setrgbcolor 5 5 20 20 rectfill\n";
 
 enum class Read { Upright, Turned };
 
-/// @param read  whether the paper, 200 points wide, has to be turned clockwise for reading
+/// @param read  whether the paper, 200 by 300 points, has to be turned clockwise for reading
 void expectWatermark(const RenderedPage &paper, const Watermark &watermark, Read read)
 {
     if (read == Read::Upright)
         return expectWatermark(paper, watermark);
     const auto found = paper.boxOf(kRed);
     ASSERT_TRUE(found) << "no watermark";
-    const Support::Box wanted = Support::inkBoxOf(watermark);
+    const Support::Box wanted = Support::inkBoxOf(Support::onLandscapePage(watermark, 200, 300));
     EXPECT_NEAR(200 - wanted.top, found->left, kClose);
     EXPECT_NEAR(200 - wanted.bottom, found->right, kClose);
     EXPECT_NEAR(wanted.left, found->bottom, kClose);
@@ -251,6 +251,21 @@ TEST_P(PostScriptWatermarkTurnTest, LandscapePagesHaveItAlongTheirReadingDirecti
                                             page(kPortrait, "200 300"),
                                             page(kLandscape, "300 200")}};
     expectReads(sample.text(), {Read::Upright, Read::Turned, Read::Upright, Read::Upright});
+}
+
+// As the filter sends it, which knows the size of upright pages only.
+TEST(PostScriptWatermarkTest, PositionAtTheTopOfAnUprightPageIsAtTheTopOfALandscapeOne)
+{
+    const PostScriptSample sample{.setup = "", .pages = {page(kLandscape, "200 300")}};
+    Watermark watermark = draft();
+    watermark.angle = 0;
+    watermark.size = 20;
+    watermark.position = {70, 260}; // more than a landscape page is high
+    const auto result = rendered(processed(sample.text(), watermark));
+    ASSERT_EQ(1U, result.pages.size());
+    const auto found = result.pages[0].boxOf(kRed);
+    ASSERT_TRUE(found) << "no watermark";
+    EXPECT_LT(found->right, 40) << "the left edge of the paper is the top of the page";
 }
 
 TEST_P(PostScriptWatermarkTurnTest, OrientationOfTheDocumentCountsForPagesThatSayNothing)
