@@ -109,7 +109,8 @@ public:
     ///
     /// booklet, when "BookletPaperSize", default "None", is not "None" (the empty text is a name
     /// too):
-    /// - "BookletCenterMargin" and "BookletOuterMargin", lengths as jobfilter-toolkit(1) reads them, default
+    /// - "BookletCenterMargin" and "BookletOuterMargin", lengths as jobfilter-toolkit(1) reads
+    /// them, default
     ///   "Off", which is 0
     /// - "BookletPageLayout", default "True": that is from left to right, all else right to left
     /// - "BookletSignatureSheets", a number of sheets, and "BookletCreep", a length, default "Off":

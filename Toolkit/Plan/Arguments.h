@@ -30,7 +30,8 @@ struct Arguments {
 ///         for more or fewer than two files. Which file the output is, is not known then.
 Arguments splitArguments(const std::vector<std::string> &words);
 
-/// Understands the options; jobfilter-toolkit(1) has each one's values. The files are not looked at.
+/// Understands the options; jobfilter-toolkit(1) has each one's values. The files are not looked
+/// at.
 /// @param arguments  from splitArguments()
 /// @throws ToolkitError for an option that is needed and missing, for a repeated one and for a
 /// value that is refused

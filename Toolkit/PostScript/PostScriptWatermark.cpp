@@ -6,6 +6,7 @@
 #include "PageSizes.h"
 #include "PostScriptText.h"
 #include "ProcSets.h"
+#include "ToolkitError.h"
 #include "watermarkText.h"
 
 #include <fmt/format.h>
