@@ -457,7 +457,8 @@ TEST(ToolkitArgumentsTest, OnlyTheFirstOptionAsksForHelp)
 TEST(ToolkitArgumentsTest, VersionIsOneLine)
 {
     const auto version = requestedHelp({"--version"});
-    EXPECT_THAT(version, Optional(testing::MatchesRegex("jobfilter-toolkit [0-9]+\\.[0-9]+\\.[0-9]+\n")));
+    EXPECT_THAT(version,
+                Optional(testing::MatchesRegex("jobfilter-toolkit [0-9]+\\.[0-9]+\\.[0-9]+\n")));
     EXPECT_EQ(version, requestedHelp({"booklet", "--version"}));
 }
 
