@@ -143,7 +143,7 @@ void appendFurtherWatermarkArguments(const KLPrintOptions &options, Arguments &a
 /// @throws std::length_error, see withJobValues()
 std::string watermarkText(const KLPrintOptions &options, JobValues job)
 {
-    const std::string text = watermarkOption(options, "text", "");
+    std::string text = watermarkOption(options, "text", "");
     if (watermarkOption(options, "placeholders", "") != "True")
         return text;
     job.user = textOption(options, "com.kalmira.username", job.user);

@@ -104,8 +104,9 @@ TEST_P(PostScriptPlacesTest, ALandscapePageCountsAsItIsRead)
     const PostScriptSample sample{.pages = {"%%PageOrientation: Landscape\nshowpage\n"}};
     const Watermark watermark = Support::watermarkOf(GetParam(), true);
     std::string wanted = sample.text();
+    // A position is one on an upright page, from which it is moved: here back to what is wanted.
     for (const Watermark &position : Support::positioned(watermark, {300, 200}))
-        wanted = processed(wanted, position);
+        wanted = processed(wanted, Support::onLandscapePage(position, 300, 200));
     expectSame(rendered(wanted), rendered(processed(sample.text(), watermark)));
 }
 
