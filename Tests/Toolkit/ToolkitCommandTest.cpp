@@ -423,7 +423,7 @@ TEST_F(ToolkitCommandTest, EveryCommandWritesPostScriptToItsEnd)
     Words below = watermark(input(), output());
     below[1] = "--below";
     constexpr std::size_t kEnd = 1000;
-    for (const std::size_t filling : {0, 1'000'000}) {
+    for (const std::size_t filling : {0U, 1'000'000U}) {
         _folder.write("in", "%!PS-Adobe-3.0\n%%Pages: 1\n%%EndComments\n%%Page: 1 1\n" +
                                 std::string(filling, '\n') +
                                 "showpage\n%%Trailer\n(last words) pop\n%%EOF\n");
