@@ -86,7 +86,7 @@ std::string changed(const std::string &sides, std::uint64_t pages, Ordering orde
 TEST(ImpositionTest, ReadsInOrderOnceFolded)
 {
     for (std::uint64_t pages = 1; pages <= 64; ++pages) {
-        for (const std::uint64_t sheets : {0, 1, 2, 3, 5, 16, 17, 1'000'000}) {
+        for (const std::uint64_t sheets : {0U, 1U, 2U, 3U, 5U, 16U, 17U, 1'000'000U}) {
             EXPECT_EQ(numbered(pages), read(pages, bookletOf(sheets))) << pages << " " << sheets;
             EXPECT_EQ(numbered(pages), read(pages, bookletOf(sheets, Ordering::RightToLeft)))
                 << pages << " " << sheets;
@@ -239,7 +239,7 @@ TEST(ImpositionTest, WithoutCreepAllSheetsAreAlike)
 {
     Booklet booklet = kCreeping;
     booklet.creep = 0;
-    for (const std::uint64_t depth : {0, 1, 2})
+    for (const std::uint64_t depth : {0U, 1U, 2U})
         expectHalves(atDepth(depth, 12, booklet), 30, 410, 360);
 }
 
