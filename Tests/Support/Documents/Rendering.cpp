@@ -7,6 +7,7 @@
 #include <iterator>
 #include <sstream>
 #include <stdexcept>
+#include <type_traits>
 
 namespace Support {
 namespace {
@@ -84,11 +85,10 @@ RenderedPage::RenderedPage(std::string_view ppm, double resolution) : _pixel(72 
     const auto begin = static_cast<std::size_t>(header.tellg()) + 1; // one white space ends it
     if (magic != "P6" || largest != "255" || ppm.size() - begin != 3 * _columns * _rows)
         throw std::runtime_error("not a pixmap of the expected form");
-    _pixels.reserve(_columns * _rows);
-    for (std::size_t at = begin; at < ppm.size(); at += 3)
-        _pixels.push_back({static_cast<std::uint8_t>(ppm[at]),
-                           static_cast<std::uint8_t>(ppm[at + 1]),
-                           static_cast<std::uint8_t>(ppm[at + 2])});
+    static_assert(sizeof(Colour) == 3 && std::is_trivially_copyable_v<Colour>); // as in the pixmap
+    _pixels.resize(_columns * _rows);
+    std::copy_n(ppm.begin() + static_cast<std::ptrdiff_t>(begin), 3 * _pixels.size(),
+                reinterpret_cast<char *>(_pixels.data()));
 }
 
 Colour RenderedPage::colourAt(Point place) const
