@@ -45,9 +45,8 @@ public:
         : FieldEditor(field, parent), _box(new QCheckBox(inWords(field.label), this))
     {
         setControl(_box, nullptr, false);
-        connect(_box, &QCheckBox::clicked, this, [this](bool on) {
-            report(on ? QStringLiteral("True") : QStringLiteral("False"));
-        });
+        connect(_box, &QCheckBox::clicked, this,
+                [this](bool on) { report(on ? QStringLiteral("True") : QStringLiteral("False")); });
     }
 
 protected:
@@ -99,7 +98,9 @@ private:
 class TextEditor : public FieldEditor {
 public:
     TextEditor(const Field &field, QWidget *parent)
-        : FieldEditor(field, parent), _line(new TypingLine(field, this)), _prefixed(isOnlyTyped(field))
+        : FieldEditor(field, parent),
+          _line(new TypingLine(field, this)),
+          _prefixed(isOnlyTyped(field))
     {
         if (_prefixed) {
             _line->setPlaceholderText(inWords(field.choices[0].label));
@@ -196,8 +197,8 @@ private:
     QString _nothing = {};          ///< the choice that is taken when nothing is typed
 };
 
-/// A list that a mouse wheel changes only once somebody is in it: on a page that scrolls, the wheel is on its
-/// way past it.
+/// A list that a mouse wheel changes only once somebody is in it: on a page that scrolls, the wheel
+/// is on its way past it.
 class ChoiceList : public QComboBox {
 public:
     using QComboBox::QComboBox;
@@ -290,12 +291,12 @@ FieldEditor *FieldEditor::make(const Field &field, QWidget *parent)
 }
 
 FieldEditor::FieldEditor(const Field &field, QWidget *parent)
-    : QWidget(parent), _id(fromModel(field.id)), _madeFor(field), _problem(new QLabel(this))
+    : QWidget(parent), _fieldId(fromModel(field.id)), _madeFor(field), _problem(new QLabel(this))
 {
     _problem->setTextFormat(Qt::PlainText);
     _problem->setWordWrap(true);
     _problem->hide();
-    setObjectName(_id);
+    setObjectName(_fieldId);
 }
 
 void FieldEditor::setControl(QWidget *control, QWidget *beside, bool labelled)
@@ -347,7 +348,8 @@ bool FieldEditor::fits(const Field &field) const
     const auto sameChoice = [](const Choice &one, const Choice &other) {
         return one.name == other.name && one.label == other.label;
     };
-    return field.id == _madeFor.id && field.label == _madeFor.label && field.group == _madeFor.group &&
-           field.kind == _madeFor.kind && field.typed == _madeFor.typed &&
+    return field.id == _madeFor.id && field.label == _madeFor.label &&
+           field.group == _madeFor.group && field.kind == _madeFor.kind &&
+           field.typed == _madeFor.typed &&
            std::ranges::equal(field.choices, _madeFor.choices, sameChoice);
 }

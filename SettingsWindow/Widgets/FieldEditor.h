@@ -16,13 +16,14 @@ public:
     /// @return the editor for a field of this kind and these choices; the parent's
     static FieldEditor *make(const Model::Field &field, QWidget *parent);
 
-    const QString &id() const { return _id; }
+    const QString &id() const { return _fieldId; }
 
-    /// The label that stands beside the control, whose mnemonic leads to it; null where the control has its
-    /// label itself.
+    /// The label that stands beside the control, whose mnemonic leads to it; null where the control
+    /// has its label itself.
     QLabel *label() const { return _label; }
 
-    /// Shows how the field stands. What somebody types just now is left alone when it says the same.
+    /// Shows how the field stands. What somebody types just now is left alone when it says the
+    /// same.
     void show(const Model::Field &field, const QString &value);
 
     /// Shows what is wrong with the value; an empty text for nothing.
@@ -46,10 +47,10 @@ protected:
 
     virtual void showValue(const Model::Field &field, const QString &value) = 0;
 
-    void report(const QString &value) { emit edited(_id, value); }
+    void report(const QString &value) { emit edited(_fieldId, value); }
 
 private:
-    QString _id;
+    QString _fieldId;
     Model::Field _madeFor;
     QWidget *_control = nullptr;
     QLabel *_label = nullptr;

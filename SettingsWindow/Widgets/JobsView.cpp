@@ -93,8 +93,9 @@ void JobsView::take(int number, const Answer &answer)
 
 void JobsView::showWords(Row &row, const QString &state, const QString &message)
 {
-    QString words = tr("%1 (job %2 on %3): %4")
-                        .arg(row.title, QString::number(row.job.number), fromModel(row.job.queue), state);
+    QString words =
+        tr("%1 (job %2 on %3): %4")
+            .arg(row.title, QString::number(row.job.number), fromModel(row.job.queue), state);
     if (!message.isEmpty())
         words += u'\n' + message;
     row.words->setText(words);
@@ -120,6 +121,7 @@ void JobsView::cancelOrDismiss(int number)
 
 JobsView::Row *JobsView::rowOf(int number)
 {
-    const auto found = std::ranges::find(_rows, number, [](const Row &row) { return row.job.number; });
+    const auto found =
+        std::ranges::find(_rows, number, [](const Row &row) { return row.job.number; });
     return found == _rows.end() ? nullptr : &*found;
 }

@@ -8,8 +8,8 @@
 class QLabel;
 class QPushButton;
 
-/// The jobs that were printed from here, each with its state and what the filter or the printer said
-/// last, until the printer has it.
+/// The jobs that were printed from here, each with its state and what the filter or the printer
+/// said last, until the printer has it.
 class JobsView : public QWidget {
     Q_OBJECT
 

@@ -25,9 +25,11 @@ QLabel *sentence(const QString &words, QWidget *parent)
 
 KeepDialog::KeepDialog(const QString &printer, const QStringList &sets, const QString &current,
                        bool hasSecrets, const QString &whoCanRead, QWidget *parent)
-    : QDialog(parent), _asDefaults(new QRadioButton(tr("As my &defaults for %1").arg(printer), this)),
+    : QDialog(parent),
+      _asDefaults(new QRadioButton(tr("As my &defaults for %1").arg(printer), this)),
       _asSet(new QRadioButton(tr("As a set with a &name, which print dialogs list:"), this)),
-      _name(new QComboBox(this)), _objection(sentence({}, this)),
+      _name(new QComboBox(this)),
+      _objection(sentence({}, this)),
       _secrets(new QCheckBox(tr("Keep &PIN and passwords, too"), this))
 {
     setWindowTitle(tr("Keep Settings"));
@@ -78,7 +80,8 @@ void KeepDialog::check()
     const QString name = set();
     const auto objection = Model::KeptSettings::objectionToName(name.toStdString());
     const bool isWrong = _asSet->isChecked() && (name.isEmpty() || objection);
-    _objection->setText(isWrong && !name.isEmpty() ? QStringLiteral("⚠ ") + inWords(*objection) : QString());
+    _objection->setText(isWrong && !name.isEmpty() ? QStringLiteral("⚠ ") + inWords(*objection)
+                                                   : QString());
     _objection->setVisible(!_objection->text().isEmpty());
     _keep->setEnabled(!isWrong);
 }

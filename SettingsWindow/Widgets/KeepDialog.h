@@ -8,8 +8,8 @@ class QLabel;
 class QPushButton;
 class QRadioButton;
 
-/// Asks how settings are to be kept: as the user's defaults for the printer or as a set with a name, and
-/// with its PIN and passwords or without.
+/// Asks how settings are to be kept: as the user's defaults for the printer or as a set with a
+/// name, and with its PIN and passwords or without.
 class KeepDialog : public QDialog {
     Q_OBJECT
 
@@ -18,8 +18,8 @@ public:
     /// @param current     the one that is being changed; empty for none
     /// @param hasSecrets  whether any PIN or password is set
     /// @param whoCanRead  where what is kept lies, and who can read it
-    KeepDialog(const QString &printer, const QStringList &sets, const QString &current, bool hasSecrets,
-               const QString &whoCanRead, QWidget *parent);
+    KeepDialog(const QString &printer, const QStringList &sets, const QString &current,
+               bool hasSecrets, const QString &whoCanRead, QWidget *parent);
 
     /// The set's name; empty for the defaults.
     QString set() const;

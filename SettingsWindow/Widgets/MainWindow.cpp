@@ -35,7 +35,8 @@ using Model::Words;
 namespace {
 
 constexpr std::chrono::milliseconds kLookAgain = std::chrono::seconds(10);
-constexpr std::chrono::milliseconds kBound = std::chrono::seconds(5); // for a server that says nothing
+constexpr std::chrono::milliseconds kBound =
+    std::chrono::seconds(5); // for a server that says nothing
 constexpr std::chrono::milliseconds kPreviewDelay{20};
 
 QPushButton *button(const QString &words, const QKeySequence &shortcut, QWidget *parent)
@@ -54,8 +55,12 @@ QString userName()
 } // namespace
 
 MainWindow::MainWindow(Setup setup)
-    : _setup(std::move(setup)), _document(_setup.document), _printerRow(new PrinterRow(this)),
-      _stack(new QStackedWidget(this)), _message(new QLabel(this)), _jobs(new JobsView(this))
+    : _setup(std::move(setup)),
+      _document(_setup.document),
+      _printerRow(new PrinterRow(this)),
+      _stack(new QStackedWidget(this)),
+      _message(new QLabel(this)),
+      _jobs(new JobsView(this))
 {
     setWindowTitle(tr("Print Settings"));
     setAcceptDrops(true);
@@ -138,7 +143,8 @@ void MainWindow::connectPrinterRow()
 {
     connect(_printerRow, &PrinterRow::printerChosen, this, &MainWindow::choosePrinter);
     connect(_printerRow, &PrinterRow::refreshWanted, this, &MainWindow::lookForPrinters);
-    connect(_printerRow, &PrinterRow::ownSettingsChosen, this, [this] { beginWithSet(std::nullopt); });
+    connect(_printerRow, &PrinterRow::ownSettingsChosen, this,
+            [this] { beginWithSet(std::nullopt); });
     connect(_printerRow, &PrinterRow::setChosen, this,
             [this](const QString &name) { beginWithSet(name.toStdString()); });
     connect(_printerRow, &PrinterRow::renameWanted, this, &MainWindow::renameSet);
@@ -178,7 +184,8 @@ void MainWindow::takePrinters(const Model::QueueList &list)
     if (const Queue *queue = printer(_chosen))
         lookAt(*queue);
     else
-        say(tr("The printer %1 is not there any more. What you have set for it stays as long as this window "
+        say(tr("The printer %1 is not there any more. What you have set for it stays as long as "
+               "this window "
                "is open.")
                 .arg(_chosen));
 }
@@ -202,7 +209,8 @@ QString MainWindow::printerToBeginWith() const
     if (printer(_setup.printer) != nullptr)
         return _setup.printer;
     if (!_setup.printer.isEmpty())
-        _message->setText(tr("There is no printer %1 that is driven by jobfilter.").arg(_setup.printer));
+        _message->setText(
+            tr("There is no printer %1 that is driven by jobfilter.").arg(_setup.printer));
     const auto standard = std::ranges::find_if(_printers, &Queue::isDefault);
     return fromModel((standard == _printers.end() ? _printers.front() : *standard).name);
 }
@@ -265,14 +273,17 @@ void MainWindow::beginSession(Findings &findings)
         return;
     }
     const QString name = fromModel(findings.queue.name);
-    Model::QueueSettings settings(std::move(*ppd), QLocale().name().toStdString(), findings.queue.defaults);
-    auto [place, isNew] = _sessions.emplace(
-        name, Session{findings.queue, std::move(*findings.ppd), std::move(settings), findings.sets, {}});
+    Model::QueueSettings settings(std::move(*ppd), QLocale().name().toStdString(),
+                                  findings.queue.defaults);
+    _sessions.emplace(
+        name,
+        Session{findings.queue, std::move(*findings.ppd), std::move(settings), findings.sets, {}});
     if (name != _chosen)
         return;
     // The first one begins as the command line says, if that set is there.
     const std::string wanted = _sessions.size() == 1 ? _setup.set.toStdString() : std::string();
-    const bool isThere = std::ranges::find(findings.sets, wanted, &KeptSet::name) != findings.sets.end();
+    const bool isThere =
+        std::ranges::find(findings.sets, wanted, &KeptSet::name) != findings.sets.end();
     if (!isThere && !wanted.empty())
         say(tr("There is no set %1 for this printer.").arg(_setup.set));
     beginWithSet(isThere ? std::optional(wanted) : std::nullopt);
@@ -284,7 +295,8 @@ void MainWindow::goOnWithSession(Session &session, Findings &findings)
     session.queue = findings.queue;
     session.sets = findings.sets;
     std::string whyNot;
-    auto ppd = session.ppd.isSameAs(*findings.ppd) ? std::nullopt : PPD::open(findings.ppd->path(), &whyNot);
+    auto ppd = session.ppd.isSameAs(*findings.ppd) ? std::nullopt
+                                                   : PPD::open(findings.ppd->path(), &whyNot);
     if (ppd) {
         const JobOptions options = session.settings.options();
         session.settings = Model::QueueSettings(std::move(*ppd), QLocale().name().toStdString(),
@@ -365,8 +377,8 @@ void MainWindow::showPreview()
                         return inWords(each.label);
         return choice;
     };
-    _preview->setJob({fromModel(current.ppd.path()), fromModel(Model::optionString(options)), _document,
-                      userName(), QFileInfo(_document).fileName()},
+    _preview->setJob({fromModel(current.ppd.path()), fromModel(Model::optionString(options)),
+                      _document, userName(), QFileInfo(_document).fileName()},
                      label);
 }
 
@@ -425,10 +437,11 @@ void MainWindow::keep()
     for (const KeptSet &set : current.sets)
         if (!set.name.empty())
             names << fromModel(set.name);
-    KeepDialog dialog(_chosen, names, fromModel(current.set.value_or("")), current.settings.hasSecrets(),
-                      inWords(_setup.kept.whoCanRead()), this);
+    KeepDialog dialog(_chosen, names, fromModel(current.set.value_or("")),
+                      current.settings.hasSecrets(), inWords(_setup.kept.whoCanRead()), this);
     if (dialog.exec() == QDialog::Accepted)
-        keepAs(dialog.set().toStdString(), dialog.withSecrets() ? Secrets::AsTheyAre : Secrets::LeftOut);
+        keepAs(dialog.set().toStdString(),
+               dialog.withSecrets() ? Secrets::AsTheyAre : Secrets::LeftOut);
 }
 
 void MainWindow::keepAs(const std::string &set, Secrets secrets)
@@ -445,8 +458,9 @@ void MainWindow::renameSet()
 {
     const std::string set = session()->set.value_or("");
     bool accepted = false;
-    const QString name = QInputDialog::getText(this, tr("Rename Set"), tr("New name of %1:").arg(fromModel(set)),
-                                               QLineEdit::Normal, fromModel(set), &accepted);
+    const QString name =
+        QInputDialog::getText(this, tr("Rename Set"), tr("New name of %1:").arg(fromModel(set)),
+                              QLineEdit::Normal, fromModel(set), &accepted);
     if (accepted && !name.isEmpty())
         changeKept([keeper = _setup.kept, queue = session()->queue.name, set,
                     newName = name.toStdString()] { return keeper.rename(queue, set, newName); },
@@ -517,7 +531,8 @@ void MainWindow::copyCommand()
     if (current.settings.hasSecrets()) {
         const auto answer = QMessageBox::question(
             this, tr("Copy as Command"),
-            tr("Put the PIN and passwords into the command? Whoever sees the command can read them."),
+            tr("Put the PIN and passwords into the command? Whoever sees the command can read "
+               "them."),
             QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::No);
         if (answer == QMessageBox::Cancel)
             return;

@@ -21,8 +21,8 @@ class SettingsPages;
 
 /// The window: a printer, its settings, and the pages as they will come out.
 ///
-/// What may wait for a server or a file goes on in other threads; what was set for a printer stays set as
-/// long as the window is open, whatever becomes of the printer meanwhile.
+/// What may wait for a server or a file goes on in other threads; what was set for a printer stays
+/// set as long as the window is open, whatever becomes of the printer meanwhile.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -53,7 +53,8 @@ private:
         Model::PPDCopy ppd;
         Model::QueueSettings settings;
         std::vector<Model::KeptSet> sets = {};
-        std::optional<std::string> set = {}; ///< that was begun with; none for the printer's own settings
+        std::optional<std::string> set =
+            {}; ///< that was begun with; none for the printer's own settings
     };
     /// What was found out about a printer.
     struct Findings {

@@ -35,8 +35,12 @@ QLabel *wrappedLabel(QWidget *parent)
 } // namespace
 
 PreviewPane::PreviewPane(PreviewPrograms programs, QWidget *parent)
-    : QWidget(parent), _maker(std::move(programs)), _view(new SheetView(this)),
-      _document(wrappedLabel(this)), _caption(wrappedLabel(this)), _notes(wrappedLabel(this))
+    : QWidget(parent),
+      _maker(std::move(programs)),
+      _view(new SheetView(this)),
+      _document(wrappedLabel(this)),
+      _caption(wrappedLabel(this)),
+      _notes(wrappedLabel(this))
 {
     auto *open = new QPushButton(tr("&Open Document…"), this);
     connect(open, &QPushButton::clicked, this, &PreviewPane::documentWanted);
@@ -164,7 +168,8 @@ void PreviewPane::showSheet(int index)
 void PreviewPane::moveBy(int sheets)
 {
     const qint64 last = _sheets.size() - 1;
-    showSheet(static_cast<int>(std::clamp<qint64>(qint64{_sheet} + sheets, 0, std::max<qint64>(last, 0))));
+    showSheet(static_cast<int>(
+        std::clamp<qint64>(qint64{_sheet} + sheets, 0, std::max<qint64>(last, 0))));
 }
 
 void PreviewPane::turnOver()
@@ -251,6 +256,7 @@ QString PreviewPane::paperInWords() const
     if (!sheet.tray.isEmpty())
         words += tr(" · from %1", "a tray").arg(_words(QStringLiteral("InputSlot"), sheet.tray));
     if (!sheet.medium.isEmpty())
-        words += tr(" · on %1", "a kind of paper").arg(_words(QStringLiteral("MediaType"), sheet.medium));
+        words += tr(" · on %1", "a kind of paper")
+                     .arg(_words(QStringLiteral("MediaType"), sheet.medium));
     return words;
 }

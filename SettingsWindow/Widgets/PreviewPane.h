@@ -24,7 +24,8 @@ public:
 
     explicit PreviewPane(PreviewPrograms programs, QWidget *parent = nullptr);
 
-    /// Shows a job in the place of another. The sheet in view stays in view where the new job has it.
+    /// Shows a job in the place of another. The sheet in view stays in view where the new job has
+    /// it.
     void setJob(const PreviewJob &job, ChoiceWords words);
 
     /// Shows words in the place of a job: why there is none.

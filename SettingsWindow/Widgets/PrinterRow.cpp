@@ -22,7 +22,9 @@ QString nameAndDescription(const Queue &queue)
 {
     const QString name = fromModel(queue.name);
     const QString description = fromModel(queue.description);
-    return description.isEmpty() || description == name ? name : name + QStringLiteral(" – ") + description;
+    return description.isEmpty() || description == name
+               ? name
+               : name + QStringLiteral(" – ") + description;
 }
 
 QString stateInWords(const Queue &queue)
@@ -58,7 +60,10 @@ QLabel *labelFor(const QString &words, QWidget *control, QWidget *parent)
 } // namespace
 
 PrinterRow::PrinterRow(QWidget *parent)
-    : QWidget(parent), _printers(new QComboBox(this)), _state(new QLabel(this)), _sets(new QComboBox(this))
+    : QWidget(parent),
+      _printers(new QComboBox(this)),
+      _state(new QLabel(this)),
+      _sets(new QComboBox(this))
 {
     _printers->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     _printers->setMinimumContentsLength(24);
@@ -73,7 +78,8 @@ PrinterRow::PrinterRow(QWidget *parent)
     _rename = menu->addAction(tr("&Rename This Set…"), this, &PrinterRow::renameWanted);
     _remove = menu->addAction(tr("Re&move This Set…"), this, &PrinterRow::removeWanted);
     menu->addSeparator();
-    QAction *refresh = menu->addAction(tr("Look for Printers A&gain"), this, &PrinterRow::refreshWanted);
+    QAction *refresh =
+        menu->addAction(tr("Look for Printers A&gain"), this, &PrinterRow::refreshWanted);
     refresh->setShortcut(QKeySequence::Refresh);
     addAction(refresh);
     auto *more = new QToolButton(this);
@@ -120,7 +126,8 @@ void PrinterRow::showState(int index)
     _printers->setAccessibleDescription(_state->text());
 }
 
-void PrinterRow::showSets(bool hasDefaults, const QStringList &names, const std::optional<QString> &chosen)
+void PrinterRow::showSets(bool hasDefaults, const QStringList &names,
+                          const std::optional<QString> &chosen)
 {
     _sets->clear();
     _sets->addItem(tr("The printer's own settings"));

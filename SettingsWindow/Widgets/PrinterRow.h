@@ -15,7 +15,8 @@ class PrinterRow : public QWidget {
 public:
     explicit PrinterRow(QWidget *parent = nullptr);
 
-    /// Shows the printers; the chosen one stays chosen where it still is. Nobody is told of a choice.
+    /// Shows the printers; the chosen one stays chosen where it still is. Nobody is told of a
+    /// choice.
     void showPrinters(const std::vector<Model::Queue> &queues, const QString &chosen);
 
     /// Shows the sets of the chosen printer.

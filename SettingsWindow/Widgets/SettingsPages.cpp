@@ -22,7 +22,8 @@ namespace {
 void fitWidth(QListWidget &list)
 {
     const int frame = 2 * list.frameWidth();
-    list.setFixedWidth(list.sizeHintForColumn(0) + frame + 2 * list.fontMetrics().averageCharWidth());
+    list.setFixedWidth(list.sizeHintForColumn(0) + frame +
+                       2 * list.fontMetrics().averageCharWidth());
 }
 
 QLabel *heading(const QString &words, QWidget *parent)
@@ -124,7 +125,8 @@ QWidget *SettingsPages::makePage(const PageOfFields &page)
     // Headings where the printer's own groups change.
     Model::Words group = page.fields.front().group;
     for (const Field &field : page.fields) {
-        if (page.page == Model::Page::Printer && (_editors.last().isEmpty() || field.group != group))
+        if (page.page == Model::Page::Printer &&
+            (_editors.last().isEmpty() || field.group != group))
             form->addRow(heading(inWords(field.group), content));
         group = field.group;
         addField(*form, field);
@@ -146,13 +148,14 @@ void SettingsPages::addField(QFormLayout &form, const Field &field)
     _editors.last().append(editor);
 }
 
-void SettingsPages::markProblems(const std::vector<PageOfFields> &pages, const QSet<QString> &fields)
+void SettingsPages::markProblems(const std::vector<PageOfFields> &pages,
+                                 const QSet<QString> &fields)
 {
     const QIcon warning = style()->standardIcon(QStyle::SP_MessageBoxWarning);
     for (int row = 0; row < static_cast<int>(pages.size()); ++row) {
-        const bool any = std::ranges::any_of(pages[static_cast<std::size_t>(row)].fields, [&](const Field &field) {
-            return fields.contains(fromModel(field.id));
-        });
+        const bool any = std::ranges::any_of(
+            pages[static_cast<std::size_t>(row)].fields,
+            [&](const Field &field) { return fields.contains(fromModel(field.id)); });
         _names->item(row)->setIcon(any ? warning : QIcon());
         _names->item(row)->setToolTip(any ? tr("Something here needs mending") : QString());
     }

@@ -17,8 +17,8 @@ class SettingsPages : public QWidget {
 public:
     explicit SettingsPages(QWidget *parent = nullptr);
 
-    /// Shows how the settings stand. Editors are kept where they fit, so that nothing moves under the fingers
-    /// of who types.
+    /// Shows how the settings stand. Editors are kept where they fit, so that nothing moves under
+    /// the fingers of who types.
     void show(const Model::QueueSettings &settings);
 
     /// Leads to the first field with a problem.
@@ -43,7 +43,7 @@ private:
     void addField(QFormLayout &form, const Model::Field &field);
     void markProblems(const std::vector<PageOfFields> &pages, const QSet<QString> &fields);
 
-    QListWidget *_names;    ///< the widget tree's, as the next
-    QStackedWidget *_stack; ///< a page each, in the same order
+    QListWidget *_names;                  ///< the widget tree's, as the next
+    QStackedWidget *_stack;               ///< a page each, in the same order
     QList<QList<FieldEditor *>> _editors; ///< of each page, in the order of its fields
 };

@@ -6,8 +6,8 @@
 
 /// One side of a sheet of paper, as large as the place for it allows, in its own proportions.
 ///
-/// A click, Space or Return turns the sheet over where it has a printed back; Page Up, Page Down, Home
-/// and End ask for another sheet. Screen readers hear the description.
+/// A click, Space or Return turns the sheet over where it has a printed back; Page Up, Page Down,
+/// Home and End ask for another sheet. Screen readers hear the description.
 class SheetView : public QWidget {
     Q_OBJECT
 
@@ -33,7 +33,8 @@ public:
 
 signals:
     void turned();
-    /// @param by  how many sheets on, negative for back; INT_MAX and -INT_MAX for the last and the first
+    /// @param by  how many sheets on, negative for back; INT_MAX and -INT_MAX for the last and the
+    /// first
     void moved(int by);
     /// The place for the sheet has another size: pictures should be made anew.
     void resized();

@@ -16,17 +16,20 @@ namespace {
 MainWindow::Setup setupFromArguments(const QCoreApplication &program)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QCoreApplication::translate(
-        "main", "Sets what a printer driven by jobfilter can do, and shows the pages as they will come out."));
+    parser.setApplicationDescription(
+        QCoreApplication::translate("main", "Sets what a printer driven by jobfilter can do, and "
+                                            "shows the pages as they will come out."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption destination(
         {QStringLiteral("d"), QStringLiteral("destination")},
-        QCoreApplication::translate("main", "The printer to begin with, and a set of settings kept for it."),
+        QCoreApplication::translate(
+            "main", "The printer to begin with, and a set of settings kept for it."),
         QCoreApplication::translate("main", "PRINTER[/SET]"));
     parser.addOption(destination);
     parser.addPositionalArgument(QStringLiteral("document"),
-                                 QCoreApplication::translate("main", "A PDF file."), QStringLiteral("[DOCUMENT]"));
+                                 QCoreApplication::translate("main", "A PDF file."),
+                                 QStringLiteral("[DOCUMENT]"));
     parser.process(program);
 
     const QString wanted = parser.value(destination);
@@ -42,8 +45,9 @@ MainWindow::Setup setupFromArguments(const QCoreApplication &program)
 void speakUsersLanguage(QCoreApplication &program)
 {
     const QString qtFolder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-    for (const auto &[name, folder] : {std::pair(QStringLiteral("qtbase"), qtFolder),
-                                       std::pair(QStringLiteral("jobfilter-settings"), QStringLiteral(":/i18n"))}) {
+    for (const auto &[name, folder] :
+         {std::pair(QStringLiteral("qtbase"), qtFolder),
+          std::pair(QStringLiteral("jobfilter-settings"), QStringLiteral(":/i18n"))}) {
         auto *translator = new QTranslator(&program);
         if (translator->load(QLocale(), name, QStringLiteral("_"), folder))
             QCoreApplication::installTranslator(translator);
