@@ -175,6 +175,84 @@ std::optional<PPD::PageSize> findPageSize(ppd_file_t *ppd, const char *name)
     return PPD::PageSize{size->width, size->length};
 }
 
+//
+// What dialogs show
+//
+
+/// Looks up words of a PPD in one language.
+class ShownWords {
+public:
+    ShownWords(ppd_file_t *ppd, const std::string &language) : _ppd(ppd)
+    {
+        if (language.size() > 2)
+            _languages.push_back(language);
+        if (language.size() >= 2)
+            _languages.push_back(language.substr(0, 2));
+    }
+
+    /// What "*LANGUAGE.KEYWORD NAME/WORDS" says.
+    /// @param otherwise  what counts without such a line
+    std::string of(const std::string &keyword, const char *name, const char *otherwise) const
+    {
+        for (const std::string &language : _languages) {
+            // The library has cut the PPD's words to that length, too.
+            const std::string line = (language + '.' + keyword).substr(0, PPD_MAX_NAME - 1);
+            if (const ppd_attr_t *found = ppdFindAttr(_ppd, line.c_str(), name))
+                return Platform::repairedUTF8(found->text, '?');
+        }
+        return Platform::repairedUTF8(otherwise[0] != '\0' ? otherwise : name, '?');
+    }
+
+private:
+    ppd_file_t *_ppd;
+    std::vector<std::string> _languages; ///< in the order in which they are asked for
+};
+
+std::optional<PPD::ShownTyping> shownTyping(ppd_file_t *ppd, const ppd_option_t &option,
+                                            const ShownWords &words)
+{
+    ppd_coption_t *const custom = ppdFindCustomOption(ppd, option.keyword);
+    const ppd_cparam_t *const first = custom != nullptr ? ppdFirstCustomParam(custom) : nullptr;
+    if (first == nullptr)
+        return std::nullopt;
+    const bool isHidden = first->type == PPD_CUSTOM_PASSCODE || first->type == PPD_CUSTOM_PASSWORD;
+    return PPD::ShownTyping{
+        words.of("ParamCustom" + std::string(option.keyword), first->name, first->text), isHidden,
+        first->type == PPD_CUSTOM_POINTS, ppdNextCustomParam(custom) == nullptr};
+}
+
+PPD::ShownOption shownOption(ppd_file_t *ppd, const ppd_group_t &group, const ppd_option_t &option,
+                             const ShownWords &words)
+{
+    PPD::ShownOption shown = {option.keyword,
+                              words.of("Translation", option.keyword, option.text),
+                              group.name,
+                              words.of("Translation", group.name, group.text),
+                              option.ui == PPD_UI_BOOLEAN,
+                              {},
+                              shownTyping(ppd, option, words)};
+    for (const ppd_choice_t &choice : listOf(option.choices, option.num_choices)) {
+        if (!shown.typing || choice.choice != kCustomChoice)
+            shown.choices.push_back(
+                {choice.choice, words.of(option.keyword, choice.choice, choice.text)});
+    }
+    return shown;
+}
+
+using Choices = std::vector<std::pair<std::string, std::string>>;
+
+/// Everything that is in conflict when the option has that choice, whatever with.
+Choices allConflicts(ppd_file_t *ppd, const std::string &option, const std::string &choice)
+{
+    cups_option_t *found = nullptr;
+    const int count = cupsGetConflicts(ppd, option.c_str(), choice.c_str(), &found);
+    Choices conflicts;
+    for (const cups_option_t &one : listOf(found, count))
+        conflicts.emplace_back(one.name, one.value);
+    cupsFreeOptions(count, found);
+    return conflicts;
+}
+
 } // namespace
 
 JobOptions parsedOptions(const std::string &optionString)
@@ -372,6 +450,34 @@ std::optional<PPD::TypedLimits> PPD::typedLimits(const std::string &option) cons
 std::optional<std::string> PPD::codeOfMarkedChoice(const std::string &option) const
 {
     return codeOf(findMarkedChoice(_file.get(), option));
+}
+
+std::vector<PPD::ShownOption> PPD::shownOptions(const std::string &language) const
+{
+    const ShownWords words(_file.get(), language);
+    std::vector<ShownOption> shown;
+    for (const ppd_group_t &group : listOf(_file->groups, _file->num_groups)) {
+        for (const ppd_option_t &option : listOf(group.options, group.num_options)) {
+            if (strcasecmp(option.keyword, "PageRegion") != 0)
+                shown.push_back(shownOption(_file.get(), group, option, words));
+        }
+    }
+    return shown;
+}
+
+std::vector<std::pair<std::string, std::string>> PPD::conflictsOf(const std::string &option,
+                                                                  const std::string &choice) const
+{
+    const auto marked = markedChoice(option);
+    if (!marked)
+        return {};
+    Choices conflicts = allConflicts(_file.get(), option, choice);
+    const Choices before =
+        conflicts.empty() ? Choices() : allConflicts(_file.get(), option, *marked);
+    std::erase_if(conflicts, [&before](const auto &conflict) {
+        return std::ranges::find(before, conflict) != before.end();
+    });
+    return conflicts;
 }
 
 std::optional<PPD::PageSize> PPD::pageSize(const std::string &name) const

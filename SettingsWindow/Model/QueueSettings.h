@@ -29,9 +29,9 @@ struct Limits {
 /// A setting as a window shows it.
 struct Field {
     std::string id; ///< the keyword of an option of the PPD, else the key
-    Words label;
-    Words group; ///< the PPD's group that an option of it is in; no text for a key of ours
-    Kind kind;
+    Words label = {};
+    Words group = {}; ///< the PPD's group that an option of it is in; no text for a key of ours
+    Kind kind = Kind::Text;
     std::vector<Choice> choices = {}; ///< of the kind Choice
     /// Of the kind Choice: what may be typed beside the choices, if anything; its value is then
     /// "Custom." and what is typed.
@@ -48,7 +48,7 @@ struct Field {
 enum class Secrets {
     AsTheyAre,
     LeftOut,
-    Hidden, ///< a word in capital letters stands in their place
+    Hidden, ///< "SECRET" stands in their place
 };
 
 /// A field with a value that is refused, and why.
@@ -98,7 +98,7 @@ public:
 
     /// The settings as options of a job: what differs from what the queue has by itself, without
     /// what has no effect now or is a problem; and behind it the options of others that load() got.
-    /// An option with an empty value is never among them.
+    /// A value is empty where that is to count instead of what the queue has.
     JobOptions options(Secrets secrets = Secrets::AsTheyAre) const;
 
     /// The same over options that are added to the job by others unless it says something else, as

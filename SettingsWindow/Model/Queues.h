@@ -65,7 +65,4 @@ private:
 ///                cannot be read or does not name this filter any more; not null
 std::optional<PPDCopy> ppdOf(const Queue &queue, std::chrono::milliseconds bound, Words *whyNot);
 
-/// Whether the PPD names this filter, as "jobfilter" or "jobfilter-chain".
-bool namesThisFilter(const PPD &ppd);
-
 } // namespace Model

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -23,6 +22,7 @@ enum class Kind {
     Text,
     Digits, ///< a text of digits: a code
     Number, ///< with a decimal point or without
+    Count,  ///< a whole number, not below 0
     Length, ///< a number with "mm", "in", "pt" or nothing, for points, behind it
     Color,  ///< 1, 3 or 4 numbers from 0 to 1, with commas
     Pages,  ///< a list of pages: "2-5,8,10-"
@@ -32,14 +32,15 @@ enum class Kind {
 /// What a queue must have for a key to have an effect.
 enum class Needs {
     Nothing,
-    FreeUser,          ///< the PPD does not pin who prints
+    OwnOption,         ///< an option of the PPD by the name of the key
+    FreeUser,          ///< a header line PRINTMODE=, and a PPD that does not pin who prints
     AccessCodeLine,    ///< a header line ACCESSCODE=
     PrintModeLine,     ///< a header line PRINTMODE=
     CollateLine,       ///< a header line COLLATE=
     AdvancedColorLine, ///< a header line DOCUMENTTYPE=ADVANCED
-    Toolkit,           ///< a toolkit that makes watermarks, booklets and covers
-    ToolkitAndPDF,     ///< one, on a queue that takes PDF
-    OwnOption,         ///< an option of the PPD by that name
+    Toolkit,           ///< a toolkit, which makes watermarks, booklets and covers
+    ToolkitForPDF,     ///< one, on a queue that takes PDF
+    ToolkitForTrays,   ///< one, on a queue that takes PostScript
 };
 
 /// A choice of a key that no option of the PPD has.
@@ -48,12 +49,12 @@ struct KeyChoice {
     std::string_view label; ///< in English
 };
 
-/// When a key has an effect: as long as another key has one of these values. Always when the other
-/// key is empty.
+/// When a key has an effect: as long as another one has, or has not, a value.
 struct Condition {
     std::string_view key;
-    std::span<const std::string_view> values = {}; ///< none for any value but an empty one
-    bool isNot = false;                            ///< as long as it has none of them
+    std::string_view value; ///< empty for any value at all
+    bool isNot = false;     ///< as long as it does not have that value
+    bool inPDF = false;     ///< it holds on a queue that takes PDF only
 };
 
 /// A setting that the filter reads.
@@ -65,9 +66,13 @@ struct SettingKey {
     std::string_view standard; ///< what counts without it; empty for nothing
     Needs needs = Needs::Nothing;
     std::span<const KeyChoice> choices = {};
-    Condition condition = {};
+    std::span<const Condition> conditions = {}; ///< all of them must hold
+    /// The option of the PPD whose choices can be chosen, too, behind those above.
+    std::string_view choicesOf = {};
+    bool isAbove0 = false;  ///< of a number
+    bool isOpen = false;    ///< beside its choices, any text may be typed
     bool isSecret = false;  ///< a PIN or a password: not shown, not kept unless that is asked for
-    bool isInteger = false; ///< is sent under the key with "..n." behind it
+    bool isInteger = false; ///< is sent with "..n." behind the key
 };
 
 /// All of them, in the order in which they are shown: those of a page stand together.

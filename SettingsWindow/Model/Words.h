@@ -1,33 +1,38 @@
 #pragma once
 
-#include <span>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace Model {
 
-/// Words for the user: an English text that the window translates, and what stands for its "%1",
-/// "%2". Words that are translated already, as those of a PPD, are the text "%1" with them behind.
+/// Words for the user: an English text that the window translates, with words for its "%1", "%2";
+/// or words that are in the user's language already, as those of a PPD or of a server are.
 ///
 /// Never holds a PIN, a password or a code.
 struct Words {
-    std::string_view text; ///< of a fixed text (allWords()), so it stays where it is
-    std::vector<std::string> arguments = {};
+    std::string_view text = {};        ///< one of allWords(), so it stays where it is
+    std::vector<Words> arguments = {}; ///< nine at most
+    std::string asTheyAre = {};        ///< stands in the place of the text when there is none
 
-    /// With the arguments put in, untranslated.
-    std::string inEnglish() const;
-
+    bool isEmpty() const { return text.empty() && asTheyAre.empty(); }
     bool operator==(const Words &) const = default;
 };
 
-/// Words that are translated already.
+/// Words in the user's language; what is no UTF-8 in them becomes "?".
 Words asTheyAre(std::string words);
 
-/// The text with its "%1" to "%9" replaced. What is not among the arguments stays.
-std::string withArguments(std::string_view text, std::span<const std::string> arguments);
+/// What an English text is called in the user's language, "%1" included.
+using Translator = std::function<std::string(std::string_view english)>;
 
-/// All texts that the model has words from, each once, for those who translate them; without "%1".
+/// The words with everything put in: of the text and of its arguments each is translated. A "%1"
+/// that there is no argument for stays.
+std::string inLanguage(const Words &words, const Translator &translator);
+
+std::string inEnglish(const Words &words);
+
+/// All English texts that the model has words from, each once, for those who translate them.
 std::vector<std::string_view> allWords();
 
 } // namespace Model
