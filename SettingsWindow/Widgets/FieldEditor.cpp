@@ -22,6 +22,8 @@ using Model::Kind;
 
 namespace {
 
+constexpr int kLabelLetters = 26; // a longer label has several lines
+
 /// What stands in front of a typed value of an option that has choices, too.
 const QString kCustom = QStringLiteral("Custom.");
 
@@ -307,6 +309,8 @@ void FieldEditor::setControl(QWidget *control, QWidget *beside, bool labelled)
         _label = new QLabel(words, this);
         _label->setTextFormat(Qt::PlainText);
         _label->setWordWrap(true);
+        _label->setMinimumWidth(std::min(fontMetrics().horizontalAdvance(words),
+                                         kLabelLetters * fontMetrics().averageCharWidth()));
         _label->setBuddy(control);
     }
     control->setAccessibleName(words);

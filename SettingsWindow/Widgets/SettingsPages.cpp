@@ -43,6 +43,8 @@ SettingsPages::SettingsPages(QWidget *parent)
 {
     _names->setAccessibleName(tr("Pages of settings"));
     _names->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    const int icon = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    _names->setIconSize({icon, icon});
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(_names);
