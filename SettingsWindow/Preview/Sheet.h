@@ -28,7 +28,7 @@ struct Sheet {
     QString tray = {};
     QString medium = {};
     QSizeF front = {}; ///< of the front page as it is read, in points
-    QSizeF back = {};  ///< of the back page; null when there is none
+    QSizeF back = {};  ///< of the back page; empty when there is none
 
     bool hasBack() const { return backPage >= 0; }
     bool operator==(const Sheet &) const = default;

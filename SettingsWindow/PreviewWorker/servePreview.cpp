@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <chrono>
+#include <cmath>
 #include <cstdlib>
 #include <exception>
 #include <sys/resource.h>
@@ -87,13 +87,21 @@ bool readMore(int descriptor, MessageReader<PreviewRequest> &reader)
 
 // --- pages ---
 
-/// Pixels per inch for a page that fills the box in one direction. Poppler rounds a page's pixels
-/// up: a hair less keeps it in the box.
+/// Pixels that Poppler makes of a page's edge.
+double pixelsOf(double points, double resolution)
+{
+    return std::ceil(points * resolution / kPointsOfInch);
+}
+
+/// Pixels per inch for a page that fills the box in one direction.
 double resolutionFor(QSizeF page, QSize box)
 {
-    constexpr double kHair = 1 - 1e-9;
-    return kPointsOfInch * kHair *
-           std::min(box.width() / page.width(), box.height() / page.height());
+    constexpr double kHair = 1 - 1e-9; // for an edge that would be rounded up beyond the box
+    const double resolution =
+        kPointsOfInch * std::min(box.width() / page.width(), box.height() / page.height());
+    const bool fits = pixelsOf(page.width(), resolution) <= box.width() &&
+                      pixelsOf(page.height(), resolution) <= box.height();
+    return fits ? resolution : resolution * kHair;
 }
 
 PreviewAnswer drawnPage(const Poppler::Document &document, const Draw &request)
