@@ -53,7 +53,8 @@ protected:
         return found;
     }
 
-    template <class Control> Control *control(const QString &field)
+    template <class Control>
+    Control *control(const QString &field)
     {
         return editor(field)->findChild<Control *>();
     }
@@ -78,8 +79,8 @@ TEST_F(SettingsPagesTest, StandInTheOrderInWhichPeopleLookForThem)
     QStringList words;
     for (int row = 0; row < names()->count(); ++row)
         words << names()->item(row)->text();
-    EXPECT_EQ(words, (QStringList{"Who prints", "Private printing and document box", "Watermark", "Booklet",
-                                  "Cover pages", "Colour", "Paper and printer"}));
+    EXPECT_EQ(words, (QStringList{"Who prints", "Private printing and document box", "Watermark",
+                                  "Booklet", "Cover pages", "Colour", "Paper and printer"}));
 }
 
 TEST_F(SettingsPagesTest, ADepartmentCodeThatIsTypedIsSet)
@@ -165,8 +166,9 @@ TEST_F(SettingsPagesTest, EditorsStayWhileSomebodyTypes)
 TEST_F(SettingsPagesTest, EveryControlHasANameForScreenReaders)
 {
     for (const QWidget *widget : pages.findChildren<QWidget *>()) {
-        const bool isControl = widget->focusPolicy() != Qt::NoFocus && widget->focusProxy() == nullptr;
-        if (isControl && widget->objectName() != "qt_spinbox_lineedit") {
+        const bool isControl = widget->window() == &pages && widget->focusPolicy() != Qt::NoFocus &&
+                               widget->focusProxy() == nullptr;
+        if (isControl) {
             EXPECT_FALSE(widget->accessibleName().isEmpty())
                 << widget->metaObject()->className() << " in "
                 << widget->parentWidget()->objectName().toStdString();
@@ -188,7 +190,8 @@ TEST_F(SettingsPagesTest, TheTabKeyLeadsThroughAllFieldsOfAPage)
         QTest::keyClick(pages.focusWidget(), Qt::Key_Tab);
         wanted.removeAll(pages.focusWidget());
     }
-    EXPECT_TRUE(wanted.isEmpty()) << wanted.front()->accessibleName().toStdString() << " is not reached";
+    EXPECT_TRUE(wanted.isEmpty()) << wanted.front()->accessibleName().toStdString()
+                                  << " is not reached";
 }
 
 TEST_F(SettingsPagesTest, RightToLeftTheListOfPagesStandsAtTheRight)

@@ -30,8 +30,8 @@ protected:
 
 TEST_F(SheetViewTest, APageIsAsLargeAsThereIsPlaceForIt)
 {
-    // 12 pixels are left free on each side, so that there are 300 for the height: 300 * 595 / 842 = 212
-    // wide, in the middle from 106 to 318.
+    // 12 pixels are left free on each side, so that there are 300 for the height: 300 * 595 / 842 =
+    // 212 wide, in the middle from 106 to 318.
     QImage red(10, 10, QImage::Format_RGB32);
     red.fill(Qt::red);
     view.showSide(red, kA4, "Sheet 1, front");
