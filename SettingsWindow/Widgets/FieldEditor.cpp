@@ -157,6 +157,7 @@ private:
     QPushButton *fileButton()
     {
         auto *button = new QPushButton(FieldEditor::tr("Choose…"), this);
+        button->setAccessibleName(FieldEditor::tr("Choose a file"));
         connect(button, &QPushButton::clicked, this, [this] {
             const QString path = QFileDialog::getOpenFileName(this, {}, _line->text());
             if (!path.isEmpty())

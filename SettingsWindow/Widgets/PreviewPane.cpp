@@ -36,7 +36,7 @@ QLabel *wrappedLabel(QWidget *parent)
 
 PreviewPane::PreviewPane(PreviewPrograms programs, QWidget *parent)
     : QWidget(parent),
-      _maker(std::move(programs)),
+      _maker(std::move(programs), {}, this),
       _view(new SheetView(this)),
       _document(wrappedLabel(this)),
       _caption(wrappedLabel(this)),

@@ -100,7 +100,8 @@ void SettingsPages::build(const std::vector<PageOfFields> &pages)
     _editors.clear();
     while (QWidget *old = _stack->widget(0)) {
         _stack->removeWidget(old);
-        old->deleteLater();
+        old->setParent(nullptr);
+        old->deleteLater(); // one of its editors may be waiting for us to come back
     }
     for (const PageOfFields &page : pages) {
         _names->addItem(inWords({Model::titleOf(page.page)}));
