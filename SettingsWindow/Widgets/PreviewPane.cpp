@@ -50,7 +50,6 @@ PreviewPane::PreviewPane(PreviewPrograms programs, QWidget *parent)
 
     _caption->setAlignment(Qt::AlignCenter);
     _notes->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    _notes->setAccessibleName(tr("Messages about the preview"));
     buildSheetRow();
     buildProgressRow();
 

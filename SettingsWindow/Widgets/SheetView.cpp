@@ -1,5 +1,6 @@
 #include "SheetView.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -13,10 +14,18 @@ constexpr int kMargin = 12; // device-independent pixels around the paper, its s
 constexpr int kShadow = 4;
 constexpr int kWheelStep = 120; // QWheelEvent's unit for one notch
 
+/// To screen readers a sheet is a picture, whatever it is drawn on.
+QAccessibleInterface *describe(const QString & /*className*/, QObject *object)
+{
+    auto *view = qobject_cast<SheetView *>(object);
+    return view == nullptr ? nullptr : new QAccessibleWidget(view, QAccessible::Graphic);
+}
+
 } // namespace
 
 SheetView::SheetView(QWidget *parent) : QWidget(parent)
 {
+    [[maybe_unused]] static const bool isDescribed = (QAccessible::installFactory(describe), true);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }

@@ -295,7 +295,7 @@ TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByAScreenReader)
     const std::string home = folder.file("home");
     fs::create_directories(home);
     const auto answer = Support::runProgram(
-        {.arguments = {"env", "HOME=" + home, "XDG_RUNTIME_DIR=" + home,
+        {.arguments = {"env", "-u", "QT_QPA_PLATFORM", "HOME=" + home, "XDG_RUNTIME_DIR=" + home,
                        "CUPS_SERVER=127.0.0.1:" + portOf(scheduler()), "LC_ALL=C.UTF-8",
                        "dbus-run-session", "--", "xvfb-run", "-a", "-s", "-screen 0 1280x900x24",
                        KL_WORK_WINDOW, KL_SETTINGS_PROGRAM, "office", kDocument,
