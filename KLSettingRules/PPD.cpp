@@ -1,6 +1,7 @@
 #include "PPD.h"
 
 #include "Descriptor.h"
+#include "PPDTranslation.h"
 #include "Text.h"
 #include "listOf.h"
 #include "markedChoices.h"
@@ -179,62 +180,41 @@ std::optional<PPD::PageSize> findPageSize(ppd_file_t *ppd, const char *name)
 // What dialogs show
 //
 
-/// Looks up words of a PPD in one language.
-class ShownWords {
-public:
-    ShownWords(ppd_file_t *ppd, const std::string &language) : _ppd(ppd)
-    {
-        if (language.size() > 2)
-            _languages.push_back(language);
-        if (language.size() >= 2)
-            _languages.push_back(language.substr(0, 2));
-    }
-
-    /// What "*LANGUAGE.KEYWORD NAME/WORDS" says.
-    /// @param otherwise  what counts without such a line
-    std::string of(const std::string &keyword, const char *name, const char *otherwise) const
-    {
-        for (const std::string &language : _languages) {
-            // The library has cut the PPD's words to that length, too.
-            const std::string line = (language + '.' + keyword).substr(0, PPD_MAX_NAME - 1);
-            if (const ppd_attr_t *found = ppdFindAttr(_ppd, line.c_str(), name))
-                return Platform::repairedUTF8(found->text, '?');
-        }
-        return Platform::repairedUTF8(otherwise[0] != '\0' ? otherwise : name, '?');
-    }
-
-private:
-    ppd_file_t *_ppd;
-    std::vector<std::string> _languages; ///< in the order in which they are asked for
-};
+/// The words as they stand, UTF-8; the name where there are none.
+std::string wordsOr(const char *words, const char *name)
+{
+    return Platform::repairedUTF8(words[0] != '\0' ? words : name, '?');
+}
 
 std::optional<PPD::ShownTyping> shownTyping(ppd_file_t *ppd, const ppd_option_t &option,
-                                            const ShownWords &words)
+                                            const PPDTranslation &words)
 {
     ppd_coption_t *const custom = ppdFindCustomOption(ppd, option.keyword);
     const ppd_cparam_t *const first = custom != nullptr ? ppdFirstCustomParam(custom) : nullptr;
     if (first == nullptr)
         return std::nullopt;
     const bool isHidden = first->type == PPD_CUSTOM_PASSCODE || first->type == PPD_CUSTOM_PASSWORD;
-    return PPD::ShownTyping{
-        words.of("ParamCustom" + std::string(option.keyword), first->name, first->text), isHidden,
-        first->type == PPD_CUSTOM_POINTS, ppdNextCustomParam(custom) == nullptr};
+    return PPD::ShownTyping{words.of("ParamCustom" + std::string(option.keyword), first->name,
+                                     wordsOr(first->text, first->name)),
+                            isHidden, first->type == PPD_CUSTOM_POINTS,
+                            ppdNextCustomParam(custom) == nullptr};
 }
 
 PPD::ShownOption shownOption(ppd_file_t *ppd, const ppd_group_t &group, const ppd_option_t &option,
-                             const ShownWords &words)
+                             const PPDTranslation &words)
 {
-    PPD::ShownOption shown = {option.keyword,
-                              words.of("Translation", option.keyword, option.text),
-                              group.name,
-                              words.of("Translation", group.name, group.text),
-                              option.ui == PPD_UI_BOOLEAN,
-                              {},
-                              shownTyping(ppd, option, words)};
+    PPD::ShownOption shown = {
+        option.keyword,
+        words.of("Translation", option.keyword, wordsOr(option.text, option.keyword)),
+        group.name,
+        words.of("Translation", group.name, wordsOr(group.text, group.name)),
+        option.ui == PPD_UI_BOOLEAN,
+        {},
+        shownTyping(ppd, option, words)};
     for (const ppd_choice_t &choice : listOf(option.choices, option.num_choices)) {
         if (!shown.typing || choice.choice != kCustomChoice)
-            shown.choices.push_back(
-                {choice.choice, words.of(option.keyword, choice.choice, choice.text)});
+            shown.choices.push_back({choice.choice, words.of(option.keyword, choice.choice,
+                                                             wordsOr(choice.text, choice.choice))});
     }
     return shown;
 }
@@ -276,7 +256,10 @@ std::optional<PPD> PPD::open(const std::string &path, std::string *whyNot)
         return std::nullopt;
     }
     *whyNot = whyNotReadable(status);
-    return whyNot->empty() ? read(file.number(), status.st_size, whyNot) : std::nullopt;
+    auto ppd = whyNot->empty() ? read(file.number(), status.st_size, whyNot) : std::nullopt;
+    if (ppd)
+        ppd->_path = path;
+    return ppd;
 }
 
 std::optional<PPD> PPD::read(int descriptor, long long size, std::string *whyNot)
@@ -454,7 +437,7 @@ std::optional<std::string> PPD::codeOfMarkedChoice(const std::string &option) co
 
 std::vector<PPD::ShownOption> PPD::shownOptions(const std::string &language) const
 {
-    const ShownWords words(_file.get(), language);
+    const PPDTranslation words(_path, language);
     std::vector<ShownOption> shown;
     for (const ppd_group_t &group : listOf(_file->groups, _file->num_groups)) {
         for (const ppd_option_t &option : listOf(group.options, group.num_options)) {

@@ -173,9 +173,9 @@ public:
     };
 
     /// All options that people may set, in the PPD's order: without "PageRegion", which stands for
-    /// "PageSize". All words are UTF-8, in the language where the PPD has it, else as they stand;
-    /// what has none in the PPD has its name.
-    /// @param language  "de", "de_DE"; a PPD that has no "de_DE" may have "de"
+    /// "PageSize". All words are UTF-8, in the language where the PPD has it and its file is still
+    /// there (PPDTranslation.h), else as they stand; what has none in the PPD has its name.
+    /// @param language  "de", "de_DE"; empty for the PPD's own
     std::vector<ShownOption> shownOptions(const std::string &language) const;
 
     /// What of the choices that are marked, option and choice, the PPD does not let be together
@@ -224,4 +224,5 @@ private:
     static std::optional<PPD> read(int descriptor, long long size, std::string *whyNot);
 
     std::unique_ptr<ppd_file_s, Closer> _file;
+    std::string _path;
 };
