@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QPixmap>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QStandardItemModel>
 #include <QWheelEvent>
 
@@ -61,7 +62,8 @@ private:
     QCheckBox *_box;
 };
 
-/// A line to type in, for a text of any kind.
+/// A line to type in, for a text of any kind. What assistive technology puts into it counts as
+/// typed, too.
 class TypingLine : public QLineEdit {
 public:
     TypingLine(const Field &field, QWidget *parent) : QLineEdit(parent)
@@ -72,9 +74,10 @@ public:
             hideWhatIsTyped();
     }
 
-    /// Leaves the cursor alone when the text is there already.
+    /// Leaves the cursor alone when the text is there already. Nobody is told of a change.
     void showText(const QString &text)
     {
+        const QSignalBlocker quiet(this);
         if (this->text() != text)
             setText(text);
     }
@@ -109,7 +112,7 @@ public:
             _nothing = fromModel(field.choices[0].name);
         }
         setControl(_line, besideFor(field));
-        connect(_line, &QLineEdit::textEdited, this, &TextEditor::reportText);
+        connect(_line, &QLineEdit::textChanged, this, &TextEditor::reportText);
     }
 
 protected:
@@ -146,10 +149,10 @@ private:
         connect(_swatch, &QPushButton::clicked, this, [this] {
             const QColor chosen = QColorDialog::getColor(color(), this);
             if (chosen.isValid())
-                take(QStringLiteral("%1,%2,%3")
-                         .arg(chosen.redF(), 0, 'g', 3)
-                         .arg(chosen.greenF(), 0, 'g', 3)
-                         .arg(chosen.blueF(), 0, 'g', 3));
+                _line->setText(QStringLiteral("%1,%2,%3")
+                                   .arg(chosen.redF(), 0, 'g', 3)
+                                   .arg(chosen.greenF(), 0, 'g', 3)
+                                   .arg(chosen.blueF(), 0, 'g', 3));
         });
         return _swatch;
     }
@@ -161,15 +164,9 @@ private:
         connect(button, &QPushButton::clicked, this, [this] {
             const QString path = QFileDialog::getOpenFileName(this, {}, _line->text());
             if (!path.isEmpty())
-                take(path);
+                _line->setText(path);
         });
         return button;
-    }
-
-    void take(const QString &text)
-    {
-        _line->setText(text);
-        reportText(text);
     }
 
     /// The colour that is typed, as a screen can show it: grey, RGB or CMYK.
@@ -254,7 +251,7 @@ private:
         _line = new TypingLine(field, this);
         _line->setAccessibleName(inWords(field.label) + QStringLiteral(": ") +
                                  _list->itemText(_list->count() - 1));
-        connect(_line, &QLineEdit::textEdited, this,
+        connect(_line, &QLineEdit::textChanged, this,
                 [this](const QString &text) { report(kCustom + text); });
     }
 

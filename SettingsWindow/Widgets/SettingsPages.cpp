@@ -50,6 +50,11 @@ SettingsPages::SettingsPages(QWidget *parent)
     layout->addWidget(_names);
     layout->addWidget(_stack, 1);
     connect(_names, &QListWidget::currentRowChanged, _stack, &QStackedWidget::setCurrentIndex);
+    // Screen readers select without moving the cursor.
+    connect(_names, &QListWidget::itemSelectionChanged, this, [this] {
+        if (const auto selected = _names->selectedItems(); !selected.isEmpty())
+            _names->setCurrentItem(selected.front());
+    });
 }
 
 void SettingsPages::show(const QueueSettings &settings)
