@@ -23,7 +23,22 @@ using Model::Kind;
 
 namespace {
 
-constexpr int kLabelLetters = 26; // a longer label has several lines
+constexpr int kLabelLetters = 26;
+
+/// The words of a label, a long one in several lines.
+QString inLines(const QString &words)
+{
+    QString lines;
+    qsizetype length = 0;
+    for (const QString &word : words.split(u' ')) {
+        const bool fits = length + word.size() < kLabelLetters;
+        if (length > 0)
+            lines += fits ? u' ' : u'\n';
+        length = (fits ? length + 1 : 0) + word.size();
+        lines += word;
+    }
+    return lines;
+}
 
 /// What stands in front of a typed value of an option that has choices, too.
 const QString kCustom = QStringLiteral("Custom.");
@@ -45,9 +60,9 @@ Kind typedKind(const Field &field)
 class FlagEditor : public FieldEditor {
 public:
     FlagEditor(const Field &field, QWidget *parent)
-        : FieldEditor(field, parent), _box(new QCheckBox(inWords(field.label), this))
+        : FieldEditor(field, parent), _box(new QCheckBox(this))
     {
-        setControl(_box, nullptr, false);
+        setControl(_box);
         connect(_box, &QCheckBox::clicked, this,
                 [this](bool on) { report(on ? QStringLiteral("True") : QStringLiteral("False")); });
     }
@@ -291,26 +306,25 @@ FieldEditor *FieldEditor::make(const Field &field, QWidget *parent)
 }
 
 FieldEditor::FieldEditor(const Field &field, QWidget *parent)
-    : QWidget(parent), _fieldId(fromModel(field.id)), _madeFor(field), _problem(new QLabel(this))
+    : QWidget(parent),
+      _fieldId(fromModel(field.id)),
+      _madeFor(field),
+      _label(new QLabel(this)),
+      _problem(new QLabel(this))
 {
+    _label->setTextFormat(Qt::PlainText);
     _problem->setTextFormat(Qt::PlainText);
     _problem->setWordWrap(true);
     _problem->hide();
     setObjectName(_fieldId);
 }
 
-void FieldEditor::setControl(QWidget *control, QWidget *beside, bool labelled)
+void FieldEditor::setControl(QWidget *control, QWidget *beside)
 {
     _control = control;
     const QString words = inWords(_madeFor.label);
-    if (labelled) {
-        _label = new QLabel(words, this);
-        _label->setTextFormat(Qt::PlainText);
-        _label->setWordWrap(true);
-        _label->setMinimumWidth(std::min(fontMetrics().horizontalAdvance(words),
-                                         kLabelLetters * fontMetrics().averageCharWidth()));
-        _label->setBuddy(control);
-    }
+    _label->setText(inLines(words));
+    _label->setBuddy(control);
     control->setAccessibleName(words);
     setFocusProxy(control);
 
@@ -330,10 +344,8 @@ void FieldEditor::show(const Field &field, const QString &value)
     setEnabled(field.possible);
     setToolTip(whyNot);
     _control->setAccessibleDescription(whyNot);
-    if (_label != nullptr) {
-        _label->setEnabled(field.possible);
-        _label->setToolTip(whyNot);
-    }
+    _label->setEnabled(field.possible);
+    _label->setToolTip(whyNot);
     showValue(field, value);
 }
 

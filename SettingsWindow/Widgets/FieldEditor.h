@@ -18,8 +18,7 @@ public:
 
     const QString &id() const { return _fieldId; }
 
-    /// The label that stands beside the control, whose mnemonic leads to it; null where the control
-    /// has its label itself.
+    /// What stands beside the control, and is this editor's child until a form takes it.
     QLabel *label() const { return _label; }
 
     /// Shows how the field stands. What somebody types just now is left alone when it says the
@@ -40,10 +39,9 @@ protected:
     FieldEditor(const Model::Field &field, QWidget *parent);
 
     /// Puts the control into its place, with names for screen readers.
-    /// @param control   gets the focus; this editor's child
-    /// @param beside    stands behind it; may be null
-    /// @param labelled  whether the label stands beside the control
-    void setControl(QWidget *control, QWidget *beside = nullptr, bool labelled = true);
+    /// @param control  gets the focus; this editor's child
+    /// @param beside   stands behind it; may be null
+    void setControl(QWidget *control, QWidget *beside = nullptr);
 
     virtual void showValue(const Model::Field &field, const QString &value) = 0;
 
@@ -53,6 +51,6 @@ private:
     QString _fieldId;
     Model::Field _madeFor;
     QWidget *_control = nullptr;
-    QLabel *_label = nullptr;
+    QLabel *_label;
     QLabel *_problem;
 };

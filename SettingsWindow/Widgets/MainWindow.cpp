@@ -110,8 +110,7 @@ QWidget *MainWindow::makeSettings()
     _preview = new PreviewPane(_setup.programs, splitter);
     splitter->addWidget(_pages);
     splitter->addWidget(_preview);
-    splitter->setStretchFactor(0, 3);
-    splitter->setStretchFactor(1, 2);
+    splitter->setStretchFactor(1, 1); // the preview gets what there is to spare
     splitter->setChildrenCollapsible(false);
     connect(_pages, &SettingsPages::edited, this, &MainWindow::edit);
     connect(_preview, &PreviewPane::documentWanted, this, &MainWindow::chooseDocument);

@@ -223,7 +223,7 @@ void PreviewPane::updateControls()
     const QSignalBlocker quiet(_number);
     _number->setRange(any ? 1 : 0, count);
     _number->setValue(any ? _sheet + 1 : 0);
-    _count->setText(tr("of %n", "after the number of a sheet", count));
+    _count->setText(tr("of %Ln", "after the number of a sheet", count));
     _sheetRow->setEnabled(any);
     _back->setEnabled(_sheet > 0);
     _on->setEnabled(_sheet + 1 < count);
@@ -245,7 +245,7 @@ QString PreviewPane::sideInWords() const
     case Sheet::Kind::Job:
         break;
     }
-    return front ? tr("Sheet %1, front").arg(_sheet + 1) : tr("Sheet %1, back").arg(_sheet + 1);
+    return front ? tr("Sheet %L1, front").arg(_sheet + 1) : tr("Sheet %L1, back").arg(_sheet + 1);
 }
 
 QString PreviewPane::paperInWords() const

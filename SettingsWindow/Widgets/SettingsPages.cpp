@@ -43,6 +43,7 @@ SettingsPages::SettingsPages(QWidget *parent)
 {
     _names->setAccessibleName(tr("Pages of settings"));
     _names->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    _names->setSpacing(2);
     const int icon = style()->pixelMetric(QStyle::PM_SmallIconSize);
     _names->setIconSize({icon, icon});
     auto *layout = new QHBoxLayout(this);
@@ -126,7 +127,7 @@ QWidget *SettingsPages::makePage(const PageOfFields &page)
     area->setFocusPolicy(Qt::NoFocus);
     auto *content = new QWidget(area);
     auto *form = new QFormLayout(content);
-    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
+    form->setRowWrapPolicy(QFormLayout::DontWrapRows);
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     _editors.append(QList<FieldEditor *>());
 
@@ -148,10 +149,7 @@ QWidget *SettingsPages::makePage(const PageOfFields &page)
 void SettingsPages::addField(QFormLayout &form, const Field &field)
 {
     FieldEditor *editor = FieldEditor::make(field, form.parentWidget());
-    if (editor->label() != nullptr)
-        form.addRow(editor->label(), editor);
-    else
-        form.addRow(QString(), editor);
+    form.addRow(editor->label(), editor);
     connect(editor, &FieldEditor::edited, this, &SettingsPages::edited);
     _editors.last().append(editor);
 }

@@ -1,11 +1,10 @@
 #include "MainWindow.h"
+#include "language.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QIcon>
-#include <QLibraryInfo>
 #include <QLocale>
-#include <QTranslator>
 
 #include <algorithm>
 #include <string_view>
@@ -41,19 +40,6 @@ MainWindow::Setup setupFromArguments(const QCoreApplication &program)
             parser.positionalArguments().value(0)};
 }
 
-/// The words of Qt's own dialogs, and ours, in the user's language where there are any.
-void speakUsersLanguage(QCoreApplication &program)
-{
-    const QString qtFolder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-    for (const auto &[name, folder] :
-         {std::pair(QStringLiteral("qtbase"), qtFolder),
-          std::pair(QStringLiteral("jobfilter-settings"), QStringLiteral(":/i18n"))}) {
-        auto *translator = new QTranslator(&program);
-        if (translator->load(QLocale(), name, QStringLiteral("_"), folder))
-            QCoreApplication::installTranslator(translator);
-    }
-}
-
 /// Whether the program is only asked about itself, which it answers without a screen, too.
 bool isQuestion(int argc, char *argv[])
 {
@@ -71,15 +57,13 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(KL_VERSION));
     if (isQuestion(argc, argv)) {
         QCoreApplication program(argc, argv);
-        speakUsersLanguage(program);
+        speakLanguage(program, QLocale());
         setupFromArguments(program);
     }
     QApplication program(argc, argv);
     QApplication::setDesktopFileName(QStringLiteral("org.example.jobfilter.settings"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/org.example.jobfilter.settings.svg")));
-    speakUsersLanguage(program);
-    if (QLocale().textDirection() == Qt::RightToLeft)
-        QApplication::setLayoutDirection(Qt::RightToLeft);
+    speakLanguage(program, QLocale());
 
     MainWindow window(setupFromArguments(program));
     window.show();

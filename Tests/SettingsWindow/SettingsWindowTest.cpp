@@ -192,7 +192,7 @@ protected:
     {
         button(window, "Print Now")->click();
         EXPECT_TRUE(comesTrue([&] { return says(window, "The printer has it"); }))
-        << wordsIn(window).join("\n").toStdString();
+            << wordsIn(window).join("\n").toStdString();
         printer().finishJobs();
         const auto jobs = printer().jobs();
         EXPECT_EQ(jobs.size(), 1U);
@@ -295,13 +295,27 @@ TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByAScreenReader)
     const std::string home = folder.file("home");
     fs::create_directories(home);
     const auto answer = Support::runProgram(
-        {.arguments = {"env", "-u", "QT_QPA_PLATFORM", "HOME=" + home, "XDG_RUNTIME_DIR=" + home,
-                       "CUPS_SERVER=127.0.0.1:" + portOf(scheduler()), "LC_ALL=C.UTF-8",
-                       "dbus-run-session", "--", "xvfb-run", "-a", "-s", "-screen 0 1280x900x24",
-                       KL_WORK_WINDOW, KL_SETTINGS_PROGRAM, "office", kDocument,
+        {.arguments = {"env",
+                       "-u",
+                       "QT_QPA_PLATFORM",
+                       "HOME=" + home,
+                       "XDG_RUNTIME_DIR=" + home,
+                       "CUPS_SERVER=127.0.0.1:" + portOf(scheduler()),
+                       "LC_ALL=C.UTF-8",
+                       "dbus-run-session",
+                       "--",
+                       "xvfb-run",
+                       "-a",
+                       "-s",
+                       "-screen 0 1280x900x24",
+                       KL_WORK_WINDOW,
+                       KL_SETTINGS_PROGRAM,
+                       "office",
+                       kDocument,
                        "Who prints:Department Code=0815",
                        "Private printing and document box:PIN for Private Printing=0471",
-                       "keep:board", "print"}});
+                       "keep:board",
+                       "print"}});
     ASSERT_EQ(answer.exitStatus, 0) << answer.errors;
     printer().finishJobs();
     ASSERT_EQ(printer().jobs().size(), 1U);
