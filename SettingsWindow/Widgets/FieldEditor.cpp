@@ -236,7 +236,7 @@ public:
     {
         _list->setFocusPolicy(Qt::StrongFocus);
         _list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        _list->setMinimumContentsLength(12);
+        _list->setMinimumContentsLength(20);
         for (const Choice &choice : field.choices)
             _list->addItem(inWords(choice.label), fromModel(choice.name));
         if (field.typed)

@@ -194,7 +194,7 @@ void MainWindow::showNoPrinters(const Model::QueueList &list)
     QString words = list.problem ? inWords(*list.problem) + QStringLiteral("\n\n") : QString();
     words += tr("There is no printer here that is driven by jobfilter.");
     if (list.others > 0)
-        words += u' ' + tr("(%n printer(s) of other kinds are there.)", nullptr, list.others);
+        words += u' ' + tr("(Printers of other kinds that are there: %L1)").arg(list.others);
     words += QStringLiteral("\n\n") +
              tr("Ask the administrator of your printers for a queue with its driver, or add one:") +
              QStringLiteral("\n\nlpadmin -p office -E -v socket://printer.example.com"

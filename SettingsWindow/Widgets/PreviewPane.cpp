@@ -223,7 +223,7 @@ void PreviewPane::updateControls()
     const QSignalBlocker quiet(_number);
     _number->setRange(any ? 1 : 0, count);
     _number->setValue(any ? _sheet + 1 : 0);
-    _count->setText(tr("of %Ln", "after the number of a sheet", count));
+    _count->setText(tr("of %L1", "after the number of a sheet").arg(count));
     _sheetRow->setEnabled(any);
     _back->setEnabled(_sheet > 0);
     _on->setEnabled(_sheet + 1 < count);

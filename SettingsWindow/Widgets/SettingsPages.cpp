@@ -33,6 +33,7 @@ QLabel *heading(const QString &words, QWidget *parent)
     QFont bold = label->font();
     bold.setBold(true);
     label->setFont(bold);
+    label->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred); // stands where lines begin
     return label;
 }
 
