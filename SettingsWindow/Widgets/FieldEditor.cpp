@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QStandardItemModel>
+#include <QTextLayout>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -23,21 +24,22 @@ using Model::Kind;
 
 namespace {
 
-constexpr int kLabelLetters = 26;
-
-/// The words of a label, a long one in several lines.
-QString inLines(const QString &words)
+/// The words of a label, a long one in several lines, each no wider than 26 letters.
+QString inLines(const QString &words, const QFontMetrics &metrics)
 {
-    QString lines;
-    qsizetype length = 0;
-    for (const QString &word : words.split(u' ')) {
-        const bool fits = length + word.size() < kLabelLetters;
-        if (length > 0)
-            lines += fits ? u' ' : u'\n';
-        length = (fits ? length + 1 : 0) + word.size();
-        lines += word;
+    const int width = 26 * metrics.averageCharWidth();
+    QTextLayout layout(words);
+    QTextOption wrapping;
+    wrapping.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(wrapping);
+    QStringList lines;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        lines << words.sliced(line.textStart(), line.textLength()).trimmed();
     }
-    return lines;
+    layout.endLayout();
+    return lines.join(u'\n');
 }
 
 /// What stands in front of a typed value of an option that has choices, too.
@@ -323,7 +325,7 @@ void FieldEditor::setControl(QWidget *control, QWidget *beside)
 {
     _control = control;
     const QString words = inWords(_madeFor.label);
-    _label->setText(inLines(words));
+    _label->setText(inLines(words, fontMetrics()));
     _label->setBuddy(control);
     control->setAccessibleName(words);
     setFocusProxy(control);

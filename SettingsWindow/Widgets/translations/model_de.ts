@@ -469,7 +469,7 @@
     </message>
     <message>
         <source>Rendering intent</source>
-        <translation>Rendering-Priorität</translation>
+        <translation>Renderpriorität</translation>
     </message>
     <message>
         <source>Right</source>
@@ -605,7 +605,7 @@
     </message>
     <message>
         <source>Two-sided</source>
-        <translation>Zweiseitig</translation>
+        <translation>Beidseitig</translation>
     </message>
     <message>
         <source>US Legal</source>
@@ -637,7 +637,7 @@
     </message>
     <message>
         <source>Watermark and page</source>
-        <translation>Wasserzeichen und Seite</translation>
+        <translation>Lage des Wasserzeichens</translation>
     </message>
     <message>
         <source>Who prints</source>

@@ -233,7 +233,7 @@
     </message>
     <message>
         <source>Front cover</source>
-        <translation>Cubierta delantera</translation>
+        <translation>Portada</translation>
     </message>
     <message>
         <source>Held</source>
@@ -285,7 +285,7 @@
     </message>
     <message>
         <source>Media type of the front cover</source>
-        <translation>Tipo de papel de la cubierta delantera</translation>
+        <translation>Tipo de papel de la portada</translation>
     </message>
     <message>
         <source>Must be %1 digits, and nothing else</source>
@@ -417,7 +417,7 @@
     </message>
     <message>
         <source>Paper source of the front cover</source>
-        <translation>Origen del papel de la cubierta delantera</translation>
+        <translation>Origen del papel de la portada</translation>
     </message>
     <message>
         <source>Perceptual</source>
@@ -445,7 +445,7 @@
     </message>
     <message>
         <source>Printing of the front cover</source>
-        <translation>Impresión de la cubierta delantera</translation>
+        <translation>Impresión de la portada</translation>
     </message>
     <message>
         <source>Private printing and document box</source>
@@ -637,7 +637,7 @@
     </message>
     <message>
         <source>Watermark and page</source>
-        <translation>Marca de agua y página</translation>
+        <translation>Capa de la marca de agua</translation>
     </message>
     <message>
         <source>Who prints</source>

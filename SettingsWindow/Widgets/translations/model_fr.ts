@@ -397,7 +397,7 @@
     </message>
     <message>
         <source>PIN for private printing</source>
-        <translation>Code PIN pour l’impression privée</translation>
+        <translation>Code PIN d’impression confidentielle</translation>
     </message>
     <message>
         <source>Page size</source>
@@ -433,7 +433,7 @@
     </message>
     <message>
         <source>Print when storing in a document box</source>
-        <translation>Imprimer en stockant dans une boîte à documents</translation>
+        <translation>Imprimer en stockant dans une boîte de documents</translation>
     </message>
     <message>
         <source>Printing</source>
@@ -449,7 +449,7 @@
     </message>
     <message>
         <source>Private printing and document box</source>
-        <translation>Impression privée et boîte à documents</translation>
+        <translation>Impression confidentielle et boîte de documents</translation>
     </message>
     <message>
         <source>Profile of one's own</source>
@@ -497,7 +497,7 @@
     </message>
     <message>
         <source>Store in a document box</source>
-        <translation>Stocker dans une boîte à documents</translation>
+        <translation>Stocker dans une boîte de documents</translation>
     </message>
     <message>
         <source>Tabloid</source>
@@ -637,7 +637,7 @@
     </message>
     <message>
         <source>Watermark and page</source>
-        <translation>Filigrane et page</translation>
+        <translation>Plan du filigrane</translation>
     </message>
     <message>
         <source>Who prints</source>

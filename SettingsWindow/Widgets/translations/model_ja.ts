@@ -97,11 +97,11 @@
     </message>
     <message>
         <source>Booklet</source>
-        <translation>冊子</translation>
+        <translation>小冊子</translation>
     </message>
     <message>
         <source>Booklet of sheets</source>
-        <translation>冊子の用紙サイズ</translation>
+        <translation>小冊子の用紙サイズ</translation>
     </message>
     <message>
         <source>Bottom</source>
@@ -353,7 +353,7 @@
     </message>
     <message>
         <source>No booklet</source>
-        <translation>冊子にしない</translation>
+        <translation>小冊子にしない</translation>
     </message>
     <message>
         <source>No cover</source>
@@ -397,7 +397,7 @@
     </message>
     <message>
         <source>PIN for private printing</source>
-        <translation>プライベート印刷の PIN</translation>
+        <translation>機密印刷の暗証番号</translation>
     </message>
     <message>
         <source>Page size</source>
@@ -449,7 +449,7 @@
     </message>
     <message>
         <source>Private printing and document box</source>
-        <translation>プライベート印刷と文書ボックス</translation>
+        <translation>機密印刷と文書ボックス</translation>
     </message>
     <message>
         <source>Profile of one's own</source>
@@ -637,7 +637,7 @@
     </message>
     <message>
         <source>Watermark and page</source>
-        <translation>透かしとページ</translation>
+        <translation>透かしの重ね順</translation>
     </message>
     <message>
         <source>Who prints</source>

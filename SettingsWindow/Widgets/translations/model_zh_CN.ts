@@ -117,15 +117,15 @@
     </message>
     <message>
         <source>Box name</source>
-        <translation>信箱名称</translation>
+        <translation>文档箱名称</translation>
     </message>
     <message>
         <source>Box number</source>
-        <translation>信箱编号</translation>
+        <translation>文档箱编号</translation>
     </message>
     <message>
         <source>Box password</source>
-        <translation>信箱密码</translation>
+        <translation>文档箱密码</translation>
     </message>
     <message>
         <source>By a profile of one's own</source>
@@ -213,7 +213,7 @@
     </message>
     <message>
         <source>Extended box password</source>
-        <translation>扩展信箱密码</translation>
+        <translation>扩展文档箱密码</translation>
     </message>
     <message>
         <source>Fitted</source>
@@ -221,7 +221,7 @@
     </message>
     <message>
         <source>Folder in the box</source>
-        <translation>信箱中的文件夹</translation>
+        <translation>文档箱中的文件夹</translation>
     </message>
     <message>
         <source>Follows from “%1”</source>
@@ -397,7 +397,7 @@
     </message>
     <message>
         <source>PIN for private printing</source>
-        <translation>保密打印的 PIN</translation>
+        <translation>私密打印密码</translation>
     </message>
     <message>
         <source>Page size</source>
@@ -433,7 +433,7 @@
     </message>
     <message>
         <source>Print when storing in a document box</source>
-        <translation>存入文档信箱时也打印</translation>
+        <translation>存入文档箱时也打印</translation>
     </message>
     <message>
         <source>Printing</source>
@@ -449,7 +449,7 @@
     </message>
     <message>
         <source>Private printing and document box</source>
-        <translation>保密打印和文档信箱</translation>
+        <translation>私密打印和文档箱</translation>
     </message>
     <message>
         <source>Profile of one's own</source>
@@ -497,7 +497,7 @@
     </message>
     <message>
         <source>Store in a document box</source>
-        <translation>存入文档信箱</translation>
+        <translation>存入文档箱</translation>
     </message>
     <message>
         <source>Tabloid</source>
@@ -637,7 +637,7 @@
     </message>
     <message>
         <source>Watermark and page</source>
-        <translation>水印与页面</translation>
+        <translation>水印层次</translation>
     </message>
     <message>
         <source>Who prints</source>

@@ -319,11 +319,11 @@
     </message>
     <message>
         <source>Front cover, front</source>
-        <translation>Cubierta delantera, anverso</translation>
+        <translation>Portada, anverso</translation>
     </message>
     <message>
         <source>Front cover, back</source>
-        <translation>Cubierta delantera, reverso</translation>
+        <translation>Portada, reverso</translation>
     </message>
     <message>
         <source>Back cover, front</source>

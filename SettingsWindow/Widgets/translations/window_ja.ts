@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>Keep &amp;PIN and passwords, too</source>
-        <translation>PIN とパスワードも保存(&amp;P)</translation>
+        <translation>暗証番号とパスワードも保存(&amp;P)</translation>
     </message>
     <message>
         <source>Keep Settings</source>
@@ -179,7 +179,7 @@
     </message>
     <message>
         <source>Put the PIN and passwords into the command? Whoever sees the command can read them.</source>
-        <translation>PIN とパスワードをコマンドに入れますか？コマンドを見た人は読むことができます。</translation>
+        <translation>暗証番号とパスワードをコマンドに入れますか？コマンドを見た人は読むことができます。</translation>
     </message>
     <message>
         <source>The command is on the clipboard.</source>
@@ -198,7 +198,7 @@
     </message>
     <message>
         <source>Unable to apply booklet mode</source>
-        <translation>冊子にできません</translation>
+        <translation>小冊子にできません</translation>
     </message>
     <message>
         <source>Unable to apply cover pages</source>
@@ -270,7 +270,7 @@
     </message>
     <message>
         <source>This queue names no toolkit: it prints without watermark, booklet and covers.</source>
-        <translation>このキューにはツールキットの指定がないため、透かし、冊子、表紙なしで印刷されます。</translation>
+        <translation>このキューにはツールキットの指定がないため、透かし、小冊子、表紙なしで印刷されます。</translation>
     </message>
 </context>
 <context>

@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>Keep &amp;PIN and passwords, too</source>
-        <translation>同时保存 PIN 和密码(&amp;P)</translation>
+        <translation>同时保存 PIN 和其他密码(&amp;P)</translation>
     </message>
     <message>
         <source>Keep Settings</source>
@@ -179,7 +179,7 @@
     </message>
     <message>
         <source>Put the PIN and passwords into the command? Whoever sees the command can read them.</source>
-        <translation>要把 PIN 和密码放入命令吗？看到命令的人都能读到它们。</translation>
+        <translation>要把 PIN 和其他密码放入命令吗？看到命令的人都能读到它们。</translation>
     </message>
     <message>
         <source>The command is on the clipboard.</source>
