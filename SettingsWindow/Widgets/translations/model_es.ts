@@ -85,7 +85,7 @@
     </message>
     <message>
         <source>Back cover</source>
-        <translation>Cubierta trasera</translation>
+        <translation>Contraportada</translation>
     </message>
     <message>
         <source>Below what is on the page</source>
@@ -189,11 +189,11 @@
     </message>
     <message>
         <source>Cover pages</source>
-        <translation>Cubiertas</translation>
+        <translation>Portadas</translation>
     </message>
     <message>
         <source>Covers from the tray of the job</source>
-        <translation>Cubiertas de la bandeja del trabajo</translation>
+        <translation>Portadas de la bandeja del trabajo</translation>
     </message>
     <message>
         <source>Department code</source>
@@ -281,7 +281,7 @@
     </message>
     <message>
         <source>Media type of the back cover</source>
-        <translation>Tipo de papel de la cubierta trasera</translation>
+        <translation>Tipo de papel de la contraportada</translation>
     </message>
     <message>
         <source>Media type of the front cover</source>
@@ -357,7 +357,7 @@
     </message>
     <message>
         <source>No cover</source>
-        <translation>Sin cubierta</translation>
+        <translation>Sin portada</translation>
     </message>
     <message>
         <source>No temporary file can be made: %1</source>
@@ -413,7 +413,7 @@
     </message>
     <message>
         <source>Paper source of the back cover</source>
-        <translation>Origen del papel de la cubierta trasera</translation>
+        <translation>Origen del papel de la contraportada</translation>
     </message>
     <message>
         <source>Paper source of the front cover</source>
@@ -441,7 +441,7 @@
     </message>
     <message>
         <source>Printing of the back cover</source>
-        <translation>Impresión de la cubierta trasera</translation>
+        <translation>Impresión de la contraportada</translation>
     </message>
     <message>
         <source>Printing of the front cover</source>

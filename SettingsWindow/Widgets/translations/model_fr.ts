@@ -85,7 +85,7 @@
     </message>
     <message>
         <source>Back cover</source>
-        <translation>Couverture arrière</translation>
+        <translation>Quatrième de couverture</translation>
     </message>
     <message>
         <source>Below what is on the page</source>
@@ -233,7 +233,7 @@
     </message>
     <message>
         <source>Front cover</source>
-        <translation>Couverture avant</translation>
+        <translation>Première de couverture</translation>
     </message>
     <message>
         <source>Held</source>
@@ -281,11 +281,11 @@
     </message>
     <message>
         <source>Media type of the back cover</source>
-        <translation>Type de papier de la couverture arrière</translation>
+        <translation>Type de papier de la quatrième de couverture</translation>
     </message>
     <message>
         <source>Media type of the front cover</source>
-        <translation>Type de papier de la couverture avant</translation>
+        <translation>Type de papier de la première de couverture</translation>
     </message>
     <message>
         <source>Must be %1 digits, and nothing else</source>
@@ -413,11 +413,11 @@
     </message>
     <message>
         <source>Paper source of the back cover</source>
-        <translation>Source de papier de la couverture arrière</translation>
+        <translation>Source de papier de la quatrième de couverture</translation>
     </message>
     <message>
         <source>Paper source of the front cover</source>
-        <translation>Source de papier de la couverture avant</translation>
+        <translation>Source de papier de la première de couverture</translation>
     </message>
     <message>
         <source>Perceptual</source>
@@ -441,11 +441,11 @@
     </message>
     <message>
         <source>Printing of the back cover</source>
-        <translation>Impression de la couverture arrière</translation>
+        <translation>Impression de la quatrième de couverture</translation>
     </message>
     <message>
         <source>Printing of the front cover</source>
-        <translation>Impression de la couverture avant</translation>
+        <translation>Impression de la première de couverture</translation>
     </message>
     <message>
         <source>Private printing and document box</source>

@@ -202,7 +202,7 @@
     </message>
     <message>
         <source>Unable to apply cover pages</source>
-        <translation>No se pueden añadir las cubiertas</translation>
+        <translation>No se pueden añadir las portadas</translation>
     </message>
     <message>
         <source>The document cannot be read: %1</source>
@@ -266,11 +266,11 @@
     </message>
     <message>
         <source>The covers are printed on the paper of the job: a PDF cannot choose trays.</source>
-        <translation>Las cubiertas se imprimen en el papel del trabajo: un PDF no puede elegir bandejas.</translation>
+        <translation>Las portadas se imprimen en el papel del trabajo: un PDF no puede elegir bandejas.</translation>
     </message>
     <message>
         <source>This queue names no toolkit: it prints without watermark, booklet and covers.</source>
-        <translation>Esta cola no nombra ningún toolkit: imprime sin marca de agua, folleto ni cubiertas.</translation>
+        <translation>Esta cola no nombra ningún toolkit: imprime sin marca de agua, folleto ni portadas.</translation>
     </message>
 </context>
 <context>
@@ -327,11 +327,11 @@
     </message>
     <message>
         <source>Back cover, front</source>
-        <translation>Cubierta trasera, anverso</translation>
+        <translation>Contraportada, anverso</translation>
     </message>
     <message>
         <source>Back cover, back</source>
-        <translation>Cubierta trasera, reverso</translation>
+        <translation>Contraportada, reverso</translation>
     </message>
     <message>
         <source>Sheet %L1, front</source>

@@ -319,19 +319,19 @@
     </message>
     <message>
         <source>Front cover, front</source>
-        <translation>Couverture avant, recto</translation>
+        <translation>Première de couverture, recto</translation>
     </message>
     <message>
         <source>Front cover, back</source>
-        <translation>Couverture avant, verso</translation>
+        <translation>Première de couverture, verso</translation>
     </message>
     <message>
         <source>Back cover, front</source>
-        <translation>Couverture arrière, recto</translation>
+        <translation>Quatrième de couverture, recto</translation>
     </message>
     <message>
         <source>Back cover, back</source>
-        <translation>Couverture arrière, verso</translation>
+        <translation>Quatrième de couverture, verso</translation>
     </message>
     <message>
         <source>Sheet %L1, front</source>
