@@ -46,7 +46,6 @@ public:
     /// Whether something is under way that stop() would end.
     bool isBusy() const;
 
-public slots:
     /// Ends what is under way; stopped() follows, if there was something. What was made by then
     /// stays. The next show() begins anew.
     void stop();

@@ -173,7 +173,9 @@ void PreviewProcess::retire()
     }
     connect(&_process, &QProcess::stateChanged, this, &QObject::deleteLater); // to not running
     _process.terminate();
-    QTimer::singleShot(kTimeToEnd, this, [this] { _process.kill(); });
+    _clock.disconnect(this);
+    connect(&_clock, &QTimer::timeout, &_process, &QProcess::kill);
+    _clock.start(kTimeToEnd);
 }
 
 void removeFoldersOfEndedWindows()

@@ -4,6 +4,7 @@
 #include "PDFBuilder.h"
 #include "Program.h"
 #include "Rendering.h"
+#include "RunningProcesses.h"
 #include "TemporaryFolder.h"
 
 #include <QCoreApplication>
@@ -55,20 +56,6 @@ struct Said {
     int stops = 0;
 };
 
-/// The processes whose environment holds the text.
-std::vector<pid_t> processesWith(const std::string &text)
-{
-    std::vector<pid_t> found;
-    for (const auto &entry : fs::directory_iterator("/proc")) {
-        const pid_t process = std::atoi(entry.path().filename().c_str());
-        QFile file(QString::fromStdString(entry.path() / "environ"));
-        if (process > 0 && process != getpid() && file.open(QIODevice::ReadOnly) &&
-            file.readAll().contains(text.c_str()))
-            found.push_back(process);
-    }
-    return found;
-}
-
 class PreviewMakerTest : public testing::Test {
 protected:
     PreviewMakerTest()
@@ -81,7 +68,7 @@ protected:
     {
         _maker.reset();
         EXPECT_THAT(filesLeft(), IsEmpty());
-        EXPECT_TRUE(waitFor([this] { return processesWith(_runtime).empty(); }));
+        EXPECT_TRUE(waitFor([this] { return processes().empty(); }));
     }
 
     PreviewMaker &maker()
@@ -156,6 +143,9 @@ protected:
             names.push_back(entry.path());
         return names;
     }
+
+    /// Those that work for the preview.
+    std::vector<pid_t> processes() const { return Support::processesStartedWith(_runtime); }
 
     /// A toolkit that is never done.
     void useSleepingToolkit()
@@ -642,8 +632,8 @@ TEST_F(PreviewMakerTest, NoRoomForTemporaryFilesIsTold)
 TEST_F(PreviewMakerTest, AProgramThatIsKilledIsToldAndTheNextPictureBeginsAnew)
 {
     pictureOf(job("", documentOf(3)), 0, Side::Front);
-    ASSERT_EQ(1U, processesWith(_runtime).size());
-    kill(processesWith(_runtime)[0], SIGKILL);
+    ASSERT_EQ(1U, processes().size());
+    kill(processes()[0], SIGKILL);
     ASSERT_TRUE(waitFor([this] { return !said.failures.empty(); }));
     EXPECT_THAT(said.failures, ElementsAre("The preview's program has ended unexpectedly "
                                            "(Killed)."));
@@ -657,19 +647,13 @@ TEST_F(PreviewMakerTest, AProgramThatIsKilledAtWorkTakesTheToolkitWithIt)
 {
     useSleepingToolkit();
     maker().setJob(job("com.kalmira.pde.watermark.text=DRAFT"));
-    ASSERT_TRUE(waitFor([this] {
-        return !processesWith(folder.file("Sleeping")).empty() ||
-               processesWith(_runtime).size() >= 2;
-    }));
-    for (const pid_t process : processesWith(_runtime)) {
-        if (fs::exists("/proc/" + std::to_string(process)) &&
-            fs::read_symlink("/proc/" + std::to_string(process) + "/exe") == KL_PREVIEW) {
-            kill(process, SIGKILL);
-            break;
-        }
-    }
+    ASSERT_TRUE(waitFor([this] { return processes().size() == 3; })); // with toolkit and guard
+    const std::string self = std::to_string(getpid());
+    const std::string children = "/proc/" + self + "/task/" + self + "/children";
+    kill(std::stoi(Support::readFile(children)), SIGKILL);
     ASSERT_TRUE(waitFor([this] { return !said.failures.empty(); }));
-    EXPECT_TRUE(waitFor([this] { return processesWith(_runtime).empty(); }));
+    EXPECT_TRUE(waitFor([this] { return processes().empty(); }));
+    EXPECT_TRUE(waitFor([this] { return filesLeft().empty(); }));
 }
 
 TEST_F(PreviewMakerTest, WhatTakesTooLongIsEnded)
@@ -678,8 +662,24 @@ TEST_F(PreviewMakerTest, WhatTakesTooLongIsEnded)
     _limits.preparing = std::chrono::milliseconds(300);
     EXPECT_EQ("The document takes too long for a preview.",
               failureOf(job("com.kalmira.pde.watermark.text=DRAFT")));
-    EXPECT_TRUE(waitFor([this] { return processesWith(_runtime).empty(); }));
+    EXPECT_TRUE(waitFor([this] { return processes().empty(); }));
     EXPECT_TRUE(waitFor([this] { return filesLeft().empty(); }));
+}
+
+TEST_F(PreviewMakerTest, APageThatTakesTooLongIsEnded)
+{
+    Support::PDFBuilder builder;
+    std::string fills = "/Half gs\n";
+    for (int count = 0; count < 20'000; ++count)
+        fills += "0 0 595 842 re f\n";
+    builder.addPage("/MediaBox [0 0 595 842] /Resources << /ExtGState << /Half << /ca 0.5 >> >> >>",
+                    fills);
+    _limits.drawing = std::chrono::milliseconds(300);
+    maker().show(0, Side::Front, {3000, 3000});
+    sheetsOf(job("", folder.write("slow.pdf", builder.document())));
+    ASSERT_TRUE(waitFor([this] { return !said.failures.empty(); }));
+    EXPECT_THAT(said.failures, ElementsAre("The document takes too long for a preview."));
+    EXPECT_TRUE(waitFor([this] { return processes().empty(); }));
 }
 
 #ifndef KL_SANITIZED // the sanitizers take address space as they please
@@ -696,9 +696,9 @@ TEST_F(PreviewMakerTest, ANewerJobEndsTheOlderOne)
 {
     useSleepingToolkit();
     maker().setJob(job("com.kalmira.pde.watermark.text=DRAFT"));
-    ASSERT_TRUE(waitFor([this] { return processesWith(_runtime).size() >= 2; }));
+    ASSERT_TRUE(waitFor([this] { return processes().size() >= 2; }));
     EXPECT_EQ(3, sheetsOf(job("Duplex=None", documentOf(3))).size());
-    EXPECT_TRUE(waitFor([this] { return processesWith(_runtime).size() == 1; }));
+    EXPECT_TRUE(waitFor([this] { return processes().size() == 1; }));
     EXPECT_THAT(said.failures, IsEmpty());
 }
 
@@ -708,7 +708,7 @@ TEST_F(PreviewMakerTest, ManyJobsInARowLeaveOneProcess)
     for (int number = 0; number < 10; ++number)
         maker().setJob(job("com.kalmira.pde.watermark.text=" + std::to_string(number)));
     ASSERT_TRUE(waitFor([this] { return !said.pictures.empty(); }));
-    EXPECT_TRUE(waitFor([this] { return processesWith(_runtime).size() == 1; }));
+    EXPECT_TRUE(waitFor([this] { return processes().size() == 1; }));
     EXPECT_EQ(1U, said.pictures.size());
     EXPECT_TRUE(waitFor([this] { return filesLeft().size() == 1; })); // an empty folder
     EXPECT_THAT(said.failures, IsEmpty());
@@ -718,12 +718,12 @@ TEST_F(PreviewMakerTest, StoppedWorkLeavesNothingAndBeginsAnewWhenItIsAskedFor)
 {
     useSleepingToolkit();
     maker().setJob(job("com.kalmira.pde.watermark.text=DRAFT"));
-    ASSERT_TRUE(waitFor([this] { return processesWith(_runtime).size() >= 2; }));
+    ASSERT_TRUE(waitFor([this] { return processes().size() >= 2; }));
     EXPECT_TRUE(maker().isBusy());
     maker().stop();
     EXPECT_EQ(1, said.stops);
     EXPECT_FALSE(maker().isBusy());
-    EXPECT_TRUE(waitFor([this] { return processesWith(_runtime).empty(); }));
+    EXPECT_TRUE(waitFor([this] { return processes().empty(); }));
     EXPECT_TRUE(waitFor([this] { return filesLeft().empty(); }));
     maker().show(0, Side::Front, kA4);
     EXPECT_TRUE(maker().isBusy());
@@ -757,8 +757,8 @@ TEST_F(PreviewMakerTest, PasswordsAreInNoCommandLineAndNoEnvironment)
     useSleepingToolkit();
     maker().setJob(job("com.kalmira.pde.watermark.text=DRAFT "
                        "com.kalmira.pde.docstore.boxPassword=tulip"));
-    ASSERT_TRUE(waitFor([this] { return processesWith(_runtime).size() >= 2; }));
-    for (const pid_t process : processesWith(_runtime)) {
+    ASSERT_TRUE(waitFor([this] { return processes().size() >= 2; }));
+    for (const pid_t process : processes()) {
         const std::string place = "/proc/" + std::to_string(process);
         for (const char *file : {"/cmdline", "/environ"})
             EXPECT_THAT(Support::readFile(place + file), testing::Not(HasSubstr("tulip")));
