@@ -25,8 +25,8 @@ constexpr char kUsage[] =
     "  --version         the version\n"
     "\n"
     "Ends with status 0 when there is nothing to mend, 1 when there is (or the job would\n"
-    "not be printed), and 2 when a file cannot be read as a PPD. The PPDs of queues lie in\n"
-    "/etc/cups/ppd.\n";
+    "not be printed), and 2 when a file cannot be read as a PPD. The PPDs of queues are\n"
+    "in " KL_QUEUE_PPDS ".\n";
 
 int report(const char *path, const std::vector<PPDMistake> &mistakes)
 {

@@ -26,6 +26,7 @@ std::shared_ptr<KLPrintOptions> optionsOf(const std::string &optionString, const
     options->setDefaultValueForKey(job.user, "com.kalmira.username");
     options->setDefaultValueForKey(job.title, "com.kalmira.jobname");
     options->setDefaultValueForKey("1", "com.kalmira.copies");
+    options->setDefaultValueForKey("", "com.kalmira.domainname"); // as when nobody is asked for it
     return options;
 }
 

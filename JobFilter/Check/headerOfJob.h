@@ -12,7 +12,8 @@ struct JobHeaderAnswer {
 /// "PPD" names, for people to read: the escape character is "<ESC>", and there is no CR.
 ///
 /// The user is the one who asks, the job's number 1, its title "Title"; the domain is not looked
-/// up. What the filter logs about the settings goes to standard error.
+/// up: its line is empty unless the options say it. What the filter logs about the settings goes to
+/// standard error.
 /// @param optionString  in the syntax of cupsParseOptions()
 /// @throws KLNoPPDError when there is no PPD
 JobHeaderAnswer headerOfJob(const std::string &optionString);

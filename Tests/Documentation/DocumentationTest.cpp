@@ -105,6 +105,7 @@ void expectLinksToLeadSomewhere(const fs::path &page)
 {
     Keys links;
     collect(links, readFile(page), R"re(\]\(([^)\s]+)\))re");
+    std::erase_if(links, [](const std::string &link) { return link.starts_with("https:"); });
     for (const std::string &link : links) {
         const auto hash = link.find('#');
         const fs::path target = hash == 0 ? page : page.parent_path() / link.substr(0, hash);
@@ -152,6 +153,40 @@ TEST(DocumentationTest, FieldTableListsExactlyWhatFeedsAKeyInTheSample)
     EXPECT_EQ(fieldsOfTheSample(), documented);
 }
 
+/// The choices of an option, its default first: "`True`, `False`".
+std::string choicesOf(const std::string &ppd, const std::string &option)
+{
+    Keys first;
+    collect(first, ppd, "\n\\*Default" + option + ": (\\S+)");
+    std::string choices = "`" + *first.begin() + "`";
+    const std::regex line("\n\\*" + option + " ([^/:]+)[/:]");
+    for (std::sregex_iterator match(ppd.begin(), ppd.end(), line), end; match != end; ++match)
+        if (!first.contains(match->str(1)))
+            choices += ", `" + match->str(1) + "`";
+    return choices;
+}
+
+/// The options that feed no key, with the words that dialogs have for them and their choices.
+void collectPlainOptions(Keys &options, const std::string &ppd)
+{
+    const std::regex line("\n\\*OpenUI \\*(\\S+)/(.+): (?:PickOne|Boolean)\n");
+    for (std::sregex_iterator match(ppd.begin(), ppd.end(), line), end; match != end; ++match)
+        if (ppd.find("\n*KLSettingSource " + match->str(1) + ":") == std::string::npos)
+            options.insert(match->str(2) + " | `" + match->str(1) + "` | " +
+                           choicesOf(ppd, match->str(1)));
+}
+
+TEST(DocumentationTest, NoOptionOfTheSampleIsLeftOut)
+{
+    Keys options;
+    for (const char *ppd : {KL_SAMPLE_PPD, KL_SAMPLE_PDF_PPD})
+        collectPlainOptions(options, readFile(ppd));
+    Keys documented;
+    collect(documented, readFile(KL_DOCUMENTATION "/options.md"),
+            R"re(\n\| ([^|`]+ \| `\w+` \| `(?!com)[^|]+`) \| [^|]+ \|(?=\n))re");
+    EXPECT_EQ(options, documented);
+}
+
 TEST(DocumentationTest, PromisesListExactlyTheLogLinesOfTheCode)
 {
     Keys documented;
@@ -177,18 +212,58 @@ TEST(DocumentationTest, GuidesThatPagesReferToAreThere)
 
 TEST(DocumentationTest, LinksLeadToPagesAndHeadingsThatAreThere)
 {
-    expectLinksToLeadSomewhere(KL_DOCUMENTATION "/../README.md");
-    for (const auto &page : fs::directory_iterator(KL_DOCUMENTATION))
-        if (page.path().extension() == ".md")
-            expectLinksToLeadSomewhere(page.path());
+    for (const char *folder : {KL_DOCUMENTATION, KL_DOCUMENTATION "/.."})
+        for (const auto &page : fs::directory_iterator(folder))
+            if (page.path().extension() == ".md")
+                expectLinksToLeadSomewhere(page.path());
 }
 
-TEST(DocumentationTest, ManualPageNamesTheGuidesOfAdministrators)
+/// The names of the pages in the documentation that end so.
+Keys pagesThatEndIn(const std::string &pattern)
 {
-    const std::string page = readFile(KL_DOCUMENTATION "/jobfilter.8");
-    for (const char *guide :
-         {"administrators.md", "directory.md", "driver-writers.md", "options.md", "promises.md"})
-        EXPECT_THAT(page, testing::HasSubstr(guide));
+    Keys names;
+    for (const auto &page : fs::directory_iterator(KL_DOCUMENTATION))
+        if (std::regex_search(page.path().filename().string(), std::regex(pattern + "$")))
+            names.insert(page.path().filename());
+    return names;
+}
+
+/// "jobfilter(8)" of "jobfilter.8"
+std::string reference(const std::string &page)
+{
+    return page.substr(0, page.size() - 2) + "(" + page.back() + ")";
+}
+
+TEST(DocumentationTest, ReadmeLeadsToEveryGuideAndManualPage)
+{
+    const std::string readme = readFile(KL_DOCUMENTATION "/../README.md");
+    for (const std::string &guide : pagesThatEndIn("\\.md"))
+        EXPECT_THAT(readme, testing::HasSubstr("(Documentation/" + guide + ")"));
+    for (const std::string &page : pagesThatEndIn("\\.[1-8]"))
+        EXPECT_THAT(readme, testing::HasSubstr("`" + reference(page) + "`"));
+}
+
+/// What a manual page says under SEE ALSO, as it is read.
+std::string seeAlso(const std::string &page)
+{
+    const std::string text = readFile(KL_DOCUMENTATION "/" + page);
+    std::string references = text.substr(text.rfind("SEE ALSO"));
+    references = std::regex_replace(references, std::regex(R"re(\\-)re"), "-");
+    return std::regex_replace(references, std::regex(R"re( (?:\(([1-8])\)|([1-8])\b))re"),
+                              "($1$2)");
+}
+
+TEST(DocumentationTest, EveryManualPageLeadsToTheGuides)
+{
+    const std::string first = seeAlso("jobfilter.8");
+    for (const std::string &guide : pagesThatEndIn("\\.md"))
+        EXPECT_THAT(first, testing::HasSubstr(" " + guide));
+    for (const std::string &page : pagesThatEndIn("\\.[1-8]"))
+        if (page != "jobfilter.8") {
+            EXPECT_THAT(first, testing::HasSubstr(" " + reference(page)));
+            EXPECT_THAT(seeAlso(page),
+                        testing::ContainsRegex("jobfilter\\(8\\) ?,\nwhich lists the guides"));
+        }
 }
 
 } // namespace

@@ -270,6 +270,22 @@ TEST_F(FieldsTest, CodeThatThePrinterWouldNotTakeEndsTheJobAndStaysSecret)
     EXPECT_THAT(logOfRefused({"job-password=12a4"}), HasSubstr("KLPrivatePIN must have 1 to 8"));
 }
 
+// Documentation/administrators.md tells how, under "Where messages go".
+TEST_F(FieldsTest, RefusedJobStandsStillUntilItIsRestartedWithARightCode)
+{
+    scheduler().run({"lpadmin", "-p", kQueue, "-o", "printer-error-policy=abort-job"});
+    const int job = scheduler().submit(
+        {"-d", kQueue, "-o", field("KLDepartmentCode", "47x11"), document("sample.ps")});
+    EXPECT_THAT(scheduler().waitForJob(job).state, testing::HasSubstr("stopped"));
+    EXPECT_THAT(scheduler().unfinishedJobs(kQueue), Contains(job));
+
+    const std::string name = std::string(kQueue) + "-" + std::to_string(job);
+    scheduler().run({"lp", "-i", name, "-o", field("KLDepartmentCode", "4711")});
+    scheduler().run({"lp", "-i", name, "-H", "restart"});
+    EXPECT_THAT(headerLines(finishedJob(job)), Contains(dssc("ACCESSCODE=4711")));
+    scheduler().run({"lpadmin", "-p", kQueue, "-o", "printer-error-policy=retry-job"});
+}
+
 // Attributes of IPP
 
 TEST_F(FieldsTest, AttributesOfTheJobStandForFields)

@@ -114,11 +114,13 @@ TEST_F(OptionsTest, DepartmentCode)
     EXPECT_THAT(headerWith({}), Not(Contains(HasSubstr("ACCESSCODE="))));
 }
 
+// Whatever is chosen in a dialog, that is: a queue for each department rests on it.
 TEST_F(OptionsTest, DepartmentCodeOfTheQueueCountsUntilAJobSendsItsOwn)
 {
     const std::string key = "com.kalmira.pde.print-mode-ovm.departmentCode";
     scheduler().run({"lpadmin", "-p", kQueue, "-o", key + "-default=10"});
-    EXPECT_THAT(headerWith({}), Contains(dssc("ACCESSCODE=10")));
+    EXPECT_THAT(headerWith({"KLDepartmentCode=None"}), Contains(dssc("ACCESSCODE=10")));
+    EXPECT_THAT(headerWith({"KLDepartmentCode=Custom.12"}), Contains(dssc("ACCESSCODE=10")));
     EXPECT_THAT(headerWith({lpOption(key, "11")}), Contains(dssc("ACCESSCODE=11")));
     scheduler().run({"lpadmin", "-p", kQueue, "-R", key + "-default"});
     EXPECT_THAT(headerWith({}), Not(Contains(HasSubstr("ACCESSCODE="))));

@@ -103,6 +103,7 @@ TEST(CheckPPDProgramTest, ShowsTheHeaderOfAJob)
     EXPECT_EQ("", result.errors);
     EXPECT_THAT(result.output, StartsWith("<ESC>%-12345X@PJL\n@PJL JOB NAME = \"Title\""));
     EXPECT_THAT(result.output, HasSubstr("@PJL COMMENT DSSC PRINT USERLOGIN=anna\n"
+                                         "@PJL COMMENT DSSC PRINT DOMAINNAME=\n"
                                          "@PJL COMMENT DSSC PRINT PRINTMODE=PRIVATE\n"
                                          "@PJL COMMENT DSSC PRINT PRIVPRINT=1234\n"));
     EXPECT_THAT(result.output, testing::EndsWith("@PJL ENTER LANGUAGE = POSTSCRIPT\n"));
