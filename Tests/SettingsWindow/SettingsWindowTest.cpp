@@ -6,6 +6,7 @@
 #include "RecordingPrinter.h"
 #include "ScriptedServer.h"
 #include "TemporaryFolder.h"
+#include "Waiting.h"
 #include "Widgets/OffscreenApplication.h"
 
 #include <QAbstractButton>
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QDropEvent>
 #include <QMimeData>
 #include <QProcess>
 #include <QRadioButton>
@@ -322,7 +324,31 @@ TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByAScreenReader)
     EXPECT_THAT(printer().jobs().front(),
                 AllOf(HasSubstr("@PJL COMMENT DSSC PRINT ACCESSCODE=0815\r\n"),
                       HasSubstr("@PJL COMMENT DSSC PRINT PRIVPRINT=0471\r\n")));
-    EXPECT_THAT(Support::readFile(home + "/.cups/lpoptions"), HasSubstr("Dest office/board "));
+
+    // What was kept is what lp(1) takes by that name.
+    printer().forgetJobs();
+    scheduler().run({"env", "HOME=" + home, "lp", "-d", "office/board", kDocument});
+    EXPECT_TRUE(Support::comesTrue([] { return !printer().jobs().empty(); }));
+    EXPECT_THAT(printer().jobs(), testing::ElementsAre(HasSubstr("DSSC PRINT ACCESSCODE=0815\r\n")));
+}
+
+TEST_F(SettingsWindowTest, ADocumentThatIsDroppedIsShown)
+{
+    addQueue("office");
+    auto sample = setup();
+    sample.document.clear();
+    const auto window = openWindow(sample);
+    EXPECT_FALSE(button(*window, "Print Now")->isEnabled()) << "the sample is nobody's document";
+
+    QMimeData dragged;
+    dragged.setUrls({QUrl::fromLocalFile(kDocument)});
+    QDragEnterEvent enter({10, 10}, Qt::CopyAction, &dragged, Qt::LeftButton, {});
+    QApplication::sendEvent(window.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop({10, 10}, Qt::CopyAction, &dragged, Qt::LeftButton, {});
+    QApplication::sendEvent(window.get(), &drop);
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "office-1.pdf"); }));
+    EXPECT_TRUE(button(*window, "Print Now")->isEnabled());
 }
 
 TEST_F(SettingsWindowTest, TheCommandHidesSecretsUnlessTheyAreAskedFor)
