@@ -2,6 +2,7 @@
 // for the same; watermarks on PDF documents of other kinds; and the most memory that the commands
 // take for a document of 2 GB.
 
+#include "Documents.h"
 #include "Measuring.h"
 
 #include <cstdio>
@@ -18,36 +19,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-/// A folder that is removed with everything in it.
-class Folder {
-public:
-    Folder()
-    {
-        std::string name = fs::temp_directory_path() / "benchmark-XXXXXX";
-        if (mkdtemp(name.data()) == nullptr)
-            throw std::runtime_error("no temporary folder");
-        _path = name;
-    }
-    ~Folder()
-    {
-        std::error_code ignored;
-        fs::remove_all(_path, ignored);
-    }
-    Folder(const Folder &) = delete;
-    Folder &operator=(const Folder &) = delete;
-
-    std::string file(const std::string &name) const { return _path / name; }
-
-private:
-    fs::path _path;
-};
-
-void shell(const std::string &command)
-{
-    if (std::system(command.c_str()) != 0)
-        throw std::runtime_error("has failed: " + command);
-}
 
 constexpr char kPages[] = R"(%!PS
 1 1 2000 {
@@ -171,29 +142,13 @@ void measurePDF(const Folder &folder, const Input &nothing, int rounds)
             rounds);
 }
 
-/// A PDF of pages that are pictures, as a scanner makes them.
-/// @param size     of the picture, in dots
-/// @param picture  what ImageMagick draws
-std::string makeScan(const Folder &folder, const std::string &name, int pages,
-                     const std::string &size, const std::string &picture)
-{
-    const std::string page = folder.file(name + ".jpg");
-    shell("convert -size " + size + " " + picture + " -colorspace gray -quality 85 " + page);
-    std::string command = "img2pdf --pagesize A4 -o " + folder.file(name + ".pdf");
-    for (int i = 0; i < pages; ++i)
-        command += " " + page;
-    shell(command);
-    return folder.file(name + ".pdf");
-}
-
 /// What a watermark costs on PDF documents of all kinds, beside the library's own program.
 void measureKindsOfPDF(const Folder &folder, const Input &nothing, int rounds)
 {
     const std::string text = folder.file("text.pdf");
     const std::pair<std::string, std::string> documents[] = {
         {"2,000 pages", folder.file("document.pdf")},
-        {"44 pages of pictures",
-         makeScan(folder, "large", 44, "2480x3508", "xc:gray +noise Random")},
+        {"44 pages of pictures", makeLargeScan(folder)},
         {"the R manual, 59,000 objects", "/usr/share/R/doc/manual/refman.pdf"},
         {"Octave's manual, 20,000 objects", "/usr/share/doc/octave/octave.pdf"},
         {"a scan of 20 pages", makeScan(folder, "scan", 20, "2480x3508", "plasma:fractal")}};

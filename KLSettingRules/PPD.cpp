@@ -1,6 +1,7 @@
 #include "PPD.h"
 
 #include "Descriptor.h"
+#include "PPDTranslation.h"
 #include "Text.h"
 #include "listOf.h"
 #include "markedChoices.h"
@@ -175,6 +176,63 @@ std::optional<PPD::PageSize> findPageSize(ppd_file_t *ppd, const char *name)
     return PPD::PageSize{size->width, size->length};
 }
 
+//
+// What dialogs show
+//
+
+/// The words as they stand, UTF-8; the name where there are none.
+std::string wordsOr(const char *words, const char *name)
+{
+    return Platform::repairedUTF8(words[0] != '\0' ? words : name, '?');
+}
+
+std::optional<PPD::ShownTyping> shownTyping(ppd_file_t *ppd, const ppd_option_t &option,
+                                            const PPDTranslation &words)
+{
+    ppd_coption_t *const custom = ppdFindCustomOption(ppd, option.keyword);
+    const ppd_cparam_t *const first = custom != nullptr ? ppdFirstCustomParam(custom) : nullptr;
+    if (first == nullptr)
+        return std::nullopt;
+    const bool isHidden = first->type == PPD_CUSTOM_PASSCODE || first->type == PPD_CUSTOM_PASSWORD;
+    return PPD::ShownTyping{words.of("ParamCustom" + std::string(option.keyword), first->name,
+                                     wordsOr(first->text, first->name)),
+                            isHidden, first->type == PPD_CUSTOM_POINTS,
+                            ppdNextCustomParam(custom) == nullptr};
+}
+
+PPD::ShownOption shownOption(ppd_file_t *ppd, const ppd_group_t &group, const ppd_option_t &option,
+                             const PPDTranslation &words)
+{
+    PPD::ShownOption shown = {
+        option.keyword,
+        words.of("Translation", option.keyword, wordsOr(option.text, option.keyword)),
+        group.name,
+        words.of("Translation", group.name, wordsOr(group.text, group.name)),
+        option.ui == PPD_UI_BOOLEAN,
+        {},
+        shownTyping(ppd, option, words)};
+    for (const ppd_choice_t &choice : listOf(option.choices, option.num_choices)) {
+        if (!shown.typing || choice.choice != kCustomChoice)
+            shown.choices.push_back({choice.choice, words.of(option.keyword, choice.choice,
+                                                             wordsOr(choice.text, choice.choice))});
+    }
+    return shown;
+}
+
+using Choices = std::vector<std::pair<std::string, std::string>>;
+
+/// Everything that is in conflict when the option has that choice, whatever with.
+Choices allConflicts(ppd_file_t *ppd, const std::string &option, const std::string &choice)
+{
+    cups_option_t *found = nullptr;
+    const int count = cupsGetConflicts(ppd, option.c_str(), choice.c_str(), &found);
+    Choices conflicts;
+    for (const cups_option_t &one : listOf(found, count))
+        conflicts.emplace_back(one.name, one.value);
+    cupsFreeOptions(count, found);
+    return conflicts;
+}
+
 } // namespace
 
 JobOptions parsedOptions(const std::string &optionString)
@@ -198,7 +256,10 @@ std::optional<PPD> PPD::open(const std::string &path, std::string *whyNot)
         return std::nullopt;
     }
     *whyNot = whyNotReadable(status);
-    return whyNot->empty() ? read(file.number(), status.st_size, whyNot) : std::nullopt;
+    auto ppd = whyNot->empty() ? read(file.number(), status.st_size, whyNot) : std::nullopt;
+    if (ppd)
+        ppd->_path = path;
+    return ppd;
 }
 
 std::optional<PPD> PPD::read(int descriptor, long long size, std::string *whyNot)
@@ -372,6 +433,34 @@ std::optional<PPD::TypedLimits> PPD::typedLimits(const std::string &option) cons
 std::optional<std::string> PPD::codeOfMarkedChoice(const std::string &option) const
 {
     return codeOf(findMarkedChoice(_file.get(), option));
+}
+
+std::vector<PPD::ShownOption> PPD::shownOptions(const std::string &language) const
+{
+    const PPDTranslation words(_path, language);
+    std::vector<ShownOption> shown;
+    for (const ppd_group_t &group : listOf(_file->groups, _file->num_groups)) {
+        for (const ppd_option_t &option : listOf(group.options, group.num_options)) {
+            if (strcasecmp(option.keyword, "PageRegion") != 0)
+                shown.push_back(shownOption(_file.get(), group, option, words));
+        }
+    }
+    return shown;
+}
+
+std::vector<std::pair<std::string, std::string>> PPD::conflictsOf(const std::string &option,
+                                                                  const std::string &choice) const
+{
+    const auto marked = markedChoice(option);
+    if (!marked)
+        return {};
+    Choices conflicts = allConflicts(_file.get(), option, choice);
+    const Choices before =
+        conflicts.empty() ? Choices() : allConflicts(_file.get(), option, *marked);
+    std::erase_if(conflicts, [&before](const auto &conflict) {
+        return std::ranges::find(before, conflict) != before.end();
+    });
+    return conflicts;
 }
 
 std::optional<PPD::PageSize> PPD::pageSize(const std::string &name) const

@@ -145,6 +145,48 @@ public:
     /// @return nullopt when no such option, no marked choice or no code is there
     std::optional<std::string> codeOfMarkedChoice(const std::string &option) const;
 
+    // What dialogs show.
+
+    /// A choice in words.
+    struct ShownChoice {
+        std::string name;
+        std::string words;
+    };
+
+    /// What may be typed for an option, beside its choices.
+    struct ShownTyping {
+        std::string words; ///< what its first parameter is called
+        bool isHidden;     ///< a passcode or password
+        bool isLength;     ///< a number that may have a unit behind it
+        bool isAlone;      ///< there is no other parameter
+    };
+
+    /// An option in words.
+    struct ShownOption {
+        std::string keyword;
+        std::string words;
+        std::string group; ///< the name of the PPD's group that it is in
+        std::string groupWords;
+        bool isFlag;                      ///< of the PPD's type Boolean
+        std::vector<ShownChoice> choices; ///< without the one that stands for typed values
+        std::optional<ShownTyping> typing = {};
+    };
+
+    /// All options that people may set, in the PPD's order: without "PageRegion", which stands for
+    /// "PageSize". All words are UTF-8, in the language where the PPD has it and its file is still
+    /// there (PPDTranslation.h), else as they stand; what has none in the PPD has its name.
+    /// @param language  "de", "de_DE"; empty for the PPD's own
+    std::vector<ShownOption> shownOptions(const std::string &language) const;
+
+    /// What of the choices that are marked, option and choice, the PPD does not let be together
+    /// with one of an option (UIConstraints), of that option's own choices none. What is in
+    /// conflict with the choice of that option that is marked now does not count: that cannot be
+    /// kept from happening any more.
+    /// @param choice  a custom value is one, too: "Custom.TEXT"
+    /// @return empty when it can be chosen, and when no such option is there
+    std::vector<std::pair<std::string, std::string>> conflictsOf(const std::string &option,
+                                                                 const std::string &choice) const;
+
     /// A page's extent in points, as the PPD states it: before any rotation.
     struct PageSize {
         double width;
@@ -182,4 +224,5 @@ private:
     static std::optional<PPD> read(int descriptor, long long size, std::string *whyNot);
 
     std::unique_ptr<ppd_file_s, Closer> _file;
+    std::string _path;
 };

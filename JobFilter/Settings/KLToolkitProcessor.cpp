@@ -234,32 +234,6 @@ bool wantsCoversInPDF(const KLPrintOptions &options)
     return textOption(options, "CoverPagesInPDF", "False") == "True";
 }
 
-Arguments coverPageArguments(const KLPrintOptions &options)
-{
-    Arguments arguments = {"coverpages",
-                           "--back-style",
-                           coverStyle(options, "Back"),
-                           "--back-media",
-                           textOption(options, "BackCoverMediaType", "None"),
-                           "--back-source",
-                           paperSource(options, "BackCoverSource"),
-                           "--front-style",
-                           coverStyle(options, "Front"),
-                           "--front-media",
-                           textOption(options, "FrontCoverMediaType", "None"),
-                           "--front-source",
-                           paperSource(options, "FrontCoverSource"),
-                           "--source",
-                           paperSource(options, "InputSlot"),
-                           "--media",
-                           textOption(options, "MediaType", "None"),
-                           "--duplex",
-                           duplexWord(options)};
-    if (wantsCoversInPDF(options))
-        arguments.emplace_back("--in-pdf");
-    return arguments;
-}
-
 /// Whether a cover is to be of other paper than the job: from another source or of another medium.
 bool wantsOtherPaper(const KLPrintOptions &options, const std::string &side)
 {
@@ -309,6 +283,32 @@ KLWatermarkPosition watermarkPosition(const Platform::TextSize &box, const KLPag
     const double y = -0.5 * box.height;
     return {x * std::cos(theta) - y * std::sin(theta) + page.width * spotX / 100,
             x * std::sin(theta) + y * std::cos(theta) + page.height * spotY / 100};
+}
+
+std::vector<std::string> coverPageArguments(const KLPrintOptions &options)
+{
+    Arguments arguments = {"coverpages",
+                           "--back-style",
+                           coverStyle(options, "Back"),
+                           "--back-media",
+                           textOption(options, "BackCoverMediaType", "None"),
+                           "--back-source",
+                           paperSource(options, "BackCoverSource"),
+                           "--front-style",
+                           coverStyle(options, "Front"),
+                           "--front-media",
+                           textOption(options, "FrontCoverMediaType", "None"),
+                           "--front-source",
+                           paperSource(options, "FrontCoverSource"),
+                           "--source",
+                           paperSource(options, "InputSlot"),
+                           "--media",
+                           textOption(options, "MediaType", "None"),
+                           "--duplex",
+                           duplexWord(options)};
+    if (wantsCoversInPDF(options))
+        arguments.emplace_back("--in-pdf");
+    return arguments;
 }
 
 KLToolkitProcessor::KLToolkitProcessor(std::string toolkitPath, TextMeasurer measureText)

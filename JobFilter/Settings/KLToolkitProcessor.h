@@ -33,6 +33,10 @@ struct KLWatermarkPosition {
 KLWatermarkPosition watermarkPosition(const Platform::TextSize &box, const KLPageSize &page,
                                       double angle, double spotX, double spotY);
 
+/// The words of the toolkit's command for cover pages, without the files, as the settings ask for
+/// it (see KLToolkitProcessor). Where they ask for no covers, both have the style "none".
+std::vector<std::string> coverPageArguments(const KLPrintOptions &options);
+
 /// The toolkit: an executable that rewrites a job file, one command at a time (watermark, booklet,
 /// cover pages).
 ///

@@ -16,12 +16,6 @@ bool isSame(std::string_view left, std::string_view right)
     return Platform::isEqualText(left, right, Platform::CaseInsensitiveComparison);
 }
 
-bool pinsUser(const PPD &ppd)
-{
-    const auto value = ppd.attribute(kPinnedUserAttribute);
-    return value && !isSame(*value, "False");
-}
-
 /// Logs it when it does.
 bool saysWhoPrints(const JobOptions::value_type &option)
 {
@@ -36,6 +30,12 @@ bool saysWhoPrints(const JobOptions::value_type &option)
 }
 
 } // namespace
+
+bool pinsUser(const PPD &ppd)
+{
+    const auto value = ppd.attribute(kPinnedUserAttribute);
+    return value && !isSame(*value, "False");
+}
 
 JobOptions withoutPinnedUser(JobOptions options, const PPD &ppd)
 {

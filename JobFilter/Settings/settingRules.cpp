@@ -15,13 +15,6 @@ namespace {
 using Limits = PPD::TypedLimits;
 using Kind = Limits::Kind;
 
-struct Rule {
-    std::string key;
-    std::string name; ///< what the user knows the setting by
-    Limits limits;
-    bool emptyMayPass;
-};
-
 //
 // The rules of a PPD
 //
@@ -46,10 +39,10 @@ std::optional<Kind> kindNamed(const std::string &name)
 }
 
 /// The rule that a line "KLSettingRule" says, not yet named; nullopt when it says none.
-std::optional<Rule> ruleOf(const PPD::Attribute &line)
+std::optional<SettingRule> ruleOf(const PPD::Attribute &line)
 {
     std::istringstream words(line.value);
-    Rule rule = {};
+    SettingRule rule = {};
     const auto kind = kindNamed(line.specifier);
     if (!kind || !(words >> rule.key >> rule.limits.from >> rule.limits.to))
         return std::nullopt;
@@ -57,9 +50,9 @@ std::optional<Rule> ruleOf(const PPD::Attribute &line)
     return rule;
 }
 
-std::vector<Rule> statedRules(const PPD &ppd)
+std::vector<SettingRule> statedRules(const PPD &ppd)
 {
-    std::vector<Rule> rules;
+    std::vector<SettingRule> rules;
     for (const PPD::Attribute &line : ppd.attributes("KLSettingRule")) {
         if (auto rule = ruleOf(line)) {
             rule->name = nameOf(rule->key, ppd);
@@ -69,9 +62,9 @@ std::vector<Rule> statedRules(const PPD &ppd)
     return rules;
 }
 
-std::vector<Rule> rulesOfTypedValues(const PPD &ppd)
+std::vector<SettingRule> rulesOfTypedValues(const PPD &ppd)
 {
-    std::vector<Rule> rules;
+    std::vector<SettingRule> rules;
     for (const PPD::Attribute &line : ppd.attributes("KLSettingSource")) {
         if (const auto limits = ppd.typedLimits(line.specifier))
             rules.push_back({line.value, line.specifier, *limits, true});
@@ -102,7 +95,7 @@ bool isNumberWithin(std::string_view text, const Limits &limits)
            isWithin(number, limits);
 }
 
-bool keepsTo(const Limits &limits, std::string_view value)
+bool isWithin(std::string_view value, const Limits &limits)
 {
     switch (limits.kind) {
     case Kind::Digits:
@@ -133,11 +126,10 @@ std::string inWords(const Limits &limits)
     return words.str();
 }
 
-std::optional<std::string> objectionTo(const Rule &rule, const KLPrintOptions &options)
+std::optional<std::string> objectionTo(const SettingRule &rule, const KLPrintOptions &options)
 {
     const auto value = options.valueForKey(rule.key);
-    const std::string text = value ? Platform::description(*value) : std::string();
-    if (!value || (text.empty() && rule.emptyMayPass) || keepsTo(rule.limits, text))
+    if (!value || keepsTo(rule, Platform::description(*value)))
         return std::nullopt;
     return rule.name + " must " + inWords(rule.limits);
 }
@@ -159,13 +151,23 @@ std::optional<std::string> objectionToEncryption(const KLPrintOptions &options)
 
 } // namespace
 
+std::vector<SettingRule> settingRules(const PPD &ppd)
+{
+    std::vector<SettingRule> rules = statedRules(ppd);
+    std::ranges::move(rulesOfTypedValues(ppd), std::back_inserter(rules));
+    return rules;
+}
+
+bool keepsTo(const SettingRule &rule, std::string_view value)
+{
+    return (value.empty() && rule.emptyMayPass) || isWithin(value, rule.limits);
+}
+
 std::optional<std::string> objectionToSettings(const KLPrintOptions &options)
 {
     if (auto objection = objectionToEncryption(options))
         return objection;
-    std::vector<Rule> rules = statedRules(options.ppd());
-    std::ranges::move(rulesOfTypedValues(options.ppd()), std::back_inserter(rules));
-    for (const Rule &rule : rules) {
+    for (const SettingRule &rule : settingRules(options.ppd())) {
         if (auto objection = objectionTo(rule, options))
             return objection;
     }

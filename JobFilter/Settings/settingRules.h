@@ -4,6 +4,8 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 class KLPrintOptions;
 
@@ -16,6 +18,20 @@ class KLPrintOptions;
 // Beside these the limits of what may be typed for an option (ParamCustom) are rules for the
 // setting that the option feeds: libcups and lp(1) do not enforce them. An empty value keeps to
 // those, it says that there is none.
+
+/// A rule for the values of a setting.
+struct SettingRule {
+    std::string key;
+    std::string name; ///< what the user knows the setting by: the option that feeds it, or the key
+    PPD::TypedLimits limits;
+    bool emptyMayPass;
+};
+
+/// All rules of a PPD, the stated ones first. Of a key there may be several, and each counts.
+std::vector<SettingRule> settingRules(const PPD &ppd);
+
+/// Whether a value keeps to the rule.
+bool keepsTo(const SettingRule &rule, std::string_view value);
 
 /// Why the job must not be printed: a value that breaks a rule, whoever said it, or a password that
 /// came encrypted (job-password-encryption) and so cannot be told to the printer.

@@ -88,4 +88,13 @@ std::optional<FileURL> FileURL::withPath(std::string path)
     return FileURL(std::move(path));
 }
 
+std::string FileURL::text() const
+{
+    // Three letters for each byte, and "file://" and a NUL, is what uriparser asks for.
+    std::string text(3 * _path.size() + sizeof "file://", '\0');
+    uriUnixFilenameToUriStringA(_path.c_str(), text.data());
+    text.resize(text.find('\0'));
+    return text;
+}
+
 } // namespace Platform

@@ -28,6 +28,9 @@ public:
     /// Begins with "/", holds no NUL byte; of any length.
     const std::string &path() const { return _path; }
 
+    /// The URL itself ("file:///a%20b"): withString() makes the same path of it.
+    std::string text() const;
+
 private:
     explicit FileURL(std::string path) : _path(std::move(path)) {}
 

@@ -3,29 +3,13 @@
 #include "CoverPlan.h"
 #include "PDFDocument.h"
 #include "ToolkitError.h"
-#include "queuePPD.h"
 
 #include <qpdf/QPDFPageObjectHelper.hh>
 
-#include <algorithm>
-#include <cctype>
-#include <string>
+#include <cstddef>
+#include <cstdint>
 
 namespace {
-
-/// Whether the document is printed on one side: the queue's PPD may have a word of its own for
-/// that, whose code tells ("<< /Duplex false >> setpagedevice", "@PJL SET DUPLEX=OFF").
-bool isOneSided(const std::string &duplex, const std::string &ppdPath)
-{
-    if (duplex == "none")
-        return true;
-    const auto ppd = queuePPD(ppdPath);
-    std::string code = ppd ? ppd->code("Duplex", duplex).value_or("") : "";
-    std::erase_if(code, [](unsigned char c) { return std::isspace(c) != 0; });
-    std::ranges::transform(code, code.begin(), [](unsigned char c) { return std::tolower(c); });
-    return code.find("/duplexfalse") != std::string::npos ||
-           code.find("duplex=off") != std::string::npos;
-}
 
 /// A blank page of the same size as another.
 QPDFObjectHandle blankPageLike(const QPDFObjectHandle &page)

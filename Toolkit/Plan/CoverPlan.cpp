@@ -1,9 +1,10 @@
 #include "CoverPlan.h"
 
 #include "backCoverPage.h"
+#include "queuePPD.h"
 
 #include <algorithm>
-#include <string>
+#include <cctype>
 
 namespace {
 
@@ -68,4 +69,16 @@ CoverPlan coverPlan(std::int64_t pages, CoverStyle front, CoverStyle back, bool 
         plan.blankSideBehindJob = !oneSided && plan.job.size() % 2 == 1;
     }
     return plan;
+}
+
+bool isOneSided(const std::string &duplex, const std::string &ppdPath)
+{
+    if (duplex == "none")
+        return true;
+    const auto ppd = queuePPD(ppdPath);
+    std::string code = ppd ? ppd->code("Duplex", duplex).value_or("") : "";
+    std::erase_if(code, [](unsigned char c) { return std::isspace(c) != 0; });
+    std::ranges::transform(code, code.begin(), [](unsigned char c) { return std::tolower(c); });
+    return code.find("/duplexfalse") != std::string::npos ||
+           code.find("duplex=off") != std::string::npos;
 }

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 // Which pages of a job go onto its cover sheets and which stay between them.
 
@@ -36,3 +37,10 @@ struct CoverPlan {
 /// @param pages     of the job, at least 1
 /// @param oneSided  whether the job is printed on one side
 CoverPlan coverPlan(std::int64_t pages, CoverStyle front, CoverStyle back, bool oneSided);
+
+/// Whether a job is printed on one side: the queue's PPD may have a word of its own for that, whose
+/// code tells ("<< /Duplex false >> setpagedevice", "@PJL SET DUPLEX=OFF").
+/// @param duplex   "none", or as CoverPages has it; all that is not one-sided is two-sided
+/// @param ppdPath  @see queuePPD()
+/// @throws ToolkitError when the PPD cannot be read
+bool isOneSided(const std::string &duplex, const std::string &ppdPath);

@@ -1,0 +1,264 @@
+#include "Queues.h"
+
+#include "Connection.h"
+#include "Descriptor.h"
+#include "SettingKeys.h"
+#include "TemporaryDirectory.h"
+#include "optionName.h"
+#include "queueFields.h"
+#include "sentences.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <unistd.h>
+#include <utility>
+
+namespace Model {
+namespace {
+
+constexpr const char *kWanted[] = {
+    "printer-name",  "printer-info",          "printer-location",      "printer-make-and-model",
+    "printer-state", "printer-state-message", "printer-state-reasons", "printer-is-accepting-jobs",
+    "printer-type",  "printer-defaults"};
+
+constexpr std::string_view kDefaultEnding = "-default";
+
+std::string firstText(ipp_attribute_t *attribute)
+{
+    const char *text = ippGetString(attribute, 0, nullptr);
+    return text != nullptr ? text : "";
+}
+
+//
+// What a server says of a queue
+//
+
+Queue::State stateOf(int state)
+{
+    switch (state) {
+    case IPP_PSTATE_PROCESSING:
+        return Queue::State::Printing;
+    case IPP_PSTATE_STOPPED:
+        return Queue::State::Stopped;
+    default:
+        return Queue::State::Idle;
+    }
+}
+
+/// Whether a default of the queue says something of the fields, under a key of ours or in IPP's
+/// words for the PPD's options.
+bool isOfFields(const std::string &option)
+{
+    return findSettingKey(optionName(option).key) != nullptr || option == "media" ||
+           option == "sides";
+}
+
+/// Adds what a line "OPTION-default" of the server says.
+void learnDefault(JobOptions &defaults, const std::string &name, ipp_attribute_t *attribute)
+{
+    const std::string option = name.substr(0, name.size() - kDefaultEnding.size());
+    if (!isOfFields(option))
+        return;
+    std::string value(ippAttributeString(attribute, nullptr, 0), '\0');
+    ippAttributeString(attribute, value.data(), value.size() + 1);
+    defaults.emplace_back(option, std::move(value));
+}
+
+void learn(Queue &queue, ipp_attribute_t *attribute)
+{
+    const std::string name = ippGetName(attribute);
+    if (name == "printer-name")
+        queue.name = firstText(attribute);
+    else if (name == "printer-info")
+        queue.description = firstText(attribute);
+    else if (name == "printer-location")
+        queue.location = firstText(attribute);
+    else if (name == "printer-make-and-model")
+        queue.model = firstText(attribute);
+    else if (name == "printer-state-message")
+        queue.stateWords = firstText(attribute);
+    else if (name == "printer-state")
+        queue.state = stateOf(ippGetInteger(attribute, 0));
+    else if (name == "printer-is-accepting-jobs")
+        queue.acceptsJobs = ippGetBoolean(attribute, 0) != 0;
+    else if (name == "printer-type")
+        queue.isClass = (ippGetInteger(attribute, 0) & CUPS_PRINTER_CLASS) != 0;
+    else if (name.ends_with(kDefaultEnding))
+        learnDefault(queue.defaults, name, attribute);
+}
+
+std::vector<Queue> queuesIn(const Response &response, const ServerAddress &server)
+{
+    std::vector<Queue> queues;
+    bool isInside = false;
+    for (ipp_attribute_t *attribute = ippFirstAttribute(response.get()); attribute != nullptr;
+         attribute = ippNextAttribute(response.get())) {
+        const bool isOfPrinter =
+            ippGetGroupTag(attribute) == IPP_TAG_PRINTER && ippGetName(attribute) != nullptr;
+        if (isOfPrinter && !isInside)
+            queues.emplace_back().server = server;
+        if (isOfPrinter)
+            learn(queues.back(), attribute);
+        isInside = isOfPrinter;
+    }
+    std::erase_if(queues, [](const Queue &queue) { return queue.name.empty(); });
+    return queues;
+}
+
+//
+// Its PPD
+//
+
+std::optional<std::string> writtenToFile(const std::string &bytes)
+{
+    std::string path = Platform::temporaryDirectory() + "/jobfilter-settings-XXXXXX";
+    const Platform::Descriptor file(mkstemp(path.data()));
+    if (file.number() < 0)
+        return std::nullopt;
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count = write(file.number(), bytes.data() + written, bytes.size() - written);
+        if (count < 0) {
+            const int error = errno;
+            unlink(path.c_str());
+            errno = error;
+            return std::nullopt;
+        }
+        written += static_cast<std::size_t>(count);
+    }
+    return path;
+}
+
+/// Why the file is no PPD of a queue of this filter; nullopt when it is one.
+std::optional<Words> objectionToPPD(const std::string &path, const std::string &queue)
+{
+    std::string whyNot;
+    const auto ppd = PPD::open(path, &whyNot);
+    if (!ppd)
+        return Words{kNoDriver, {asTheyAre(queue), asTheyAre(whyNot)}};
+    if (!namesThisFilter(*ppd))
+        return Words{kOtherDriver, {asTheyAre(queue)}};
+    return std::nullopt;
+}
+
+std::optional<std::string> fetchPPD(Connection &connection, const Queue &queue, Words *whyNot)
+{
+    const std::string folder = queue.isClass ? "/classes/" : "/printers/";
+    return connection.fetch(folder + queue.name + ".ppd", whyNot);
+}
+
+/// Whether the queue is one of this filter.
+/// @param problem  says why the server does not say, else stays as it is
+bool isOfThisFilter(Connection &connection, const Queue &queue, std::optional<Words> &problem)
+{
+    Words whyNot;
+    const auto bytes = fetchPPD(connection, queue, &whyNot);
+    if (!bytes) {
+        if (!whyNot.isEmpty())
+            problem = whyNot;
+        return false;
+    }
+    const auto path = writtenToFile(*bytes);
+    if (!path) {
+        problem = {kNoTemporaryFile, {asTheyAre(std::strerror(errno))}};
+        return false;
+    }
+    const bool isOfFilter = !objectionToPPD(*path, queue.name);
+    unlink(path->c_str());
+    return isOfFilter;
+}
+
+void markDefault(std::vector<Queue> &queues, Connection &connection)
+{
+    const char *const name = cupsGetDefault2(connection.http());
+    if (name == nullptr)
+        return;
+    // The user's own default may be an instance: "office/confidential".
+    const std::string_view whole = name;
+    const auto found = std::ranges::find(queues, whole.substr(0, whole.find('/')), &Queue::name);
+    if (found != queues.end())
+        found->isDefault = true;
+}
+
+} // namespace
+
+QueueList queuesOfThisFilter(const ServerAddress &server, std::chrono::milliseconds bound)
+{
+    Words whyNot;
+    auto connection = Connection::open(server, bound, &whyNot);
+    if (!connection)
+        return {.queues = {}, .problem = whyNot};
+    ipp_t *const request = newRequest(IPP_OP_CUPS_GET_PRINTERS, {});
+    ippAddStrings(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
+                  std::size(kWanted), nullptr, kWanted);
+    const Response response = connection->ask(request, &whyNot);
+    if (!response) {
+        const bool hasNone = cupsLastError() == IPP_STATUS_ERROR_NOT_FOUND;
+        return {.queues = {}, .problem = hasNone ? std::nullopt : std::optional(whyNot)};
+    }
+    QueueList list;
+    for (Queue &queue : queuesIn(response, server)) {
+        if (!list.problem && isOfThisFilter(*connection, queue, list.problem))
+            list.queues.push_back(std::move(queue));
+        else
+            ++list.others;
+    }
+    if (!list.problem)
+        markDefault(list.queues, *connection);
+    std::ranges::sort(list.queues, {}, &Queue::name);
+    return list;
+}
+
+//
+// Copies of PPDs
+//
+
+PPDCopy::PPDCopy(std::string path, std::string bytes)
+    : _path(std::move(path)), _bytes(std::move(bytes))
+{
+}
+
+PPDCopy::PPDCopy(PPDCopy &&other) noexcept
+    : _path(std::exchange(other._path, {})), _bytes(std::move(other._bytes))
+{
+}
+
+PPDCopy &PPDCopy::operator=(PPDCopy &&other) noexcept
+{
+    std::swap(_path, other._path);
+    std::swap(_bytes, other._bytes);
+    return *this;
+}
+
+PPDCopy::~PPDCopy()
+{
+    if (!_path.empty())
+        unlink(_path.c_str());
+}
+
+std::optional<PPDCopy> ppdOf(const Queue &queue, std::chrono::milliseconds bound, Words *whyNot)
+{
+    *whyNot = {};
+    auto connection = Connection::open(queue.server, bound, whyNot);
+    auto bytes = connection ? fetchPPD(*connection, queue, whyNot) : std::nullopt;
+    if (!bytes) {
+        if (whyNot->isEmpty())
+            *whyNot = {kQueueIsGone, {asTheyAre(queue.name)}};
+        return std::nullopt;
+    }
+    auto path = writtenToFile(*bytes);
+    if (!path) {
+        *whyNot = {kNoTemporaryFile, {asTheyAre(std::strerror(errno))}};
+        return std::nullopt;
+    }
+    PPDCopy copy(std::move(*path), std::move(*bytes));
+    if (auto objection = objectionToPPD(copy.path(), queue.name)) {
+        *whyNot = std::move(*objection);
+        return std::nullopt;
+    }
+    return copy;
+}
+
+} // namespace Model

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "PPD.h"
+#include "Server.h"
+#include "Words.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Model {
+
+/// A destination whose jobs go through this filter.
+struct Queue {
+    enum class State { Idle, Printing, Stopped };
+
+    std::string name;
+    std::string description; ///< perhaps empty, as the next two
+    std::string location;
+    std::string model;
+    ServerAddress server; ///< that has it
+    State state = State::Idle;
+    bool acceptsJobs = true;
+    std::string stateWords; ///< what the printer or the filter said last; perhaps empty
+    bool isDefault = false; ///< the user's or else the server's
+    bool isClass = false;   ///< several queues that share the work
+    /// What the queue says by itself for options that its PPD does not have ("KEY-default").
+    JobOptions defaults;
+};
+
+/// What a server told.
+struct QueueList {
+    std::vector<Queue> queues;    ///< by their names
+    int others = 0;               ///< how many destinations do not have this filter
+    std::optional<Words> problem; ///< why the list is not complete
+};
+
+/// All destinations of a server whose PPD names this filter. Does not return later than a few times
+/// the bound.
+/// @param bound  for how long a server that says nothing is waited for
+QueueList queuesOfThisFilter(const ServerAddress &server, std::chrono::milliseconds bound);
+
+/// A copy of a queue's PPD in a private file, which is removed with this object. Can be moved.
+class PPDCopy {
+public:
+    PPDCopy(PPDCopy &&other) noexcept;
+    PPDCopy &operator=(PPDCopy &&other) noexcept;
+    ~PPDCopy();
+
+    const std::string &path() const { return _path; }
+
+    /// Whether both have the same bytes: if not, the PPD was changed.
+    bool isSameAs(const PPDCopy &other) const { return _bytes == other._bytes; }
+
+private:
+    friend std::optional<PPDCopy> ppdOf(const Queue &, std::chrono::milliseconds, Words *);
+    PPDCopy(std::string path, std::string bytes);
+
+    std::string _path;
+    std::string _bytes;
+};
+
+/// @param whyNot  says why there is none: the server does not answer, the queue is gone, its PPD
+///                cannot be read or does not name this filter any more; not null
+std::optional<PPDCopy> ppdOf(const Queue &queue, std::chrono::milliseconds bound, Words *whyNot);
+
+} // namespace Model

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "PreviewJob.h"
+#include "PreviewMessages.h"
+
+#include <QObject>
+#include <QProcess>
+#include <QTimer>
+
+#include <memory>
+
+class QTemporaryDir;
+
+/// The process that works for one job, with a folder of its own for what it writes. A request at a
+/// time. Nothing here waits but the destructor.
+class PreviewProcess : public QObject {
+    Q_OBJECT
+
+public:
+    /// @param parent  destroys it, unless retire() was called
+    PreviewProcess(PreviewPrograms programs, const PreviewLimits &limits, QObject *parent);
+    /// Ends the process, waits for that, and removes its folder.
+    ~PreviewProcess() override;
+
+    /// Starts it. Call this once, before the other.
+    void prepare(const PreviewJob &job);
+    void draw(const PreviewRequests::Draw &request);
+
+    /// Ends it without waiting: nothing is heard of it any more, and it destroys itself.
+    void retire();
+
+signals:
+    void answered(const PreviewAnswer &answer);
+    /// It is of no more use, and why.
+    void failed(Failure failure, const QString &detail);
+
+private:
+    void request(const PreviewRequest &request, std::chrono::milliseconds limit);
+    void readAnswers();
+    void handleEnd(int exitCode, QProcess::ExitStatus status);
+    void fail(Failure failure, const QString &detail = {});
+    void endProcess();
+
+    PreviewPrograms _programs;
+    PreviewLimits _limits;
+    std::unique_ptr<QTemporaryDir> _folder;
+    QProcess _process;
+    QTimer _clock;
+    MessageReader<PreviewAnswer> _reader;
+};
+
+/// Removes what processes left behind that were killed together with the window.
+void removeFoldersOfEndedWindows();

@@ -1,0 +1,127 @@
+#include "JobsView.h"
+#include "inBackground.h"
+#include "words.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include <algorithm>
+#include <chrono>
+
+using Model::JobStatus;
+using Model::PrintJob;
+
+namespace {
+
+constexpr std::chrono::milliseconds kPace = std::chrono::seconds(1);
+constexpr std::chrono::milliseconds kBound = std::chrono::seconds(5);
+
+} // namespace
+
+JobsView::JobsView(QWidget *parent) : QWidget(parent)
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    setAccessibleName(tr("Jobs printed from here"));
+    hide();
+    connect(&_clock, &QTimer::timeout, this, &JobsView::askAboutAll);
+}
+
+void JobsView::follow(const PrintJob &job, const QString &title)
+{
+    auto *widget = new QWidget(this);
+    auto *words = new QLabel(widget);
+    words->setTextFormat(Qt::PlainText);
+    words->setWordWrap(true);
+    words->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    auto *button = new QPushButton(tr("Cancel Job"), widget);
+    auto *row = new QHBoxLayout(widget);
+    row->setContentsMargins({});
+    row->addWidget(words, 1);
+    row->addWidget(button);
+    layout()->addWidget(widget);
+
+    const int number = job.number;
+    connect(button, &QPushButton::clicked, this, [this, number] { cancelOrDismiss(number); });
+    _rows.push_back({job, title, widget, words, button});
+    showWords(_rows.back(), inWords(wordsFor(JobStatus::State::Waiting)), {});
+    show();
+    _clock.start(kPace);
+    ask(number);
+}
+
+void JobsView::askAboutAll()
+{
+    if (std::ranges::all_of(_rows, &Row::isAtItsEnd))
+        _clock.stop();
+    for (const Row &row : _rows)
+        if (!row.isAtItsEnd && !row.isAsked)
+            ask(row.job.number);
+}
+
+void JobsView::ask(int number)
+{
+    Row *row = rowOf(number);
+    row->isAsked = true;
+    inBackground(
+        this,
+        [job = row->job] {
+            Answer answer;
+            answer.status = statusOf(job, kBound, &answer.whyNot);
+            return answer;
+        },
+        [this, number](const Answer &answer) { take(number, answer); });
+}
+
+void JobsView::take(int number, const Answer &answer)
+{
+    Row *row = rowOf(number);
+    if (row == nullptr)
+        return;
+    row->isAsked = false;
+    if (!answer.status) {
+        showWords(*row, inWords(answer.whyNot), {});
+        return;
+    }
+    showWords(*row, inWords(wordsFor(answer.status->state)), fromModel(answer.status->message));
+    if (answer.status->isAtItsEnd()) {
+        row->isAtItsEnd = true;
+        row->button->setText(tr("Dismiss"));
+    }
+}
+
+void JobsView::showWords(Row &row, const QString &state, const QString &message)
+{
+    QString words =
+        tr("%1 (job %2 on %3): %4")
+            .arg(row.title, QString::number(row.job.number), fromModel(row.job.queue), state);
+    if (!message.isEmpty())
+        words += u'\n' + message;
+    row.words->setText(words);
+    row.button->setAccessibleName(row.button->text() + QStringLiteral(": ") + row.title);
+}
+
+void JobsView::cancelOrDismiss(int number)
+{
+    Row *row = rowOf(number);
+    if (!row->isAtItsEnd) {
+        inBackground(
+            this, [job = row->job] { return cancel(job, kBound); },
+            [this, number](const std::optional<Model::Words> &whyNot) {
+                if (Row *cancelled = rowOf(number); whyNot && cancelled != nullptr)
+                    showWords(*cancelled, inWords(*whyNot), {});
+            });
+        return;
+    }
+    row->widget->deleteLater();
+    std::erase_if(_rows, [&](const Row &each) { return each.job.number == number; });
+    setVisible(!_rows.empty());
+}
+
+JobsView::Row *JobsView::rowOf(int number)
+{
+    const auto found =
+        std::ranges::find(_rows, number, [](const Row &row) { return row.job.number; });
+    return found == _rows.end() ? nullptr : &*found;
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "PreviewMaker.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QSpinBox;
+class QToolButton;
+class SheetView;
+
+/// The sheets of a job as they will come out, one at a time: turned over by a click, with the tray
+/// that a cover comes from, what the toolkit says, and how far longer work has come.
+class PreviewPane : public QWidget {
+    Q_OBJECT
+
+public:
+    /// What a choice of a PPD option is called in the reader's language.
+    using ChoiceWords = std::function<QString(const QString &option, const QString &choice)>;
+
+    explicit PreviewPane(PreviewPrograms programs, QWidget *parent = nullptr);
+
+    /// Shows a job in the place of another. The sheet in view stays in view where the new job has
+    /// it.
+    void setJob(const PreviewJob &job, ChoiceWords words);
+
+    /// Shows words in the place of a job: why there is none.
+    void setNoJob(const QString &why);
+
+signals:
+    /// Somebody wants to see another document.
+    void documentWanted();
+
+private:
+    void buildSheetRow();
+    void buildProgressRow();
+    void connectMaker();
+    void learnSheets(const QList<Sheet> &sheets);
+    void showSheet(int index);
+    void moveBy(int sheets);
+    void turnOver();
+    void askForPicture();
+    void showPicture(int index, Side side, const QImage &picture);
+    void showProgress(int percent, const QString &what);
+    void addNote(const QString &words);
+    void showFailure(const QString &words);
+    void updateControls();
+    QString sideInWords() const;
+    QString paperInWords() const;
+
+    PreviewMaker _maker;
+    ChoiceWords _words;
+    QList<Sheet> _sheets;
+    int _sheet = 0; ///< in view
+    Side _side = Side::Front;
+    bool _busy = false;
+
+    // Owned by the widget tree.
+    SheetView *_view;
+    QLabel *_document;
+    QLabel *_caption; ///< which side of what, from which tray
+    QLabel *_notes;
+    QWidget *_sheetRow;
+    QSpinBox *_number;
+    QLabel *_count;
+    QToolButton *_back;
+    QToolButton *_on;
+    QPushButton *_turn;
+    QWidget *_progressRow;
+    QLabel *_progressWords;
+    QProgressBar *_progress;
+};

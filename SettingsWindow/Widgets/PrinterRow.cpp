@@ -1,0 +1,154 @@
+#include "PrinterRow.h"
+#include "words.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QToolButton>
+
+using Model::Queue;
+
+namespace {
+
+constexpr int kStateRole = Qt::UserRole + 1;
+/// Which of the sets an entry is: the data is its name, not valid for the printer's own settings.
+constexpr int kSetRole = Qt::UserRole;
+
+QString nameAndDescription(const Queue &queue)
+{
+    const QString name = fromModel(queue.name);
+    const QString description = fromModel(queue.description);
+    return description.isEmpty() || description == name
+               ? name
+               : name + QStringLiteral(" – ") + description;
+}
+
+QString stateInWords(const Queue &queue)
+{
+    QStringList words;
+    switch (queue.state) {
+    case Queue::State::Idle:
+        words << PrinterRow::tr("Ready");
+        break;
+    case Queue::State::Printing:
+        words << PrinterRow::tr("Printing");
+        break;
+    case Queue::State::Stopped:
+        words << PrinterRow::tr("Stopped");
+        break;
+    }
+    if (!queue.acceptsJobs)
+        words << PrinterRow::tr("takes no jobs");
+    if (!queue.location.empty())
+        words << fromModel(queue.location);
+    if (!queue.stateWords.empty())
+        words << fromModel(queue.stateWords);
+    return words.join(QStringLiteral(" · "));
+}
+
+QLabel *labelFor(const QString &words, QWidget *control, QWidget *parent)
+{
+    auto *label = new QLabel(words, parent);
+    label->setBuddy(control);
+    return label;
+}
+
+} // namespace
+
+PrinterRow::PrinterRow(QWidget *parent)
+    : QWidget(parent),
+      _printers(new QComboBox(this)),
+      _state(new QLabel(this)),
+      _sets(new QComboBox(this))
+{
+    _printers->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    _printers->setMinimumContentsLength(24);
+    _printers->setAccessibleName(tr("Printer"));
+    _sets->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    _sets->setMinimumContentsLength(20);
+    _sets->setAccessibleName(tr("Settings to begin with"));
+    _state->setTextFormat(Qt::PlainText);
+    _state->setWordWrap(true);
+
+    auto *menu = new QMenu(this);
+    _rename = menu->addAction(tr("&Rename This Set…"), this, &PrinterRow::renameWanted);
+    _remove = menu->addAction(tr("Re&move This Set…"), this, &PrinterRow::removeWanted);
+    menu->addSeparator();
+    QAction *refresh =
+        menu->addAction(tr("Look for Printers A&gain"), this, &PrinterRow::refreshWanted);
+    refresh->setShortcut(QKeySequence::Refresh);
+    addAction(refresh);
+    auto *more = new QToolButton(this);
+    more->setText(tr("More"));
+    more->setMenu(menu);
+    more->setPopupMode(QToolButton::InstantPopup);
+    more->setFocusPolicy(Qt::StrongFocus);
+
+    auto *layout = new QGridLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(labelFor(tr("P&rinter:"), _printers, this), 0, 0);
+    layout->addWidget(_printers, 0, 1);
+    layout->addWidget(labelFor(tr("Be&gin with:"), _sets, this), 0, 2);
+    layout->addWidget(_sets, 0, 3);
+    layout->addWidget(more, 0, 4);
+    layout->addWidget(_state, 1, 1, 1, 4);
+    layout->setColumnStretch(1, 3);
+    layout->setColumnStretch(3, 2);
+
+    connect(_printers, &QComboBox::activated, this,
+            [this](int index) { emit printerChosen(_printers->itemData(index).toString()); });
+    connect(_printers, &QComboBox::currentIndexChanged, this, &PrinterRow::showState);
+    connect(_sets, &QComboBox::activated, this, &PrinterRow::reportSet);
+}
+
+void PrinterRow::showPrinters(const std::vector<Queue> &queues, const QString &chosen)
+{
+    {
+        const QSignalBlocker quiet(_printers);
+        _printers->clear();
+        for (const Queue &queue : queues) {
+            _printers->addItem(nameAndDescription(queue), fromModel(queue.name));
+            _printers->setItemData(_printers->count() - 1, stateInWords(queue), kStateRole);
+            _printers->setItemData(_printers->count() - 1, stateInWords(queue), Qt::ToolTipRole);
+        }
+        _printers->setCurrentIndex(_printers->findData(chosen));
+    }
+    showState(_printers->currentIndex());
+}
+
+void PrinterRow::showState(int index)
+{
+    _state->setText(_printers->itemData(index, kStateRole).toString());
+    _printers->setAccessibleDescription(_state->text());
+}
+
+void PrinterRow::showSets(bool hasDefaults, const QStringList &names,
+                          const std::optional<QString> &chosen)
+{
+    _sets->clear();
+    _sets->addItem(tr("The printer's own settings"));
+    if (hasDefaults)
+        _sets->addItem(tr("My defaults"), QString());
+    for (const QString &name : names)
+        _sets->addItem(name, name);
+    for (int index = 0; index < _sets->count(); ++index) {
+        const QVariant set = _sets->itemData(index, kSetRole);
+        if (chosen ? set.isValid() && set.toString() == *chosen : !set.isValid())
+            _sets->setCurrentIndex(index);
+    }
+    _rename->setEnabled(chosen && !chosen->isEmpty());
+    _remove->setEnabled(chosen.has_value());
+}
+
+void PrinterRow::reportSet(int index)
+{
+    const QVariant set = _sets->itemData(index, kSetRole);
+    if (set.isValid())
+        emit setChosen(set.toString());
+    else
+        emit ownSettingsChosen();
+}

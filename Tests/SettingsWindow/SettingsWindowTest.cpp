@@ -1,0 +1,464 @@
+#include "FieldEditor.h"
+#include "MainWindow.h"
+#include "PJLChecker.h"
+#include "PrivateScheduler.h"
+#include "Program.h"
+#include "RecordingPrinter.h"
+#include "ScriptedServer.h"
+#include "TemporaryFolder.h"
+#include "Waiting.h"
+#include "Widgets/OffscreenApplication.h"
+
+#include <QAbstractButton>
+#include <QClipboard>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QProcess>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <set>
+#include <stdexcept>
+#include <thread>
+
+namespace fs = std::filesystem;
+
+using Support::PrivateScheduler;
+using Support::RecordingPrinter;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+const auto *const application = testing::AddGlobalTestEnvironment(new OffscreenApplication);
+
+constexpr std::chrono::milliseconds kPatience = std::chrono::seconds(30);
+constexpr char kDocument[] = KL_DOCUMENTS "/office-1.pdf";
+
+std::string portOf(const PrivateScheduler &scheduler)
+{
+    const std::string uri = scheduler.queueURI("");
+    const auto colon = uri.find(':', uri.find("//"));
+    return uri.substr(colon + 1, uri.find('/', colon) - colon - 1);
+}
+
+/// Scheduler and printer live as long as the program.
+PrivateScheduler &scheduler()
+{
+    static PrivateScheduler instance({KL_JOBFILTER, KL_NOJCL, KL_CHAIN});
+    return instance;
+}
+
+RecordingPrinter &printer()
+{
+    static RecordingPrinter instance;
+    return instance;
+}
+
+/// The window, on a scheduler, a printer and a home of the test's own.
+class SettingsWindowTest : public testing::Test {
+protected:
+    SettingsWindowTest()
+    {
+        printer().forgetJobs();
+        scheduler();
+    }
+
+    ~SettingsWindowTest() override
+    {
+        while (!_queues.empty())
+            removeQueue(*_queues.begin());
+    }
+
+    /// A queue with the PPD of the sample driver, which lasts as long as the test.
+    void addQueue(const std::string &name, const std::string &ppd = KL_SAMPLE_PDF_PPD)
+    {
+        const std::string copy =
+            folder.write(name + ".ppd", Support::readFile(ppd) + "*cupsSNMPSupplies: False\n");
+        scheduler().addQueue(name, copy, printer().deviceURI(), {"-D", "The test's printer"});
+        _queues.insert(name);
+    }
+
+    void removeQueue(const std::string name)
+    {
+        scheduler().run({"lpadmin", "-x", name});
+        _queues.erase(name);
+    }
+
+    Model::ServerAddress server() { return {"127.0.0.1", std::stoi(portOf(scheduler())), true}; }
+
+    std::string keptFile() { return folder.file("home/lpoptions"); }
+
+    MainWindow::Setup setup(const QString &printer = "office")
+    {
+        return {{KL_PREVIEW, KL_TOOLKIT_BUNDLE},
+                server(),
+                Model::KeptSettings(keptFile()),
+                printer,
+                {},
+                kDocument};
+    }
+
+    static bool comesTrue(const std::function<bool()> &condition)
+    {
+        return QTest::qWaitFor(condition, static_cast<int>(kPatience.count()));
+    }
+
+    /// Opens the window and waits until the printer's settings are there.
+    std::unique_ptr<MainWindow> openWindow(const MainWindow::Setup &setup)
+    {
+        auto window = std::make_unique<MainWindow>(setup);
+        window->resize(1100, 700);
+        window->show();
+        if (!comesTrue(
+                [&] { return window->findChild<FieldEditor *>("KLDepartmentCode") != nullptr; }))
+            throw std::runtime_error("no settings: " + wordsIn(*window).join("\n").toStdString());
+        return window;
+    }
+
+    static void type(const MainWindow &window, const QString &field, const QString &text)
+    {
+        auto *line = window.findChild<FieldEditor *>(field)->findChild<QLineEdit *>();
+        line->clear();
+        QTest::keyClicks(line, text);
+    }
+
+    static void choose(const MainWindow &window, const QString &field, const QString &choice)
+    {
+        auto *list = window.findChild<FieldEditor *>(field)->findChild<QComboBox *>();
+        list->setCurrentIndex(list->findData(choice));
+        emit list->activated(list->currentIndex());
+    }
+
+    static QAbstractButton *button(const QWidget &window, const QString &words)
+    {
+        for (auto *each : window.findChildren<QAbstractButton *>())
+            if (each->text().remove('&') == words)
+                return each;
+        throw std::runtime_error("no button " + words.toStdString());
+    }
+
+    /// What stands in the window, label by label.
+    static QStringList wordsIn(const QWidget &window)
+    {
+        QStringList words;
+        for (const QLabel *label : window.findChildren<QLabel *>())
+            if (label->isVisible())
+                words << label->text();
+        return words;
+    }
+
+    static bool says(const QWidget &window, const QString &words)
+    {
+        return !wordsIn(window).filter(words).isEmpty();
+    }
+
+    /// Presses a button, then works the dialog that it opens.
+    template <class Dialog>
+    static void pressAndAnswer(const QWidget &window, const QString &words,
+                               const std::function<void(Dialog &)> &answer)
+    {
+        QTimer::singleShot(0, [&] {
+            auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget());
+            if (dialog == nullptr)
+                FAIL() << "no dialog opened";
+            answer(*dialog);
+        });
+        button(window, words)->click();
+    }
+
+    static void keepAs(const MainWindow &window, const QString &name)
+    {
+        pressAndAnswer<QDialog>(window, "Keep…", [&](QDialog &dialog) {
+            dialog.findChildren<QRadioButton *>().back()->click();
+            dialog.findChild<QComboBox *>()->setCurrentText(name);
+            button(dialog, "Keep PIN and passwords, too")->click();
+            button(dialog, "Keep")->click();
+        });
+        EXPECT_TRUE(comesTrue([&] { return says(window, "Kept as office/" + name); }));
+    }
+
+    /// Prints and waits until the printer has the job. @return what it got
+    static std::string printFrom(const MainWindow &window)
+    {
+        button(window, "Print Now")->click();
+        EXPECT_TRUE(comesTrue([&] { return says(window, "The printer has it"); }))
+            << wordsIn(window).join("\n").toStdString();
+        printer().finishJobs();
+        const auto jobs = printer().jobs();
+        EXPECT_EQ(jobs.size(), 1U);
+        return jobs.empty() ? std::string() : jobs.front();
+    }
+
+    /// What the preview shows now of the first sheet's front.
+    static QImage preview(const MainWindow &window)
+    {
+        auto *maker = window.findChild<PreviewMaker *>();
+        QSignalSpy ready(maker, &PreviewMaker::sheetReady);
+        maker->show(0, Side::Front, {300, 425});
+        if (!comesTrue(
+                [&] { return !ready.isEmpty() && ready.back()[2].value<QImage>().height() > 400; }))
+            throw std::runtime_error("no picture");
+        return ready.back()[2].value<QImage>().convertToFormat(QImage::Format_Grayscale8);
+    }
+
+    /// The first page of a PDF in the picture's size.
+    QImage firstPage(const std::string &pdf, QSize size)
+    {
+        const std::string path = folder.write("printed.pdf", pdf);
+        Support::runOrThrow({"pdftoppm", "-r", "72", "-f", "1", "-l", "1", "-singlefile", "-gray",
+                             "-scale-to-x", std::to_string(size.width()), "-scale-to-y",
+                             std::to_string(size.height()), path, folder.file("printed")});
+        return QImage(QString::fromStdString(folder.file("printed.pgm")))
+            .convertToFormat(QImage::Format_Grayscale8);
+    }
+
+    /// The share of the pixels that differ clearly, from 0 to 1; 1 for pictures of other sizes.
+    static double difference(const QImage &one, const QImage &other)
+    {
+        if (one.size() != other.size())
+            return 1;
+        int differing = 0;
+        for (int y = 0; y < one.height(); ++y)
+            for (int x = 0; x < one.width(); ++x)
+                differing +=
+                    std::abs(qGray(one.pixel(x, y)) - qGray(other.pixel(x, y))) > 64 ? 1 : 0;
+        return double(differing) / (one.width() * one.height());
+    }
+
+    Support::TemporaryFolder folder;
+
+private:
+    std::set<std::string> _queues;
+};
+
+std::string bodyOf(const std::string &job)
+{
+    const auto parts = Support::splitPJLJob(job);
+    return parts ? parts->body : std::string();
+}
+
+TEST_F(SettingsWindowTest, WhatIsSetAndSeenReachesThePrinter)
+{
+    addQueue("office");
+    const auto window = openWindow(setup());
+    const QImage plain = preview(*window);
+    type(*window, "KLDepartmentCode", "0815");
+    type(*window, "KLPrivatePIN", "0471");
+    choose(*window, "KLWatermarkText", "Confidential");
+    choose(*window, "KLWatermarkSize", "72");
+    QTest::qWait(50); // changes in a row are one
+    const QImage seen = preview(*window);
+
+    const std::string job = printFrom(*window);
+    EXPECT_THAT(job, HasSubstr("@PJL COMMENT DSSC PRINT ACCESSCODE=0815\r\n"));
+    EXPECT_THAT(job, HasSubstr("@PJL COMMENT DSSC PRINT PRIVPRINT=0471\r\n"));
+    EXPECT_THAT(Support::problemsOfPJLJob(job), testing::IsEmpty());
+    const QImage printed = firstPage(bodyOf(job), seen.size());
+    EXPECT_LT(difference(seen, printed), 0.001);
+    EXPECT_GT(difference(plain, printed), 0.01) << "the watermark cannot be told";
+}
+
+TEST_F(SettingsWindowTest, WhatIsKeptIsWhatLpAndTheNextWindowBeginWith)
+{
+    addQueue("office");
+    {
+        const auto window = openWindow(setup());
+        type(*window, "KLDepartmentCode", "0815");
+        type(*window, "KLPrivatePIN", "0471");
+        keepAs(*window, "board");
+    }
+    EXPECT_THAT(Support::readFile(keptFile()),
+                AllOf(HasSubstr("Dest office/board "), HasSubstr("KLDepartmentCode=Custom.0815"),
+                      HasSubstr("KLPrivatePIN=Custom.0471")));
+
+    auto again = setup();
+    again.set = "board";
+    const auto window = openWindow(again);
+    EXPECT_EQ(
+        window->findChild<FieldEditor *>("KLDepartmentCode")->findChild<QLineEdit *>()->text(),
+        "0815");
+}
+
+TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByAScreenReader)
+{
+    addQueue("office");
+    const std::string home = folder.file("home");
+    fs::create_directories(home);
+    const auto answer = Support::runProgram(
+        {.arguments = {"env",
+                       "-u",
+                       "QT_QPA_PLATFORM",
+                       "HOME=" + home,
+                       "XDG_RUNTIME_DIR=" + home,
+                       "CUPS_SERVER=127.0.0.1:" + portOf(scheduler()),
+                       "LC_ALL=C.UTF-8",
+                       "dbus-run-session",
+                       "--",
+                       "xvfb-run",
+                       "-a",
+                       "-s",
+                       "-screen 0 1280x900x24",
+                       KL_WORK_WINDOW,
+                       KL_SETTINGS_PROGRAM,
+                       "office",
+                       kDocument,
+                       "Who prints:Department Code=0815",
+                       "Private printing and document box:PIN for Private Printing=0471",
+                       "keep:board",
+                       "print"}});
+    ASSERT_EQ(answer.exitStatus, 0) << answer.errors;
+    printer().finishJobs();
+    ASSERT_EQ(printer().jobs().size(), 1U);
+    EXPECT_THAT(printer().jobs().front(),
+                AllOf(HasSubstr("@PJL COMMENT DSSC PRINT ACCESSCODE=0815\r\n"),
+                      HasSubstr("@PJL COMMENT DSSC PRINT PRIVPRINT=0471\r\n")));
+
+    // What was kept is what lp(1) takes by that name.
+    printer().forgetJobs();
+    scheduler().run({"env", "HOME=" + home, "lp", "-d", "office/board", kDocument});
+    EXPECT_TRUE(Support::comesTrue([] { return !printer().jobs().empty(); }));
+    EXPECT_THAT(printer().jobs(), testing::ElementsAre(HasSubstr("DSSC PRINT ACCESSCODE=0815\r\n")));
+}
+
+TEST_F(SettingsWindowTest, ADocumentThatIsDroppedIsShown)
+{
+    addQueue("office");
+    auto sample = setup();
+    sample.document.clear();
+    const auto window = openWindow(sample);
+    EXPECT_FALSE(button(*window, "Print Now")->isEnabled()) << "the sample is nobody's document";
+
+    QMimeData dragged;
+    dragged.setUrls({QUrl::fromLocalFile(kDocument)});
+    QDragEnterEvent enter({10, 10}, Qt::CopyAction, &dragged, Qt::LeftButton, {});
+    QApplication::sendEvent(window.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop({10, 10}, Qt::CopyAction, &dragged, Qt::LeftButton, {});
+    QApplication::sendEvent(window.get(), &drop);
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "office-1.pdf"); }));
+    EXPECT_TRUE(button(*window, "Print Now")->isEnabled());
+}
+
+TEST_F(SettingsWindowTest, TheCommandHidesSecretsUnlessTheyAreAskedFor)
+{
+    addQueue("office");
+    const auto window = openWindow(setup());
+    type(*window, "KLPrivatePIN", "0471");
+    const auto copied = [&](QMessageBox::StandardButton answer) {
+        pressAndAnswer<QMessageBox>(*window, "Copy as Command",
+                                    [&](QMessageBox &box) { box.button(answer)->click(); });
+        return QGuiApplication::clipboard()->text().toStdString();
+    };
+    EXPECT_THAT(copied(QMessageBox::No),
+                AllOf(HasSubstr("lp "), HasSubstr("office"), Not(HasSubstr("0471"))));
+    EXPECT_THAT(copied(QMessageBox::Yes), HasSubstr("KLPrivatePIN=Custom.0471"));
+}
+
+TEST_F(SettingsWindowTest, SettingsWithAProblemAreNotPrinted)
+{
+    addQueue("office");
+    const auto window = openWindow(setup());
+    type(*window, "KLPrivatePIN", "12x");
+    button(*window, "Print Now")->click();
+    EXPECT_TRUE(says(*window, "digits"));
+    EXPECT_TRUE(window->findChild<FieldEditor *>("KLPrivatePIN")->isVisible())
+        << "the field is not gone to";
+    EXPECT_EQ(scheduler().latestJob("office"), 0);
+}
+
+TEST_F(SettingsWindowTest, WithoutAPrinterItSaysWhatToDo)
+{
+    MainWindow window(setup());
+    window.show();
+    EXPECT_TRUE(comesTrue([&] { return says(window, "lpadmin -p office"); }));
+    EXPECT_FALSE(button(window, "Print Now")->isEnabled());
+}
+
+TEST_F(SettingsWindowTest, AServerThatDoesNotAnswerIsSaid)
+{
+    const Support::ScriptedServer silent(
+        [](int, int) { std::this_thread::sleep_for(std::chrono::minutes(1)); });
+    auto silentSetup = setup();
+    silentSetup.server = {"127.0.0.1", silent.port(), true};
+    MainWindow window(silentSetup);
+    window.show();
+    EXPECT_TRUE(comesTrue([&] { return says(window, "does not answer"); }));
+}
+
+TEST_F(SettingsWindowTest, APrinterThatVanishesTakesNothingAlong)
+{
+    addQueue("office");
+    addQueue("other");
+    const auto window = openWindow(setup());
+    type(*window, "KLDepartmentCode", "0815");
+    removeQueue("office");
+    QTest::keyClick(window.get(), Qt::Key_F5);
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "is not there any more"); }));
+    EXPECT_EQ(
+        window->findChild<FieldEditor *>("KLDepartmentCode")->findChild<QLineEdit *>()->text(),
+        "0815");
+}
+
+TEST_F(SettingsWindowTest, ADriverThatChangesTakesOverWhatWasSet)
+{
+    addQueue("office");
+    const auto window = openWindow(setup());
+    type(*window, "KLDepartmentCode", "0815");
+    scheduler().run({"lpadmin", "-p", "office", "-o", "Staple=UpperLeft"}); // writes into the PPD
+    QTest::keyClick(window.get(), Qt::Key_F5);
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "was taken over"); }));
+    EXPECT_EQ(
+        window->findChild<FieldEditor *>("KLDepartmentCode")->findChild<QLineEdit *>()->text(),
+        "0815");
+    EXPECT_EQ(window->findChild<FieldEditor *>("Staple")->findChild<QComboBox *>()->currentData(),
+              "UpperLeft");
+}
+
+TEST_F(SettingsWindowTest, WhereNothingCanBeKeptThatIsSaid)
+{
+    addQueue("office");
+    auto noPlace = setup();
+    noPlace.kept = Model::KeptSettings("/proc/lpoptions");
+    const auto window = openWindow(noPlace);
+    pressAndAnswer<QDialog>(*window, "Keep…",
+                            [&](QDialog &dialog) { button(dialog, "Keep")->click(); });
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "/proc/lpoptions"); }));
+}
+
+TEST_F(SettingsWindowTest, ADocumentThatIsNoPDFIsToldOfWhereItWouldBeSeen)
+{
+    addQueue("office");
+    const auto window = openWindow(setup());
+    window->openDocument(QString::fromStdString(folder.write("letter.pdf", "Dear Sir or Madam")));
+    auto *maker = window->findChild<PreviewMaker *>();
+    const QSignalSpy failed(maker, &PreviewMaker::failed);
+    EXPECT_TRUE(comesTrue([&] { return !failed.isEmpty(); }));
+}
+
+TEST_F(SettingsWindowTest, ABookletIsSeenAndASheetTurnedOver)
+{
+    addQueue("office");
+    auto sample = setup();
+    sample.document.clear();
+    const auto window = openWindow(sample);
+    choose(*window, "BookletPaperSize", "A3");
+    EXPECT_TRUE(comesTrue([&] { return button(*window, "Turn Over")->isEnabled(); }));
+    EXPECT_TRUE(says(*window, "Sheet 1, front"));
+    button(*window, "Turn Over")->click();
+    EXPECT_TRUE(says(*window, "Sheet 1, back"));
+    EXPECT_FALSE(button(*window, "Print Now")->isEnabled()) << "there is no document to print";
+}
+
+} // namespace
