@@ -486,6 +486,14 @@ TEST_F(PreviewMakerTest, TheCoverOfABookletIsItsOuterSheet)
     EXPECT_EQ("SheetFeedBypass", sheets[0].tray);
 }
 
+TEST_F(PreviewMakerTest, TheBackCoverOfABookletIsItsLastSide)
+{
+    // One page makes a booklet of two sides: enough for a cover, where the page alone is not.
+    const auto sheets = sheetsOf(
+        job("BookletPaperSize=A4 UseBackCover=True BackCoverPrintStyle=Print1", documentOf(1)));
+    EXPECT_THAT(rowsOf(sheets), ElementsAre(Row{kJob, 0, 1}, Row{kBack, 2, -1}));
+}
+
 TEST_F(PreviewMakerTest, CoversOfAPDFQueueAreOfTheJobsPaper)
 {
     _ppd = KL_SAMPLE_PDF_PPD;
