@@ -608,14 +608,14 @@ TEST_F(QueueSettingsTest, OddOptionsDoNoHarm)
 
 TEST_F(QueueSettingsTest, DamagedLinesOfThePPDDoNoHarm)
 {
-    QueueSettings settings = minimal(
-        std::string(kMarkers) + "*KLSettingSource PrintMode: \"\"\n*KLSettingSource: \"x\"\n"
-                                "*KLSettingSource PrintMode: \"com.kalmira.username\"\n"
-                                "*KLChoiceSource PrintMode: \"PrintMode\"\n"
-                                "*KLChoiceSource PrintMode: \"PrintMode Private\"\n"
-                                "*KLChoiceSource Code: \"Duplex None Too Many\"\n"
-                                "*KLSettingRule Digits: \"x\"\n*KLSettingValue .: \"\"\n"
-                                "*de.Code True/<zz>a: \"\"\n");
+    QueueSettings settings = minimal(std::string(kMarkers) +
+                                     "*KLSettingSource PrintMode: \"\"\n*KLSettingSource: \"x\"\n"
+                                     "*KLSettingSource PrintMode: \"com.kalmira.username\"\n"
+                                     "*KLChoiceSource PrintMode: \"PrintMode\"\n"
+                                     "*KLChoiceSource PrintMode: \"PrintMode Private\"\n"
+                                     "*KLChoiceSource Code: \"Duplex None Too Many\"\n"
+                                     "*KLSettingRule Digits: \"x\"\n*KLSettingValue .: \"\"\n"
+                                     "*de.Code True/<zz>a: \"\"\n");
     for (const Page page : kPages)
         for (const Field &one : settings.fields(page))
             for (const Choice &choice : one.choices)
