@@ -66,7 +66,7 @@ std::vector<std::string_view> allWords()
             texts.push_back(choice.label);
     }
     std::ranges::sort(texts);
-    texts.erase(std::ranges::unique(texts).begin(), texts.end());
+    texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
     return texts;
 }
 

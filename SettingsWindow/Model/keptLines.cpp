@@ -199,7 +199,8 @@ std::vector<std::string> KeptLines::setsOf(const std::string &queue) const
         if (std::ranges::none_of(sets, isThere))
             sets.emplace_back(entry->set);
     }
-    std::ranges::stable_partition(sets, [](const std::string &set) { return set.empty(); });
+    std::stable_partition(sets.begin(), sets.end(),
+                          [](const std::string &set) { return set.empty(); });
     return sets;
 }
 
