@@ -293,6 +293,10 @@ void PPD::mark(const JobOptions &options)
     // The library takes what it does not change as if it did.
     for (const auto &[name, value] : options)
         list.push_back({const_cast<char *>(name.c_str()), const_cast<char *>(value.c_str())});
+    // It looks some of them up by halves.
+    std::ranges::stable_sort(list, [](const cups_option_t &left, const cups_option_t &right) {
+        return strcasecmp(left.name, right.name) < 0;
+    });
     cupsMarkOptions(_file.get(), static_cast<int>(list.size()), list.data());
     blankControlsOfCustomTexts();
 }

@@ -21,16 +21,6 @@ bool carries(const JobOptions &job, const std::string &key)
         job, [&key](const auto &option) { return optionName(option.first).key == key; });
 }
 
-std::string valueOfChoice(const PPD &ppd, const std::string &option, const std::string &choice)
-{
-    const std::string specifier = std::string(option).append(".").append(choice);
-    for (const PPD::Attribute &line : ppd.attributes("KLSettingValue")) {
-        if (line.specifier == specifier)
-            return line.value;
-    }
-    return choice;
-}
-
 std::optional<std::string> saidByOption(const PPD &ppd, const std::string &option)
 {
     const auto choice = ppd.markedChoice(option);
@@ -85,6 +75,16 @@ JobOptions chosenOptions(const PPD &ppd, const JobOptions &job)
             chosen.push_back(std::move(*choice));
     }
     return chosen;
+}
+
+std::string valueOfChoice(const PPD &ppd, const std::string &option, const std::string &choice)
+{
+    const std::string specifier = std::string(option).append(".").append(choice);
+    for (const PPD::Attribute &line : ppd.attributes("KLSettingValue")) {
+        if (line.specifier == specifier)
+            return line.value;
+    }
+    return choice;
 }
 
 bool feeds(const PPD &ppd, std::string_view source)

@@ -2,6 +2,7 @@
 
 #include "PPD.h"
 
+#include <string>
 #include <string_view>
 
 // Options of the PPD and attributes of the job (RFC 8011) that say a setting which has a key of its
@@ -28,6 +29,10 @@ JobOptions fedSettings(const PPD &ppd, const JobOptions &job);
 /// @param ppd  with the job's choices marked
 /// @param job  the job's own options; what they say about these PPD options does not count
 JobOptions chosenOptions(const PPD &ppd, const JobOptions &job);
+
+/// What a choice of an option says under the key that the option feeds: what a line gives for it,
+/// else its name. ("None" and "Custom" say other things, see above.)
+std::string valueOfChoice(const PPD &ppd, const std::string &option, const std::string &choice);
 
 /// Whether a line of the PPD names it as a source, letter case included.
 bool feeds(const PPD &ppd, std::string_view source);

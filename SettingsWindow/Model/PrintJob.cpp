@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace Model {
 namespace {
@@ -48,13 +49,16 @@ Platform::Descriptor openDocument(const std::string &path)
     return Platform::Descriptor();
 }
 
-/// libcups takes a list that it does not change as if it did.
-std::vector<cups_option_t> listFor(const JobOptions &options)
+/// Adds the options to a request, each to the group that it belongs to.
+void addOptions(ipp_t *request, const JobOptions &options)
 {
-    std::vector<cups_option_t> list;
+    cups_option_t *list = nullptr;
+    int count = 0;
     for (const auto &[name, value] : options)
-        list.push_back({const_cast<char *>(name.c_str()), const_cast<char *>(value.c_str())});
-    return list;
+        count = cupsAddOption(name.c_str(), value.c_str(), count, &list);
+    for (const ipp_tag_t group : {IPP_TAG_OPERATION, IPP_TAG_JOB, IPP_TAG_SUBSCRIPTION})
+        cupsEncodeOptions2(request, count, list, group);
+    cupsFreeOptions(count, list);
 }
 
 Words wordsForDocument(const std::string &path, int error)
@@ -68,9 +72,7 @@ int createJob(Connection &connection, const std::string &queue, const std::strin
 {
     ipp_t *const request = newRequest(IPP_OP_CREATE_JOB, queue);
     ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_NAME, "job-name", nullptr, title.c_str());
-    std::vector<cups_option_t> list = listFor(options);
-    for (const ipp_tag_t group : {IPP_TAG_OPERATION, IPP_TAG_JOB, IPP_TAG_SUBSCRIPTION})
-        cupsEncodeOptions2(request, static_cast<int>(list.size()), list.data(), group);
+    addOptions(request, options);
     const Response response = connection.ask(request, whyNot);
     if (!response && cupsLastError() == IPP_STATUS_ERROR_NOT_FOUND)
         *whyNot = {kQueueIsGone, {asTheyAre(queue)}};

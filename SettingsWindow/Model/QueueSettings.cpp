@@ -119,6 +119,7 @@ private:
 
     // Why not.
     std::optional<Words> whyUseless(std::size_t field) const;
+    const Choice *choiceThatSays(const QueueField &field, const std::string &value) const;
     std::optional<Words> whyForced(const QueueField &field) const;
     std::optional<Words> whyMarkerIsMissing(const QueueField &field) const;
     std::optional<Words> whyConditionFails(const Condition &condition) const;
@@ -126,6 +127,7 @@ private:
     bool holds(const Condition &condition) const;
     Words labelOfKey(std::string_view key) const;
     Words labelOfOption(const std::string &option) const;
+    Words labelOfValue(std::optional<std::size_t> field, const std::string &value) const;
     Field shown(std::size_t field) const;
 
     // Options of a job.
@@ -339,6 +341,20 @@ Words QueueSettings::Parts::labelOfOption(const std::string &option) const
     return field ? _fields[*field].field.label : asTheyAre(option);
 }
 
+/// The choice that stands for the value of a key; null when there is none.
+const Choice *QueueSettings::Parts::choiceThatSays(const QueueField &field,
+                                                   const std::string &value) const
+{
+    const bool isFeeding = field.isOption && field.option != field.key;
+    for (const Choice &choice : field.field.choices) {
+        const std::string said =
+            isFeeding ? valueOfChoice(_ppd, field.option, choice.name) : choice.name;
+        if (said == value && !(isFeeding && choice.name == "None"))
+            return &choice;
+    }
+    return nullptr;
+}
+
 std::optional<Words> QueueSettings::Parts::whyForced(const QueueField &field) const
 {
     if (!field.isOption || find(_forced, field.option) == nullptr)
@@ -350,6 +366,12 @@ std::optional<Words> QueueSettings::Parts::whyForced(const QueueField &field) co
             return Words{kSaidBy, {_fields[*source].field.label}};
     }
     return Words{kSaidElsewhere};
+}
+
+Words QueueSettings::Parts::labelOfValue(std::optional<std::size_t> field,
+                                         const std::string &value) const
+{
+    return field ? _fields[*field].labelOf(value) : asTheyAre(value);
 }
 
 std::optional<Words> QueueSettings::Parts::whyMarkerIsMissing(const QueueField &field) const
@@ -364,10 +386,7 @@ std::optional<Words> QueueSettings::Parts::whyMarkerIsMissing(const QueueField &
     if (always || isThere || choices.empty())
         return std::nullopt;
     const auto &[option, choice] = choices.front();
-    const auto owner = indexOfOption(option);
-    return Words{
-        kOnlyWith,
-        {labelOfOption(option), owner ? _fields[*owner].labelOf(choice) : asTheyAre(choice)}};
+    return Words{kOnlyWith, {labelOfOption(option), labelOfValue(indexOfOption(option), choice)}};
 }
 
 std::optional<Words> QueueSettings::Parts::whyConditionFails(const Condition &condition) const
@@ -378,9 +397,10 @@ std::optional<Words> QueueSettings::Parts::whyConditionFails(const Condition &co
     if (condition.value.empty())
         return Words{condition.isNot ? kNotWithAny : kOnlyWithAny, {label}};
     const auto other = indexOfKey(condition.key);
-    const Words choice =
-        other ? _fields[*other].labelOf(condition.value) : asTheyAre(std::string(condition.value));
-    return Words{condition.isNot ? kNotWith : kOnlyWith, {label, choice}};
+    const std::string value(condition.value);
+    const Choice *const choice = other ? choiceThatSays(_fields[*other], value) : nullptr;
+    const Words words = choice != nullptr ? choice->label : labelOfValue(other, value);
+    return Words{condition.isNot ? kNotWith : kOnlyWith, {label, words}};
 }
 
 /// Why nothing that the field is set to would have an effect.
@@ -410,10 +430,7 @@ std::optional<Words> QueueSettings::Parts::whyNotChoose(const QueueField &field,
     if (conflicts.empty())
         return std::nullopt;
     const auto &[option, choice] = conflicts.front();
-    const auto other = indexOfOption(option);
-    return Words{
-        kNotWith,
-        {labelOfOption(option), other ? _fields[*other].labelOf(choice) : asTheyAre(choice)}};
+    return Words{kNotWith, {labelOfOption(option), labelOfValue(indexOfOption(option), choice)}};
 }
 
 Field QueueSettings::Parts::shown(std::size_t index) const
@@ -424,7 +441,9 @@ Field QueueSettings::Parts::shown(std::size_t index) const
     bool canChange = !field.isOption || shown.choices.empty();
     std::optional<Words> whyNoChange;
     const auto look = [&](const std::string &value) {
-        auto why = value == effective(index) ? std::nullopt : whyNotChoose(field, value);
+        // What the queue has by itself can be had again: what it excludes has no effect then.
+        const bool isFree = value == effective(index) || value == _states[index].standard;
+        auto why = isFree ? std::nullopt : whyNotChoose(field, value);
         canChange |= !why && value != effective(index);
         if (why && !whyNoChange)
             whyNoChange = why;
@@ -555,13 +574,8 @@ std::optional<std::string> QueueSettings::Parts::valueFrom(const QueueField &fie
 std::optional<std::string> QueueSettings::Parts::valueThatFeeds(const QueueField &field,
                                                                 const std::string &text) const
 {
-    for (const Choice &choice : field.field.choices) {
-        const std::string specifier = field.option + '.' + choice.name;
-        const auto lines = _ppd.attributes("KLSettingValue");
-        const auto line = std::ranges::find(lines, specifier, &PPD::Attribute::specifier);
-        if (choice.name != "None" && text == (line != lines.end() ? line->value : choice.name))
-            return choice.name;
-    }
+    if (const Choice *choice = choiceThatSays(field, text))
+        return choice->name;
     return field.field.typed && !text.empty() ? std::optional(std::string(kTyped) + text)
                                               : std::nullopt;
 }

@@ -74,7 +74,7 @@ std::optional<Words> objectionToPlaceholders(std::string_view text)
     watermark.hasPlaceholders = true;
     try {
         watermark.text = withJobValues(text, {});
-        differsFromPageToPage(watermark, 1);
+        textOnPage(watermark, 1, 1);
     } catch (const ToolkitError &) {
         return Words{kUnknownPlaceholder};
     } catch (const std::length_error &) {
@@ -113,12 +113,12 @@ std::optional<Words> objectionToText(const QueueField &field, std::string_view t
 {
     if (std::ranges::any_of(text, Platform::isControl))
         return Words{kNoControls};
-    if (text.size() > kMostBytes)
-        return Words{kTooLong};
     for (const SettingRule &rule : field.rules) {
         if (!keepsTo(rule, text))
             return wordsFor(rule.limits);
     }
+    if (text.size() > kMostBytes)
+        return Words{kTooLong};
     if (text.empty())
         return std::nullopt;
     if (auto objection = objectionByKind(field, text))

@@ -7,6 +7,8 @@
 #include <cups/ppd.h>
 #include <filesystem>
 #include <gmock/gmock.h>
+
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -238,6 +240,124 @@ TEST_F(AskedPPDTest, WritesTheHeaderOfTheMarkedChoices)
                                    "\x1b%-12345X@PJL\n@PJL JOB NAME = \"t\" DISPLAY = \"1 u t\"\n"),
                                testing::HasSubstr("@PJL SET PAPER=THICK\n"),
                                testing::EndsWith("@PJL ENTER LANGUAGE = POSTSCRIPT\r\n")));
+}
+
+//
+// What dialogs show
+//
+
+namespace {
+
+constexpr char kDialog[] =
+    "*OpenGroup: Paper/Paper and Sides\n"
+    "*OpenUI *Tray/Paper Source: PickOne\n*OrderDependency: 10 AnySetup *Tray\n"
+    "*DefaultTray: One\n*Tray One/Tray 1: \"\"\n*Tray Two: \"\"\n*Tray Bad/K\xF6ln: \"\"\n"
+    "*CloseUI: *Tray\n*CloseGroup: Paper\n"
+    "*OpenUI *Staple/Stapling: Boolean\n*OrderDependency: 10 AnySetup *Staple\n"
+    "*DefaultStaple: False\n*Staple True/Yes: \"\"\n*Staple False/No: \"\"\n*CloseUI: *Staple\n"
+    "*JCLOpenUI *Code/Code: PickOne\n*OrderDependency: 10 JCLSetup *Code\n"
+    "*DefaultCode: None\n*Code None/None: \"\"\n*JCLCloseUI: *Code\n"
+    "*CustomCode True: \"\"\n*ParamCustomCode PIN/Your Code: 1 passcode 1 8\n"
+    "*UIConstraints: *Tray Two *Staple True\n*UIConstraints: *Staple True *Tray Two\n"
+    "*UIConstraints: *Code *Tray Two\n"
+    "*de.Translation Paper/Papier und Seiten: \"\"\n*de.Translation Tray/Fach: \"\"\n"
+    "*de.Tray One/Fach 1: \"\"\n*de.ParamCustomCode PIN/Ihr Code: \"\"\n";
+
+class ShownPPDTest : public PPDTest {
+protected:
+    void SetUp() override
+    {
+        std::string reason;
+        ppd = PPD::open(folder.write("ppd", Support::minimalPPD(kDialog)), &reason);
+        ASSERT_TRUE(ppd) << reason;
+    }
+
+    PPD::ShownOption shown(const std::string &keyword, const std::string &language = {}) const
+    {
+        const auto all = ppd->shownOptions(language);
+        const auto found = std::ranges::find(all, keyword, &PPD::ShownOption::keyword);
+        return found != all.end() ? *found : PPD::ShownOption{};
+    }
+
+    std::optional<PPD> ppd;
+};
+
+} // namespace
+
+TEST_F(ShownPPDTest, ShowsOptionsInItsOwnWords)
+{
+    const PPD::ShownOption tray = shown("Tray");
+    EXPECT_EQ("Paper Source", tray.words);
+    EXPECT_EQ("Paper", tray.group);
+    EXPECT_EQ("Paper and Sides", tray.groupWords);
+    EXPECT_FALSE(tray.isFlag);
+    EXPECT_FALSE(tray.typing);
+    ASSERT_EQ(3U, tray.choices.size());
+    EXPECT_EQ("Tray 1", tray.choices[0].words);
+    EXPECT_EQ("Two", tray.choices[1].words); // it has none: its name
+    EXPECT_EQ("K?ln", tray.choices[2].words);
+    EXPECT_TRUE(shown("Staple").isFlag);
+    EXPECT_EQ("", shown("PageRegion").keyword);
+}
+
+TEST_F(ShownPPDTest, ShowsOptionsInAnotherLanguageWhereItHasIt)
+{
+    const PPD::ShownOption tray = shown("Tray", "de_AT");
+    EXPECT_EQ("Fach", tray.words);
+    EXPECT_EQ("Papier und Seiten", tray.groupWords);
+    EXPECT_EQ("Fach 1", tray.choices[0].words);
+    EXPECT_EQ("Two", tray.choices[1].words);
+    EXPECT_EQ("Stapling", shown("Staple", "de_AT").words);
+}
+
+TEST_F(ShownPPDTest, ShowsWhatMayBeTypedAndNotItsChoice)
+{
+    const PPD::ShownOption code = shown("Code", "de");
+    ASSERT_EQ(1U, code.choices.size());
+    EXPECT_EQ("None", code.choices[0].name);
+    ASSERT_TRUE(code.typing);
+    EXPECT_EQ("Ihr Code", code.typing->words);
+    EXPECT_TRUE(code.typing->isHidden);
+    EXPECT_TRUE(code.typing->isAlone);
+    EXPECT_FALSE(code.typing->isLength);
+}
+
+TEST_F(ShownPPDTest, KnowsWhatAChoiceIsInConflictWith)
+{
+    using Choices = std::vector<std::pair<std::string, std::string>>;
+    ppd->markDefaults();
+    EXPECT_EQ(Choices(), ppd->conflictsOf("Tray", "Two"));
+    ppd->mark("Staple", "True");
+    EXPECT_EQ((Choices{{"Staple", "True"}}), ppd->conflictsOf("Tray", "Two"));
+    EXPECT_EQ(Choices(), ppd->conflictsOf("Tray", "Bad"));
+    EXPECT_EQ(Choices(), ppd->conflictsOf("Smell", "Strong"));
+}
+
+TEST_F(ShownPPDTest, KnowsWhatATypedValueIsInConflictWith)
+{
+    using Choices = std::vector<std::pair<std::string, std::string>>;
+    ppd->markDefaults();
+    ppd->mark("Tray", "Two");
+    EXPECT_EQ((Choices{{"Tray", "Two"}}), ppd->conflictsOf("Code", "Custom.12"));
+    EXPECT_EQ(Choices(), ppd->conflictsOf("Code", "None"));
+}
+
+TEST_F(ShownPPDTest, ConflictThatIsThereAlreadyKeepsNothingFromBeingChosen)
+{
+    using Choices = std::vector<std::pair<std::string, std::string>>;
+    ppd->markDefaults();
+    ppd->mark("Tray", "Two");
+    ppd->mark("Staple", "True");
+    EXPECT_EQ(Choices(), ppd->conflictsOf("Duplex", "DuplexTumble"));
+    EXPECT_EQ(Choices(), ppd->conflictsOf("Staple", "True"));
+}
+
+TEST_F(ShownPPDTest, MarksOptionsInAnyOrder)
+{
+    ppd->markDefaults();
+    ppd->mark({{"sides", "two-sided-long-edge"}, {"media", "Letter"}});
+    EXPECT_EQ("Letter", ppd->markedChoice("PageSize"));
+    EXPECT_EQ("DuplexNoTumble", ppd->markedChoice("Duplex"));
 }
 
 TEST(ParsedOptionsTest, FollowTheSyntaxOfTheScheduler)

@@ -142,6 +142,16 @@ TEST(FileURLTest, PathIsTakenByteForByte)
     EXPECT_EQ("/My Profile%20\xFF?#", url->path());
 }
 
+TEST(FileURLTest, TextIsAURLOfTheSamePath)
+{
+    EXPECT_EQ("file:///My%20Profile%2520%FF%3F%23",
+              FileURL::withPath("/My Profile%20\xFF?#")->text());
+    std::string all = "/";
+    for (int byte = 1; byte < 256; ++byte)
+        all += static_cast<char>(byte);
+    EXPECT_EQ(all, FileURL::withString(FileURL::withPath(all)->text())->path());
+}
+
 TEST(FileURLTest, OnlyAnAbsolutePathMakesAURL)
 {
     EXPECT_FALSE(FileURL::withPath(""));

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "PrivateScheduler.h"
+#include "Queues.h"
+#include "RecordingPrinter.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+/// A scheduler whose queues go to a printer that keeps its jobs: "office" and "archive" of the
+/// sample drivers, "other" of another one, and a class, "pool". All cases of the program share it.
+class QueuesTest : public testing::Test {
+protected:
+    static constexpr auto kBound = std::chrono::seconds(20);
+
+    static void SetUpTestSuite();
+
+    static Support::PrivateScheduler &scheduler() { return *_parts->scheduler; }
+    static Support::RecordingPrinter &printer() { return _parts->printer; }
+
+    static Model::ServerAddress server();
+    /// A queue of that name, as a list would have it.
+    static Model::Queue queue(const std::string &name = "office");
+
+    /// What a program of CUPS says that is run by a user with that home folder.
+    static std::string runAtHome(const std::string &home,
+                                 const std::vector<std::string> &arguments);
+
+private:
+    struct Parts {
+        Support::RecordingPrinter printer;
+        std::unique_ptr<Support::PrivateScheduler> scheduler;
+    };
+
+    static std::unique_ptr<Parts> _parts;
+};
