@@ -1,11 +1,10 @@
-// The least that a filter of this kind can cost: the calls of libcups that the filter makes, the
-// job's way into a file when it comes on standard input, and the copy onto standard output. No
+// The least that a filter of this kind can cost: the PPD functions that the filter calls, the job's
+// way into a file when it comes on standard input, and the copy onto standard output. No
 // settings, no walk, no toolkit, no error handling: only what the filter is measured against.
 //
 //   floor job-id username job-title num-copies options [ file ]
 
-#include <cups/cups.h>
-#include <cups/ppd.h>
+#include "ppdLibrary.h"
 
 #include <array>
 #include <cstdio>
@@ -49,7 +48,7 @@ int main(int argc, char *argv[])
     const int count = cupsParseOptions(argv[5], 0, &options);
     ppd_file_t *ppd = ppdOpenFile(std::getenv("PPD"));
     ppdMarkDefaults(ppd);
-    cupsMarkOptions(ppd, count, options);
+    ppdMarkOptions(ppd, count, options);
     ppdEmitJCL(ppd, stdout, std::atoi(argv[1]), argv[2], argv[3]);
     std::fflush(stdout);
 

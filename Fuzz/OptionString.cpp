@@ -4,10 +4,9 @@
 #include "KLPrintOptions.h"
 #include "Numbers.h"
 #include "Queue.h"
+#include "ppdLibrary.h"
 
 #include <algorithm>
-#include <cups/cups.h>
-#include <cups/ppd.h>
 #include <map>
 #include <set>
 #include <span>

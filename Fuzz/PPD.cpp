@@ -4,8 +4,8 @@
 #include "KLPrintOptions.h"
 #include "Queue.h"
 #include "Streams.h"
+#include "ppdLibrary.h"
 
-#include <cups/ppd.h>
 #include <map>
 #include <span>
 

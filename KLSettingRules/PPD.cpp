@@ -5,9 +5,7 @@
 #include "Text.h"
 #include "listOf.h"
 #include "markedChoices.h"
-
-#include <cups/cups.h>
-#include <cups/ppd.h>
+#include "ppdLibrary.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -297,7 +295,7 @@ void PPD::mark(const JobOptions &options)
     std::ranges::stable_sort(list, [](const cups_option_t &left, const cups_option_t &right) {
         return strcasecmp(left.name, right.name) < 0;
     });
-    cupsMarkOptions(_file.get(), static_cast<int>(list.size()), list.data());
+    ppdMarkOptions(_file.get(), static_cast<int>(list.size()), list.data());
     blankControlsOfCustomTexts();
 }
 

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-struct ppd_file_s; // libcups' own record
+struct ppd_file_s; // the PPD library's own record
 
 /// Options of a job: name and value, any bytes but NUL. No name comes up twice, letter case aside.
 using JobOptions = std::vector<std::pair<std::string, std::string>>;
@@ -20,13 +20,13 @@ JobOptions parsedOptions(const std::string &optionString);
 
 /// A queue's PPD (format 4.3), opened: its options, their choices, and which of them are marked.
 ///
-/// The one door to the library that reads PPDs: nothing else includes its header. Names of options,
-/// choices and attributes are compared without regard to letter case, as that library does. What is
-/// returned is the caller's. Owns the PPD; can be moved, not copied, and only be destroyed or
-/// assigned to once moved from. One thread.
+/// The one door to the library that reads PPDs (ppdLibrary.h): nothing else calls it. Names of
+/// options, choices and attributes are compared without regard to letter case, as that library
+/// does. What is returned is the caller's. Owns the PPD; can be moved, not copied, and only be
+/// destroyed or assigned to once moved from. One thread.
 class PPD {
 public:
-    /// Opens a PPD, all of it: where reading breaks off, libcups by itself would take what came
+    /// Opens a PPD, all of it: where reading breaks off, the library by itself would take what came
     /// before for the whole.
     /// @param whyNot  says why there is none, else becomes empty; not null
     /// @return no choice is marked in it; nullopt when the path leads to no regular file of at most
@@ -43,7 +43,8 @@ public:
 
     /// Marks the choices that a job's options name. The standard ones ("media", "sides") mark the
     /// PPD's own; a value "Custom.TEXT" or "{NAME=TEXT}" sets the parameters of a custom choice, in
-    /// whose texts each control character is a blank: libcups would write it into the job's header.
+    /// whose texts each control character is a blank: the library would write it into the job's
+    /// header.
     void mark(const JobOptions &options);
 
     /// Option keyword and choice name of every choice that is marked (see markedChoices.h); none
@@ -58,7 +59,7 @@ public:
 
     /// A line "*NAME SPECIFIER: "VALUE"" of the PPD.
     struct Attribute {
-        std::string specifier; ///< at most 40 bytes, libcups cuts what is longer; often empty
+        std::string specifier; ///< at most 40 bytes, the library cuts what is longer; often empty
         std::string value;
     };
 

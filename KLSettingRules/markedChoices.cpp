@@ -1,8 +1,7 @@
 #include "markedChoices.h"
 
 #include "listOf.h"
-
-#include <cups/ppd.h>
+#include "ppdLibrary.h"
 
 std::vector<std::pair<std::string, std::string>> markedChoices(const ppd_file_s &ppd)
 {

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-struct ppd_file_s; // libcups' own record
+struct ppd_file_s; // the PPD library's own record
 
 /// Option keyword and choice name of every choice that is marked in the PPD's groups, in PPD
 /// order: groups, then their options, then their choices. An option of which several choices are

@@ -2,8 +2,7 @@
 #include "Program.h"
 #include "TemporaryFolder.h"
 #include "Waiting.h"
-
-#include <cups/ppd.h>
+#include "ppdLibrary.h"
 
 #include <array>
 #include <csignal>

@@ -3,8 +3,8 @@
 #include "MinimalPPD.h"
 #include "Program.h"
 #include "TemporaryFolder.h"
+#include "ppdLibrary.h"
 
-#include <cups/ppd.h>
 #include <filesystem>
 #include <gmock/gmock.h>
 

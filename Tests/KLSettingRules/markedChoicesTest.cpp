@@ -1,7 +1,8 @@
 #include "markedChoices.h"
 
+#include "ppdLibrary.h"
+
 #include <cstring>
-#include <cups/ppd.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

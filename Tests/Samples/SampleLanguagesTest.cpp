@@ -1,8 +1,7 @@
 #include "Program.h"
 #include "TemporaryFolder.h"
+#include "ppdLibrary.h"
 
-#include <cups/cups.h>
-#include <cups/ppd.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

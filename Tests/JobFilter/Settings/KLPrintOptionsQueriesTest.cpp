@@ -2,8 +2,8 @@
 
 #include "KLPrintOptions.h"
 #include "QueueTest.h"
+#include "ppdLibrary.h"
 
-#include <cups/ppd.h>
 #include <span>
 
 namespace {

@@ -2,8 +2,8 @@
 
 #include "QueueTest.h"
 #include "Text.h"
+#include "ppdLibrary.h"
 
-#include <cups/ppd.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>

@@ -6,9 +6,9 @@
 #include "MinimalPPD.h"
 #include "Module.h"
 #include "TemporaryFolder.h"
+#include "ppdLibrary.h"
 
 #include <csignal>
-#include <cups/ppd.h>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
