@@ -193,7 +193,7 @@ void applyToPDF(const Booklet &booklet, const Job &job)
     SidePainter painter(document, booklet, layout);
     const std::size_t pages = document.pages().size();
     std::vector<QPDFObjectHandle> sides;
-    for (std::uint64_t side = 0; side < bookletSideCount(pages); ++side)
+    for (std::size_t side = 0; side < bookletSideCount(pages); ++side)
         sides.push_back(painter.paint(bookletSide(side, pages, booklet)));
     document.replacePages(std::move(sides));
     askForDuplex(document);

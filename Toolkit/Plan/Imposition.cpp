@@ -10,38 +10,38 @@ namespace {
 constexpr double kSmallestArea = 36;
 
 /// The fullest signature: all of the booklet when it has no more sheets than a signature may have.
-std::uint64_t sidesOfSignature(std::uint64_t pages, const Booklet &booklet)
+std::size_t sidesOfSignature(std::size_t pages, const Booklet &booklet)
 {
-    const std::uint64_t all = bookletSideCount(pages);
+    const std::size_t all = bookletSideCount(pages);
     const bool isOne = booklet.signatureSheets == 0 || booklet.signatureSheets >= all / 2;
-    return isOne ? all : booklet.signatureSheets * 2;
+    return isOne ? all : static_cast<std::size_t>(booklet.signatureSheets) * 2;
 }
 
 /// How far the innermost sheet of the fullest signature sticks out of the outermost one.
-double deepestCreep(std::uint64_t pages, const Booklet &booklet)
+double deepestCreep(std::size_t pages, const Booklet &booklet)
 {
-    const std::uint64_t sheets = sidesOfSignature(pages, booklet) / 2;
+    const std::size_t sheets = sidesOfSignature(pages, booklet) / 2;
     return sheets == 0 ? 0 : static_cast<double>(sheets - 1) * booklet.creep;
 }
 
 } // namespace
 
-std::uint64_t bookletSideCount(std::uint64_t pages)
+std::size_t bookletSideCount(std::size_t pages)
 {
     return (pages + 3) / 4 * 2;
 }
 
-SheetSide bookletSide(std::uint64_t side, std::uint64_t pages, const Booklet &booklet)
+SheetSide bookletSide(std::size_t side, std::size_t pages, const Booklet &booklet)
 {
-    const std::uint64_t sides = sidesOfSignature(pages, booklet);
-    const std::uint64_t first = side / sides * sides; // of the signature, as the last
-    const std::uint64_t last = std::min(first + sides, bookletSideCount(pages)) - 1;
+    const std::size_t sides = sidesOfSignature(pages, booklet);
+    const std::size_t first = side / sides * sides; // of the signature, as the last
+    const std::size_t last = std::min(first + sides, bookletSideCount(pages)) - 1;
 
     // Nested sheets: the outermost carries the first two and the last two pages. On a front the
     // later page is on the left, on a back the earlier one.
-    const std::uint64_t early = first + side + 1;
-    const std::uint64_t late = first + 2 * last + 2 - side;
-    const auto page = [pages](std::uint64_t number) {
+    const std::size_t early = first + side + 1;
+    const std::size_t late = first + 2 * last + 2 - side;
+    const auto page = [pages](std::size_t number) {
         return number <= pages ? std::optional(number) : std::nullopt;
     };
     SheetSide content = {page(late), page(early), (side - first) / 2, side == last};
@@ -77,7 +77,7 @@ SheetLayout sheetLayout(PageSize sheet, const Booklet &booklet)
     return {width, height, left, right};
 }
 
-SheetLayout layoutAtDepth(const SheetLayout &layout, std::uint64_t depth, std::uint64_t pages,
+SheetLayout layoutAtDepth(const SheetLayout &layout, std::size_t depth, std::size_t pages,
                           const Booklet &booklet)
 {
     const double deepest = deepestCreep(pages, booklet);

@@ -3,7 +3,7 @@
 #include "Commands.h"
 #include "PageSizes.h"
 
-#include <cstdint>
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -24,10 +24,10 @@ struct Rectangle {
 
 /// One side of a sheet. Pages are counted from 1; nullopt is a half that stays blank.
 struct SheetSide {
-    std::optional<std::uint64_t> left;
-    std::optional<std::uint64_t> right;
-    std::uint64_t depth; ///< how many sheets of the signature lie around this one
-    bool endsSignature;  ///< it is the back of the innermost sheet
+    std::optional<std::size_t> left;
+    std::optional<std::size_t> right;
+    std::size_t depth;  ///< how many sheets of the signature lie around this one
+    bool endsSignature; ///< it is the back of the innermost sheet
 };
 
 /// A sheet lying on its long edge, and where pages may stand on it.
@@ -48,13 +48,13 @@ struct Placement {
 
 /// How many sides the booklet has: two for each sheet of four pages, the last one filled up. 0 for
 /// no pages.
-std::uint64_t bookletSideCount(std::uint64_t pages);
+std::size_t bookletSideCount(std::size_t pages);
 
 /// What stands on a side.
 /// @param side   counted from 0, below bookletSideCount(): even ones are fronts, each followed by
 ///               its back
 /// @param pages  of the document, not counting those that fill the last sheet
-SheetSide bookletSide(std::uint64_t side, std::uint64_t pages, const Booklet &booklet);
+SheetSide bookletSide(std::size_t side, std::size_t pages, const Booklet &booklet);
 
 /// The size of the booklet's sheets, upright or not.
 /// @param ppdPath  @see pageSizeNamed()
@@ -77,7 +77,7 @@ SheetLayout sheetLayout(PageSize sheet, const Booklet &booklet);
 /// @param depth   of the sheet (SheetSide)
 /// @param pages   of the document
 /// @throws ToolkitError when that leaves less than 36 points for a page's width
-SheetLayout layoutAtDepth(const SheetLayout &layout, std::uint64_t depth, std::uint64_t pages,
+SheetLayout layoutAtDepth(const SheetLayout &layout, std::size_t depth, std::size_t pages,
                           const Booklet &booklet);
 
 /// How far landscape pages are turned in the booklet: counter-clockwise in one that is read from

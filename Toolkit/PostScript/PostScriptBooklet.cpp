@@ -35,8 +35,8 @@ public:
 private:
     void writeHeader();
     void writeProlog();
-    void writeSide(std::uint64_t side);
-    void writeHalf(std::uint64_t pageNumber, const Rectangle &area);
+    void writeSide(std::size_t side);
+    void writeHalf(std::size_t pageNumber, const Rectangle &area);
     PageSize mediaOf(const DSCPage &page) const;
     std::string request() const;
     std::string procSet() const;
@@ -66,7 +66,7 @@ void BookletWriter::write()
         throw ToolkitError("No page comment of the PostScript document has a page behind it.");
     writeHeader();
     writeProlog();
-    for (std::uint64_t side = 0; side < bookletSideCount(_document.pages().size()); ++side)
+    for (std::size_t side = 0; side < bookletSideCount(_document.pages().size()); ++side)
         writeSide(side);
     _writer.copyWithout(_document.trailer(), kDocumentComments);
     _writer.finish();
@@ -141,13 +141,13 @@ PageSize BookletWriter::mediaOf(const DSCPage &page) const
     return _document.mediaOf(page).value_or(_defaultSize);
 }
 
-void BookletWriter::writeSide(std::uint64_t side)
+void BookletWriter::writeSide(std::size_t side)
 {
     struct Half {
-        std::optional<std::uint64_t> page;
+        std::optional<std::size_t> page;
         Rectangle area;
     };
-    const std::uint64_t pages = _document.pages().size();
+    const std::size_t pages = _document.pages().size();
     const SheetSide content = bookletSide(side, pages, _booklet);
     const SheetLayout layout = layoutAtDepth(_layout, content.depth, pages, _booklet);
     std::array<Half, 2> halves = {{{content.left, layout.left}, {content.right, layout.right}}};
@@ -170,7 +170,7 @@ void BookletWriter::writeSide(std::uint64_t side)
         _writer.call("KLToolkitBookletEnd");
 }
 
-void BookletWriter::writeHalf(std::uint64_t pageNumber, const Rectangle &area)
+void BookletWriter::writeHalf(std::size_t pageNumber, const Rectangle &area)
 {
     const DSCPage &page = _document.pages()[pageNumber - 1];
     const PageSize media = mediaOf(page);

@@ -15,8 +15,8 @@
 namespace {
 
 constexpr char kLine[] = "CRIT: no room\n";
-volatile std::size_t tooMuch = PTRDIFF_MAX; // more than there ever is
-void *volatile memory;                      // seen to be used: the compiler leaves no request out
+volatile std::size_t tooMuch = SIZE_MAX; // all there can be; on 32 bits half of it is to be had
+void *volatile memory;                   // seen to be used: the compiler leaves no request out
 
 /// Asks C++ and C in turn for memory that cannot be had.
 void askForTooMuch(int way)

@@ -23,11 +23,11 @@ Booklet bookletOf(std::uint64_t signatureSheets, Ordering ordering = Ordering::L
 
 /// Folds each signature in the middle, its sheets one in the other, and reads one behind the other:
 /// the page numbers in reading order, 0 for a blank one.
-std::vector<std::uint64_t> read(std::uint64_t pages, const Booklet &booklet)
+std::vector<std::size_t> read(std::size_t pages, const Booklet &booklet)
 {
-    std::vector<std::uint64_t> book;
-    std::vector<std::uint64_t> secondHalf;
-    for (std::uint64_t side = 0; side < bookletSideCount(pages); ++side) {
+    std::vector<std::size_t> book;
+    std::vector<std::size_t> secondHalf;
+    for (std::size_t side = 0; side < bookletSideCount(pages); ++side) {
         const SheetSide content = bookletSide(side, pages, booklet);
         // Seen from the front, the half on the side of the fold's far end is read last.
         const bool mirrored = (side % 2 == 1) != (booklet.ordering == Ordering::RightToLeft);
@@ -41,22 +41,22 @@ std::vector<std::uint64_t> read(std::uint64_t pages, const Booklet &booklet)
     return book;
 }
 
-std::vector<std::uint64_t> numbered(std::uint64_t pages)
+std::vector<std::size_t> numbered(std::size_t pages)
 {
-    std::vector<std::uint64_t> book((pages + 3) / 4 * 4);
-    for (std::uint64_t page = 0; page < pages; ++page)
+    std::vector<std::size_t> book((pages + 3) / 4 * 4);
+    for (std::size_t page = 0; page < pages; ++page)
         book[page] = page + 1;
     return book;
 }
 
 /// The sides as text, "4|1 2|3", with "-" for a blank half.
-std::string sidesOf(std::uint64_t pages, const Booklet &booklet)
+std::string sidesOf(std::size_t pages, const Booklet &booklet)
 {
-    const auto half = [](const std::optional<std::uint64_t> &page) {
+    const auto half = [](const std::optional<std::size_t> &page) {
         return page ? std::to_string(*page) : "-";
     };
     std::string sides;
-    for (std::uint64_t side = 0; side < bookletSideCount(pages); ++side) {
+    for (std::size_t side = 0; side < bookletSideCount(pages); ++side) {
         const SheetSide content = bookletSide(side, pages, booklet);
         sides += (side == 0 ? "" : " ") + half(content.left) + "|" + half(content.right);
     }
@@ -65,7 +65,7 @@ std::string sidesOf(std::uint64_t pages, const Booklet &booklet)
 
 /// The sides of a booklet without blank halves, as they are with fewer pages or the other way
 /// round.
-std::string changed(const std::string &sides, std::uint64_t pages, Ordering ordering)
+std::string changed(const std::string &sides, std::size_t pages, Ordering ordering)
 {
     std::string text;
     std::istringstream words(sides);
@@ -85,7 +85,7 @@ std::string changed(const std::string &sides, std::uint64_t pages, Ordering orde
 
 TEST(ImpositionTest, ReadsInOrderOnceFolded)
 {
-    for (std::uint64_t pages = 1; pages <= 64; ++pages) {
+    for (std::size_t pages = 1; pages <= 64; ++pages) {
         for (const std::uint64_t sheets : {0U, 1U, 2U, 3U, 5U, 16U, 17U, 1'000'000U}) {
             EXPECT_EQ(numbered(pages), read(pages, bookletOf(sheets))) << pages << " " << sheets;
             EXPECT_EQ(numbered(pages), read(pages, bookletOf(sheets, Ordering::RightToLeft)))
@@ -112,7 +112,7 @@ TEST(ImpositionTest, SignaturesHaveTheirSheetsAndTheLastOneWhatIsNeeded)
          three + " 24|13 14|23 22|15 16|21 20|17 18|19"},
     };
     for (std::uint64_t sheets = 1; sheets <= 3; ++sheets) {
-        for (std::uint64_t pages = 1; pages <= 24; ++pages) {
+        for (std::size_t pages = 1; pages <= 24; ++pages) {
             SCOPED_TRACE(std::to_string(pages) + " pages, signatures of " + std::to_string(sheets));
             const std::string &full = expected[sheets - 1][(pages - 1) / 4];
             for (const Ordering ordering : {Ordering::LeftToRight, Ordering::RightToLeft})
@@ -125,8 +125,8 @@ TEST(ImpositionTest, SignaturesHaveTheirSheetsAndTheLastOneWhatIsNeeded)
 TEST(ImpositionTest, ASheetKnowsHowDeepItLiesAndWhetherItEndsItsSignature)
 {
     // 5 sheets in signatures of 3: three of them, then two.
-    const std::uint64_t depths[] = {0, 0, 1, 1, 2, 2, 0, 0, 1, 1};
-    for (std::uint64_t side = 0; side < 10; ++side) {
+    const std::size_t depths[] = {0, 0, 1, 1, 2, 2, 0, 0, 1, 1};
+    for (std::size_t side = 0; side < 10; ++side) {
         const SheetSide content = bookletSide(side, 20, bookletOf(3));
         EXPECT_EQ(depths[side], content.depth) << side;
         EXPECT_EQ(side == 5 || side == 9, content.endsSignature) << side;
@@ -228,7 +228,7 @@ void expectHalves(const SheetLayout &layout, double left, double right, double w
     EXPECT_EQ(600, layout.height);
 }
 
-SheetLayout atDepth(std::uint64_t depth, std::uint64_t pages, const Booklet &booklet)
+SheetLayout atDepth(std::size_t depth, std::size_t pages, const Booklet &booklet)
 {
     return layoutAtDepth(sheetLayout({600, 800}, booklet), depth, pages, booklet);
 }
@@ -239,7 +239,7 @@ TEST(ImpositionTest, WithoutCreepAllSheetsAreAlike)
 {
     Booklet booklet = kCreeping;
     booklet.creep = 0;
-    for (const std::uint64_t depth : {0U, 1U, 2U})
+    for (const std::size_t depth : {0U, 1U, 2U})
         expectHalves(atDepth(depth, 12, booklet), 30, 410, 360);
 }
 
