@@ -64,7 +64,7 @@ std::size_t jobControlBehind(std::string_view text)
 InputFile withoutJobControl(const InputFile &file)
 {
     const std::string start = file.text(0, std::min(file.size(), kLongestBefore));
-    const std::uint64_t begin = jobControlBefore(start);
+    const std::size_t begin = jobControlBefore(start);
     if (begin == 0 || !start.substr(begin).starts_with("%!"))
         return file;
     const std::uint64_t last = file.size() - std::min(file.size() - begin, kLongestBehind);
