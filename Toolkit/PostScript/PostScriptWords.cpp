@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <set>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -39,17 +41,17 @@ std::optional<PostScriptWord> PostScriptWords::next()
         else if (byte == '<' && peek() != '<')
             passHexString();
         else if (byte == '{')
-            return PostScriptWord{begin, "{", _depth++};
+            return PostScriptWord{begin, "{"};
         else if (byte == '}')
-            return PostScriptWord{begin, "}", _depth > 0 ? --_depth : 0};
+            return PostScriptWord{begin, "}"};
         else if (byte == '/')
-            return PostScriptWord{begin, "/" + takeRegular(), _depth};
+            return PostScriptWord{begin, "/" + takeRegular()};
         else if (isRegular(byte)) {
             --_position;
             std::string text = takeRegular();
             if (text == "eexec")
                 passBehind("cleartomark");
-            return PostScriptWord{begin, std::move(text), _depth};
+            return PostScriptWord{begin, std::move(text)};
         }
     }
     return std::nullopt;
@@ -129,25 +131,44 @@ std::string PostScriptWords::takeRegular()
 
 bool showsPage(PostScriptWords words)
 {
+    // What is read of a procedure, or of the program around all of them.
+    struct Body {
+        std::string name = {}; ///< that the next procedure gets
+        bool holdsOne = false; ///< a procedure without a name, which shows a page
+        bool shows = false;
+    };
+    static const std::set<std::string_view> kRunning = {"exec",   "for",  "forall", "if",
+                                                        "ifelse", "loop", "repeat", "stopped"};
     std::set<std::string> showing = {"showpage", "copypage"};
-    std::string name; ///< of the procedure that begins, or that the words stand in
-    bool bodyShows = false;
-    while (const auto word = words.next()) {
-        const bool shows = showing.contains(word->text);
-        if (word->depth > 0)
-            bodyShows = bodyShows || shows;
+    std::vector<Body> bodies(1);
+    const auto endBody = [&] {
+        const bool shows = bodies.back().shows;
+        bodies.pop_back();
+        Body &around = bodies.back();
+        if (around.name.empty())
+            around.holdsOne = around.holdsOne || shows;
         else if (shows)
-            return true;
-        else if (word->isLiteralName())
-            name = word->text.substr(1);
-        else if (word->text == "{")
-            bodyShows = false;
-        else if (word->text == "}" && bodyShows && !name.empty())
-            showing.insert(name);
-        else if (word->text == "}")
-            showing.erase(name);
+            showing.insert(around.name);
         else
-            name.clear();
+            showing.erase(around.name);
+    };
+    while (const auto word = words.next()) {
+        if (word->text == "{") {
+            bodies.emplace_back();
+        } else if (word->text == "}") {
+            if (bodies.size() > 1)
+                endBody();
+        } else if (word->text != "bind") {
+            Body &body = bodies.back();
+            body.shows = body.shows || showing.contains(word->text) ||
+                         (body.holdsOne && kRunning.contains(word->text));
+            if (word->text == "quit") // what it tells instead of the pages
+                body.shows = false;
+            body.holdsOne = false;
+            body.name = word->isLiteralName() ? word->text.substr(1) : "";
+        }
+        if (bodies.front().shows)
+            return true;
     }
     return false;
 }

@@ -2,7 +2,6 @@
 
 #include "InputFile.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <set>
@@ -13,7 +12,6 @@
 struct PostScriptWord {
     std::uint64_t begin = 0; ///< position of its first byte
     std::string text;        ///< with its slash if it has one, or a brace; long ones are cut
-    std::size_t depth = 0;   ///< of the procedures that it stands in, its own braces left out
 
     bool isLiteralName() const { return text.starts_with('/'); }
 };
@@ -43,11 +41,10 @@ private:
     FileWindow _window;
     std::uint64_t _position;
     std::uint64_t _end;
-    std::size_t _depth = 0;
     std::set<std::string_view> _absent; ///< what has been looked for in vain
 };
 
-/// Whether a program shows a page where it stands: with showpage or copypage, or with a procedure
-/// that it has made of them.
+/// Whether a program shows a page itself, under whatever condition: with showpage or copypage, or
+/// with a procedure that it has made of them.
 /// @throws ToolkitError when reading fails
 bool showsPage(PostScriptWords words);

@@ -560,8 +560,9 @@ TEST_F(DSCDocumentAheadTest, WordsThatShowAPage)
 {
     for (const auto *prolog :
          {"showpage", "copypage", "/ep { gsave showpage grestore } bind def\nep",
-          "/ep{showpage}def/eq{ep}def eq", "(\\)) <7d> showpage", "% {\n<< /a { } >> showpage",
-          "currentfile eexec\n{(</cleartomark showpage",
+          "/ep{showpage}def/eq{ep}def eq", "/x where { pop } { showpage } ifelse",
+          "/ep { x { { showpage } exec } if } def 3 { ep } bind repeat", "(\\)) <7d> showpage",
+          "% {\n<< /a { } >> showpage", "currentfile eexec\n{(</cleartomark showpage",
           "%%BeginBinary: 3\n{(<\n%%EndBinary\nshowpage"})
         EXPECT_TRUE(shows(prolog)) << prolog;
 }
@@ -571,7 +572,9 @@ TEST_F(DSCDocumentAheadTest, WordsThatShowNone)
     for (const auto *prolog :
          {"", "/ep { showpage } bind def", "/showpage { } def showpage", "/ep /showpage load def",
           "/ep { showpage } def /ep { } def ep", "(showpage) pop", "% showpage\n/x",
-          "/x where { /ep { showpage } def } if", "currentfile eexec showpage cleartomark",
+          "/x where { /ep { showpage } def } if", "/begin { /ep { showpage } def } def begin",
+          "[ { showpage } ] pop", "3 gt { (no) show showpage quit } if",
+          "currentfile eexec showpage cleartomark",
           "%%BeginData: 1 ASCII Lines\nshowpage\n%%EndData"})
         EXPECT_FALSE(shows(prolog)) << prolog;
 }
