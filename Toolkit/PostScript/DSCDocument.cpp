@@ -281,10 +281,11 @@ void DSCReader::finish()
 std::optional<std::uint64_t> DSCReader::restOfLastPage() const
 {
     const InputFile &file = _document._file;
-    const DSCPage &last = _document._pages.back();
+    const std::vector<DSCPage> &pages = _document._pages;
+    const DSCPage &last = pages.back();
     std::set<std::string> ends = {"showpage"};
-    if (_document._pages.size() > 1)
-        ends.insert(lastWordOf(file, _document._pages.front()));
+    if (pages.size() > 1)
+        ends.insert({lastWordOf(file, pages.front()), lastWordOf(file, pages.end()[-2])});
     const auto rest = lastOf(ends, {file, _document._trailer, file.size()});
     const bool isEnded = rest && lastOf(ends, {file, last.content, last.end});
     return isEnded ? std::nullopt : rest;

@@ -535,6 +535,12 @@ TEST_F(DSCDocumentTest, LastPageGoesOnBehindATrailerThatIsNone)
     }
 }
 
+TEST_F(DSCDocumentTest, EmptyFirstPageSaysNothingOfHowPagesEnd)
+{
+    EXPECT_EQ("%%EOF\n", trailer(kHead + "%%Page: 1 1\n%%Page: 2 2\na ep\n%%Page: 3 3\nb\n"
+                                         "%%Trailer\nc ep\n%%EOF\n"));
+}
+
 TEST_F(DSCDocumentTest, TrailerMayHaveTheWordsOfPages)
 {
     const std::string begin = kHead + "%%Page: 1 1\na ep\n%%Page: 2 2\nb ep\n";
