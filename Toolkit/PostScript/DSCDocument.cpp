@@ -271,6 +271,7 @@ void DSCReader::finish()
     if (const auto rest = restOfLastPage())
         readTrailerBehind(*rest);
     _document._complete = _inTrailer;
+    _document._hasPartInOnlyPage = _firstPageIsNone && _document._pages.size() == 1;
     _document._missingEndOfData = _scanner.missingEndOfData();
     _document._pages.back().end = _document._trailer;
     _document._namesOperatorDictionary = _scanner.hasSeenWatched();

@@ -74,6 +74,9 @@ public:
     /// @throws ToolkitError when it cannot be read
     bool showsPageAheadOfPages() const;
 
+    /// Whether there is only one page, and it holds the end of the prolog or of the setup.
+    bool hasPartInOnlyPage() const { return _hasPartInOnlyPage; }
+
     /// Whether the end of the document is there: a %%Trailer or an %%EOF comment.
     bool isComplete() const { return _complete; }
     /// Whether the page is the one that such an end is missing behind: it may stop anywhere.
@@ -105,6 +108,7 @@ private:
     std::optional<std::uint64_t> _beginOfSetup;
     std::vector<DSCPage> _pages;
     std::uint64_t _trailer = 0;
+    bool _hasPartInOnlyPage = false;
     bool _complete = false;
     std::string_view _missingEndOfData;
     bool _namesOperatorDictionary = false;
