@@ -316,7 +316,16 @@ bool DSCDocument::hasEmptyPagesOnly() const
 
 bool DSCDocument::showsPageAheadOfPages() const
 {
-    return showsPage({_file, _headerEnd, _pages.front().begin});
+    return runsAnyOf({"showpage", "copypage"}, {_file, _headerEnd, _pages.front().begin});
+}
+
+bool DSCDocument::drawsAheadOfPages() const
+{
+    return runsAnyOf({"fill",    "eofill",  "stroke",    "rectfill",   "rectstroke", "ufill",
+                      "ueofill", "ustroke", "shfill",    "image",      "imagemask",  "colorimage",
+                      "show",    "ashow",   "widthshow", "awidthshow", "kshow",      "xshow",
+                      "yshow",   "xyshow",  "glyphshow", "cshow"},
+                     {_file, _headerEnd, _pages.front().begin});
 }
 
 DSCComment DSCDocument::pageComment(const DSCPage &page) const

@@ -129,28 +129,27 @@ std::string PostScriptWords::takeRegular()
     return text;
 }
 
-bool showsPage(PostScriptWords words)
+bool runsAnyOf(std::set<std::string> operators, PostScriptWords words)
 {
     // What is read of a procedure, or of the program around all of them.
     struct Body {
         std::string name = {}; ///< that the next procedure gets
-        bool holdsOne = false; ///< a procedure without a name, which shows a page
-        bool shows = false;
+        bool holdsOne = false; ///< a procedure without a name, which runs one of them
+        bool runsOne = false;
     };
     static const std::set<std::string_view> kRunning = {"exec",   "for",  "forall", "if",
                                                         "ifelse", "loop", "repeat", "stopped"};
-    std::set<std::string> showing = {"showpage", "copypage"};
     std::vector<Body> bodies(1);
     const auto endBody = [&] {
-        const bool shows = bodies.back().shows;
+        const bool runsOne = bodies.back().runsOne;
         bodies.pop_back();
         Body &around = bodies.back();
         if (around.name.empty())
-            around.holdsOne = around.holdsOne || shows;
-        else if (shows)
-            showing.insert(around.name);
+            around.holdsOne = around.holdsOne || runsOne;
+        else if (runsOne)
+            operators.insert(around.name);
         else
-            showing.erase(around.name);
+            operators.erase(around.name);
     };
     while (const auto word = words.next()) {
         if (word->text == "{") {
@@ -160,14 +159,14 @@ bool showsPage(PostScriptWords words)
                 endBody();
         } else if (word->text != "bind") {
             Body &body = bodies.back();
-            body.shows = body.shows || showing.contains(word->text) ||
-                         (body.holdsOne && kRunning.contains(word->text));
+            body.runsOne = body.runsOne || operators.contains(word->text) ||
+                           (body.holdsOne && kRunning.contains(word->text));
             if (word->text == "quit") // what it tells instead of the pages
-                body.shows = false;
+                body.runsOne = false;
             body.holdsOne = false;
             body.name = word->isLiteralName() ? word->text.substr(1) : "";
         }
-        if (bodies.front().shows)
+        if (bodies.front().runsOne)
             return true;
     }
     return false;
