@@ -4,7 +4,10 @@
 #include "Job.h"
 #include "Queue.h"
 #include "Streams.h"
+#include "TextPlace.h"
 #include "ToolkitError.h"
+
+#include <utility>
 
 namespace Fuzz {
 namespace {
@@ -22,18 +25,37 @@ CoverStyle styleOf(std::string_view letters, std::string_view names)
     return CoverStyle::None;
 }
 
+/// Where a watermark is that has no position.
+std::optional<TextPlace> placeOf(std::string_view letters)
+{
+    static constexpr std::pair<char, const char *> kPlaces[] = {
+        {'d', "diagonal"}, {'e', "bottom-right"}, {'i', "tiled"}, {'x', "20%,90%"}};
+    for (const auto &[letter, name] : kPlaces) {
+        if (letters.find(letter) == std::string_view::npos)
+            continue;
+        auto place = textPlaceFromText(name);
+        place->fitted = place->fitted || letters.find('w') != std::string_view::npos;
+        return place;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 ToolkitCommands::ToolkitCommands(std::string_view letters)
 {
     const auto has = [&](char letter) { return letters.find(letter) != std::string_view::npos; };
-    watermark = {.above = !has('b'),
+    watermark = {.above = has('v') || !has('b'),
                  .font = "Helvetica",
                  .angle = 30,
                  .colour = {0.5},
                  .position = {100, 200},
                  .size = 50,
-                 .text = "A i"};
+                 .text = has('#') ? "[page] [[i]] [pages]" : "A i",
+                 .pages = has('2') ? *pageSelectionFromText("2-") : PageSelection(),
+                 .overprint = has('v'),
+                 .place = placeOf(letters),
+                 .hasPlaceholders = has('#')};
     booklet = {.pageSize = "A4",
                .centreMargin = 20,
                .outerMargin = 10,

@@ -96,13 +96,17 @@ double watermarkNumber(const KLPrintOptions &options, std::string_view name,
 
 // Here each command has defaults of its own; elsewhere the same settings have others.
 
+bool hasPlaceholders(const KLPrintOptions &options)
+{
+    return watermarkOption(options, "placeholders", "") == "True";
+}
+
 /// Whether the job asks for a place that the toolkit has to find, page by page.
 bool isPlacedByToolkit(const KLPrintOptions &options)
 {
     return !watermarkOption(options, "place", "").empty() ||
            !watermarkOption(options, "distance", "").empty() ||
-           !watermarkOption(options, "fit", "").empty() ||
-           watermarkOption(options, "placeholders", "") == "True";
+           !watermarkOption(options, "fit", "").empty() || hasPlaceholders(options);
 }
 
 /// Where the text lies, for the page size of the job or, by the toolkit, for that of each page.
@@ -131,7 +135,7 @@ void appendFurtherWatermarkArguments(const KLPrintOptions &options, Arguments &a
     const std::string fit = watermarkOption(options, "fit", "");
     if (!fit.empty())
         arguments.insert(arguments.end(), {"--fit", fit});
-    if (watermarkOption(options, "placeholders", "") == "True")
+    if (hasPlaceholders(options))
         arguments.emplace_back("--placeholders");
     if (watermarkOption(options, "overprint", "") == "True")
         arguments.emplace_back("--overprint");
@@ -144,7 +148,7 @@ void appendFurtherWatermarkArguments(const KLPrintOptions &options, Arguments &a
 std::string watermarkText(const KLPrintOptions &options, JobValues job)
 {
     std::string text = watermarkOption(options, "text", "");
-    if (watermarkOption(options, "placeholders", "") != "True")
+    if (!hasPlaceholders(options))
         return text;
     job.user = textOption(options, "com.kalmira.username", job.user);
     return withJobValues(text, job);

@@ -209,6 +209,27 @@ TEST_F(FieldsTest, PlaceOfTheWatermark)
     EXPECT_NEAR(842.0 * 0.40, corner.second - middle.second, 0.001);
 }
 
+TEST_F(FieldsTest, PlaceDistanceFitAndPlaceholdersOfTheWatermark)
+{
+    print(kToolkitQueue, document("sample.ps"),
+          {field("KLWatermarkText", "[job-id]-[page]"), field("KLWatermarkDistance", "12mm"),
+           "KLWatermarkFit=Width", "KLWatermarkReplace=True", "KLWatermarkPlace=BottomRight"});
+    EXPECT_EQ("bottom-right", argumentOf("--place"));
+    EXPECT_EQ("12mm", argumentOf("--distance"));
+    EXPECT_EQ("width", argumentOf("--fit"));
+    EXPECT_THAT(argumentOf("--text"), testing::MatchesRegex("[0-9]+-\\[page\\]"));
+    EXPECT_THAT(toolkitArguments(), Contains("--placeholders"));
+}
+
+TEST_F(FieldsTest, WatermarkOfATextOnlyHasTheArgumentsOfOldAlone)
+{
+    print(kToolkitQueue, document("sample.ps"), {"KLWatermarkText=Draft"});
+    const auto arguments = toolkitArguments();
+    for (const char *word :
+         {"--place", "--distance", "--fit", "--placeholders", "--overprint", "--pages"})
+        EXPECT_THAT(arguments, Not(Contains(word)));
+}
+
 TEST_F(FieldsTest, NoWatermarkUnlessItHasAText)
 {
     print(kToolkitQueue, document("sample.ps"), {"KLWatermarkFont=Courier", "KLWatermarkX=Left"});

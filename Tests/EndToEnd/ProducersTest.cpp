@@ -60,7 +60,11 @@ const Document kDocuments[] = {
     {.name = "qpdf-linearized.pdf"},
     {.name = "qpdf-streams.pdf"},
     {.name = "chromium-7.pdf", .pages = 7, .isKept = true},
+    {.name = "inkscape-1.ps", .pages = 1, .isKept = true},
+    {.name = "inkscape-3.pdf", .isKept = true},
     {.name = "office-7.pdf", .pages = 7, .isKept = true},
+    {.name = "r-3.pdf", .isKept = true},
+    {.name = "r-3.ps", .isLandscape = true, .isKept = true},
     {.name = "tex-7.pdf", .pages = 7, .isKept = true},
     {.name = "tex-7.ps", .pages = 7, .isKept = true},
 };

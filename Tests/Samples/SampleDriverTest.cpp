@@ -243,13 +243,14 @@ TEST_F(SampleDriverTest, EverySettingHasANameForPeople)
 
 /// The options that take typed values, and of what kind.
 const std::map<std::string, ppd_cptype_t> kFields = {
-    {"KLBoxFolder", PPD_CUSTOM_STRING},        {"KLBoxName", PPD_CUSTOM_STRING},
-    {"KLBoxNumber", PPD_CUSTOM_STRING},        {"KLBoxPassword", PPD_CUSTOM_PASSWORD},
-    {"KLCMYKProfile", PPD_CUSTOM_STRING},      {"KLCustomizedProfile", PPD_CUSTOM_STRING},
-    {"KLDepartmentCode", PPD_CUSTOM_PASSCODE}, {"KLOutputProfile", PPD_CUSTOM_STRING},
-    {"KLPrivatePIN", PPD_CUSTOM_PASSCODE},     {"KLRGBProfile", PPD_CUSTOM_STRING},
-    {"KLWatermarkAngle", PPD_CUSTOM_INT},      {"KLWatermarkSize", PPD_CUSTOM_INT},
-    {"KLWatermarkPages", PPD_CUSTOM_STRING},   {"KLWatermarkText", PPD_CUSTOM_STRING},
+    {"KLBoxFolder", PPD_CUSTOM_STRING},         {"KLBoxName", PPD_CUSTOM_STRING},
+    {"KLBoxNumber", PPD_CUSTOM_STRING},         {"KLBoxPassword", PPD_CUSTOM_PASSWORD},
+    {"KLCMYKProfile", PPD_CUSTOM_STRING},       {"KLCustomizedProfile", PPD_CUSTOM_STRING},
+    {"KLDepartmentCode", PPD_CUSTOM_PASSCODE},  {"KLOutputProfile", PPD_CUSTOM_STRING},
+    {"KLPrivatePIN", PPD_CUSTOM_PASSCODE},      {"KLRGBProfile", PPD_CUSTOM_STRING},
+    {"KLWatermarkAngle", PPD_CUSTOM_INT},       {"KLWatermarkSize", PPD_CUSTOM_INT},
+    {"KLWatermarkPages", PPD_CUSTOM_STRING},    {"KLWatermarkText", PPD_CUSTOM_STRING},
+    {"KLWatermarkDistance", PPD_CUSTOM_STRING},
 };
 
 TEST_F(SampleDriverTest, FieldsTakeOneTypedValueEach)
@@ -286,6 +287,23 @@ TEST_F(SampleDriverTest, NothingThatIsTypedOrChosenInAFieldReachesTheHeaderByIts
     }
 }
 
+TEST_F(SampleDriverTest, EveryPlaceOfTheWatermarkIsOneOfTheToolkits)
+{
+    std::set<std::string> places;
+    const ppd_option_t *option = ppdFindOption(ppd.get(), "KLWatermarkPlace");
+    ASSERT_NE(nullptr, option);
+    EXPECT_STREQ("None", option->defchoice);
+    for (int choice = 0; choice < option->num_choices; choice++) {
+        const std::string name = "KLWatermarkPlace." + std::string(option->choices[choice].choice);
+        if (const auto *value = ppdFindAttr(ppd.get(), "KLSettingValue", name.c_str()))
+            places.insert(value->value);
+    }
+    EXPECT_EQ(option->num_choices - 1, static_cast<int>(places.size()));
+    EXPECT_EQ((std::set<std::string>{"bottom", "bottom-left", "bottom-right", "centre", "diagonal",
+                                     "left", "right", "tiled", "top", "top-left", "top-right"}),
+              places);
+}
+
 /// The group, by its text, in which dialogs show an option; empty where they show no such option.
 std::string groupOf(const ppd_file_t *ppd, const std::string &keyword)
 {
@@ -308,6 +326,7 @@ TEST_F(SampleDriverTest, PeopleFindOptionsInTheGroupThatNamesThem)
         {"StoreToDocStore", "Document Box"},
         {"KLBoxNumber", "Document Box"},
         {"KLWatermarkText", "Watermark"},
+        {"KLWatermarkPlace", "Watermark"},
         {"ColorModel", "Colour"},
         {"KLRGBProfile", "Colour"},
         {"Staple", "Finishing"},
@@ -430,16 +449,37 @@ TEST_F(SampleDriverTest, EveryStaplingAndPunchingHasAFinishingAndNoneHasNot)
 // The printer that takes PDF
 //
 
-TEST_F(SampleDriverTest, PrinterThatTakesPDFHasAllButCovers)
+TEST_F(SampleDriverTest, PrinterThatTakesPDFHasAllButThePaperOfCovers)
 {
     const auto inPostScript = keywords();
     ppd.reset(ppdOpenFile(kPDFPPD));
     ppdMarkDefaults(ppd.get());
     auto expected = inPostScript;
-    std::erase_if(expected, [](const auto &name) { return name.find("Cover") != name.npos; });
-    EXPECT_EQ(inPostScript.size() - 8, expected.size());
+    for (const auto *option :
+         {"FrontCoverSource", "FrontCoverMediaType", "BackCoverSource", "BackCoverMediaType"})
+        EXPECT_EQ(1U, expected.erase(option)) << option;
+    expected.insert("CoverPagesInPDF");
     EXPECT_EQ(expected, keywords());
     EXPECT_THAT(header(), testing::EndsWith("\r\n@PJL ENTER LANGUAGE = PDF\r\n"));
+}
+
+TEST_F(SampleDriverTest, CoversInPDFAreForThoseWhoAskForThem)
+{
+    ppd.reset(ppdOpenFile(kPDFPPD));
+    ppdMarkDefaults(ppd.get());
+    const std::string before = header();
+    const Choices covers = {{"UseFrontCover", "True"},
+                            {"FrontCoverPrintStyle", "Print1"},
+                            {"UseBackCover", "True"},
+                            {"BackCoverPrintStyle", "Print"},
+                            {"CoverPagesInPDF", "True"}};
+    mark(covers);
+    EXPECT_EQ(0, ppdConflicts(ppd.get()));
+    EXPECT_EQ(before, header());
+    for (const char *side : {"UseFrontCover", "UseBackCover"}) {
+        mark({{side, "True"}});
+        EXPECT_LT(0, ppdConflicts(ppd.get())) << side;
+    }
 }
 
 TEST_F(SampleDriverTest, TrayOfThePrinterThatTakesPDFIsJobControl)

@@ -3,7 +3,10 @@
 #include "ToolkitError.h"
 #include "Values.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <cstdint>
 #include <map>
 #include <sstream>
 #include <utility>
@@ -11,6 +14,7 @@
 namespace {
 
 constexpr char kFont[] = "Helvetica";
+constexpr char kNoFont[] = "There is no font to draw a note of the document with";
 constexpr double kLeastSize = 2;
 constexpr double kGreatestSize = 1000;
 constexpr double kStep = 0.95; ///< from one size that is too large to the next
@@ -122,7 +126,7 @@ std::vector<TextLine> linesInBox(const std::string &text, double size, double wi
 {
     const Platform::ShapedText metrics = Platform::shapeText("", kFont, 1);
     if (!(metrics.size().height > 0))
-        throw ToolkitError("There is no font to draw a note of the document with.");
+        throw ToolkitError(fmt::format("{}.", kNoFont));
     const auto paragraphs = paragraphsOf(text);
     const double lineHeight = metrics.size().height;
     Widths widths;
@@ -144,6 +148,9 @@ std::vector<TextLine> linesInBox(const std::string &text, double size, double wi
     double baseline = height - metrics.ascent * size;
     for (const std::string &line : lines.texts) {
         auto shaped = Platform::shapeText(line, kFont, size);
+        if (shaped.missing)
+            throw ToolkitError(
+                fmt::format("{}: U+{:04X}.", kNoFont, static_cast<std::uint32_t>(*shaped.missing)));
         const double start = shares * (width - shaped.advance);
         set.push_back({std::move(shaped), {start, baseline}});
         baseline -= lineHeight * size;

@@ -29,6 +29,6 @@ struct TextLine {
 /// @param width    in points, as height is; any value
 /// @param shares   of a line's free width that stand in front of it: 0, 0.5 or 1
 /// @return places from the box's lower left corner
-/// @throws ToolkitError when there is no font
+/// @throws ToolkitError when there is no font, or none that has a character of the text
 std::vector<TextLine> linesInBox(const std::string &text, double size, double width, double height,
                                  double shares);

@@ -2,9 +2,12 @@
 
 #include "DSCScanner.h"
 #include "JobControl.h"
+#include "PostScriptWords.h"
 #include "ToolkitError.h"
 
 #include <algorithm>
+#include <set>
+#include <string>
 
 namespace {
 
@@ -42,6 +45,37 @@ void readOrientation(const DSCComment &comment, DSCOrientation &orientation)
         orientation = DSCOrientation::Landscape;
 }
 
+/// Comments that only the header of a document has.
+bool isOfHeader(const DSCComment &comment)
+{
+    return comment.is("%%BoundingBox") || comment.is("%%EndComments");
+}
+
+/// The word that a page is ended with; empty for one that ends otherwise or that says nothing.
+std::string lastWordOf(const InputFile &file, const DSCPage &page)
+{
+    static const std::set<std::string_view> kMeaningless = {"def",         "end", "grestore",
+                                                            "grestoreall", "pop", "restore"};
+    constexpr std::uint64_t kMost = 1024;
+    const std::uint64_t begin = std::max(page.content, page.end - std::min(page.end, kMost));
+    std::string last;
+    for (PostScriptWords words(file, begin, page.end); const auto word = words.next();)
+        last = word->text;
+    const bool isName = !last.empty() && !last.starts_with('/') && last != "{" && last != "}";
+    return isName && !kMeaningless.contains(last) ? last : std::string();
+}
+
+/// Where one of the words stands last.
+std::optional<std::uint64_t> lastOf(const std::set<std::string> &sought, PostScriptWords words)
+{
+    std::optional<std::uint64_t> last;
+    while (const auto word = words.next()) {
+        if (sought.contains(word->text))
+            last = word->begin;
+    }
+    return last;
+}
+
 } // namespace
 
 /// Goes through the comments in the order of the file and notes where the parts lie.
@@ -62,15 +96,21 @@ private:
     void readDocumentComment(const DSCComment &comment);
     void readPreamble(const DSCComment &comment);
     void readBody(const DSCComment &comment);
+    void readFirstPage(const DSCComment &comment);
     void readPage(const DSCComment &comment);
     void beginPage(const DSCComment &comment);
     void readTrailer(const DSCComment &comment);
     void finish();
+    std::optional<std::uint64_t> restOfLastPage() const;
+    void readTrailerBehind(std::uint64_t restOfPage);
 
     DSCDocument &_document;
     DSCScanner _scanner;
     Part _part = Part::Preamble;
     std::string_view _inside; ///< what ends the section of the preamble that is being passed
+    std::string_view _openPart = "%%EndProlog"; ///< what ends the one ahead of the pages
+    bool _firstPageIsNone = false;              ///< its comment lies in that part
+    std::optional<std::uint64_t> _setupBehindFirstPage;
     bool _inTrailer = false;
     bool _hasEnded = false; ///< of the document, or of one that is embedded without a word
 };
@@ -152,6 +192,10 @@ void DSCReader::readPreamble(const DSCComment &comment)
 
 void DSCReader::readBody(const DSCComment &comment)
 {
+    if (comment.is("%%EndProlog") || comment.is("%%EndSetup"))
+        _openPart = {};
+    else if (comment.is("%%BeginSetup"))
+        _openPart = "%%EndSetup";
     if (comment.is("%%BeginSetup") && !_document._beginOfSetup)
         _document._beginOfSetup = comment.end;
     else if (comment.is("%%BeginResource") &&
@@ -161,6 +205,12 @@ void DSCReader::readBody(const DSCComment &comment)
 
 void DSCReader::beginPage(const DSCComment &comment)
 {
+    if (_firstPageIsNone && _document._pages.size() == 1) {
+        _document._pages.clear();
+        _firstPageIsNone = false;
+        if (!_document._beginOfSetup)
+            _document._beginOfSetup = _setupBehindFirstPage;
+    }
     if (!_document._pages.empty())
         _document._pages.back().end = comment.begin;
     _document._pages.push_back({comment.begin, comment.end, comment.end});
@@ -170,8 +220,22 @@ void DSCReader::beginPage(const DSCComment &comment)
     _hasEnded = false;
 }
 
+/// Its comment may be one that stands in the prolog or in the setup, if these end only here. But
+/// there may be a document with a prolog of its own in the page.
+void DSCReader::readFirstPage(const DSCComment &comment)
+{
+    const bool endsPart = !_openPart.empty() && comment.is(_openPart);
+    _firstPageIsNone = _firstPageIsNone || endsPart;
+    if (endsPart || isOfHeader(comment))
+        _openPart = {};
+    else if (_firstPageIsNone && comment.is("%%BeginSetup") && !_setupBehindFirstPage)
+        _setupBehindFirstPage = comment.end;
+}
+
 void DSCReader::readPage(const DSCComment &comment)
 {
+    if (_document._pages.size() == 1)
+        readFirstPage(comment);
     DSCPage &page = _document._pages.back();
     if (_inTrailer || comment.is("%%Trailer") || comment.is("%%EOF")) {
         readTrailer(comment);
@@ -203,10 +267,39 @@ void DSCReader::finish()
         throw ToolkitError("The PostScript document ends inside an embedded document.");
     if (!_inTrailer)
         _document._trailer = _document._file.size();
+    _document._pages.back().end = _document._trailer;
+    if (const auto rest = restOfLastPage())
+        readTrailerBehind(*rest);
     _document._complete = _inTrailer;
+    _document._hasPartInOnlyPage = _firstPageIsNone && _document._pages.size() == 1;
     _document._missingEndOfData = _scanner.missingEndOfData();
     _document._pages.back().end = _document._trailer;
     _document._namesOperatorDictionary = _scanner.hasSeenWatched();
+}
+
+/// Where the last page goes on behind what looks like the begin of the trailer: the word that ends
+/// the pages is missing ahead of it and stands behind it.
+std::optional<std::uint64_t> DSCReader::restOfLastPage() const
+{
+    const InputFile &file = _document._file;
+    const std::vector<DSCPage> &pages = _document._pages;
+    const DSCPage &last = pages.back();
+    std::set<std::string> ends = {"showpage"};
+    if (pages.size() > 1)
+        ends.insert({lastWordOf(file, pages.front()), lastWordOf(file, pages.end()[-2])});
+    const auto rest = lastOf(ends, {file, _document._trailer, file.size()});
+    const bool isEnded = rest && lastOf(ends, {file, last.content, last.end});
+    return isEnded ? std::nullopt : rest;
+}
+
+void DSCReader::readTrailerBehind(std::uint64_t restOfPage)
+{
+    DSCScanner scanner(_document._file, restOfPage, _document._file.size());
+    auto comment = scanner.next();
+    while (comment && !comment->is("%%Trailer") && !comment->is("%%EOF"))
+        comment = scanner.next();
+    _inTrailer = comment.has_value();
+    _document._trailer = comment ? comment->begin : _document._file.size();
 }
 
 DSCDocument::DSCDocument(std::FILE *stream) : _file(withoutJobControl(InputFile(stream)))
@@ -219,6 +312,20 @@ bool DSCDocument::hasEmptyPagesOnly() const
     return _complete && std::ranges::all_of(_pages, [this](const DSCPage &page) {
                return isBlank(_file, page.content, page.end);
            });
+}
+
+bool DSCDocument::showsPageAheadOfPages() const
+{
+    return runsAnyOf({"showpage", "copypage"}, {_file, _headerEnd, _pages.front().begin});
+}
+
+bool DSCDocument::drawsAheadOfPages() const
+{
+    return runsAnyOf({"fill",    "eofill",  "stroke",    "rectfill",   "rectstroke", "ufill",
+                      "ueofill", "ustroke", "shfill",    "image",      "imagemask",  "colorimage",
+                      "show",    "ashow",   "widthshow", "awidthshow", "kshow",      "xshow",
+                      "yshow",   "xyshow",  "glyphshow", "cshow"},
+                     {_file, _headerEnd, _pages.front().begin});
 }
 
 DSCComment DSCDocument::pageComment(const DSCPage &page) const

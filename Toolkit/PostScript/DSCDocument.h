@@ -35,8 +35,8 @@ struct DSCPage {
 ///
 /// The parts follow each other without a gap: header, prolog (with defaults), setup, pages,
 /// trailer. What counts is what is there, not what comments say about it: the pages are those
-/// that have a %%Page comment, and the trailer begins at the last %%Trailer or %%EOF that no page
-/// follows.
+/// that have a %%Page comment, but for one that lies in the prolog or the setup, and the trailer
+/// begins at the last %%Trailer or %%EOF that no page follows and no rest of one.
 class DSCDocument {
 public:
     /// How the names of all procedure sets begin that the toolkit adds to a document.
@@ -70,6 +70,16 @@ public:
     /// From behind the last page to the end of the file.
     DSCRange trailer() const { return {_trailer, _file.size()}; }
 
+    /// Whether what stands ahead of the pages shows one, as far as its words tell.
+    /// @throws ToolkitError when it cannot be read
+    bool showsPageAheadOfPages() const;
+    /// Whether it leaves marks on the first one, in the same way.
+    /// @throws ToolkitError when it cannot be read
+    bool drawsAheadOfPages() const;
+
+    /// Whether there is only one page, and it holds the end of the prolog or of the setup.
+    bool hasPartInOnlyPage() const { return _hasPartInOnlyPage; }
+
     /// Whether the end of the document is there: a %%Trailer or an %%EOF comment.
     bool isComplete() const { return _complete; }
     /// Whether the page is the one that such an end is missing behind: it may stop anywhere.
@@ -101,6 +111,7 @@ private:
     std::optional<std::uint64_t> _beginOfSetup;
     std::vector<DSCPage> _pages;
     std::uint64_t _trailer = 0;
+    bool _hasPartInOnlyPage = false;
     bool _complete = false;
     std::string_view _missingEndOfData;
     bool _namesOperatorDictionary = false;

@@ -42,6 +42,14 @@ std::optional<Count> countFromValue(std::string_view value)
     return count;
 }
 
+bool endsWithEOF(const InputFile &file)
+{
+    constexpr std::uint64_t kMost = 64;
+    std::string end = file.text(file.size() - std::min(file.size(), kMost), file.size());
+    end.resize(end.find_last_not_of(" \t\r\n") + 1);
+    return end.ends_with("%%EOF");
+}
+
 } // namespace
 
 bool DSCComment::is(std::string_view keyword) const
@@ -69,6 +77,7 @@ DSCScanner::DSCScanner(const InputFile &file, std::uint64_t begin, std::uint64_t
     const auto lineEnd = start.find_first_of(kLineEnds);
     _linesEndWithCR = lineEnd != std::string::npos && start[lineEnd] == '\r' &&
                       lineEnd + 1 < start.size() && start[lineEnd + 1] != '\n';
+    _fileIsWhole = endsWithEOF(file);
 }
 
 std::optional<DSCComment> DSCScanner::next()
@@ -165,7 +174,7 @@ void DSCScanner::passOver(const DSCComment &begin, DataSection &section)
     const bool othersEnd = !section.hasNoEnd;
     if (findEndComment(section))
         return;
-    const bool reachesEnd = othersEnd && behind && *behind >= _end;
+    const bool reachesEnd = othersEnd && behind && *behind >= _end && !_fileIsWhole;
     _position = reachesEnd ? _end : begin.end;
     _before = '\n';
     _missingEndOfData = reachesEnd ? section.end : std::string_view();

@@ -82,4 +82,5 @@ private:
     DataSection _data{"%%BeginData", "%%EndData"};
     std::string_view _missingEndOfData;
     unsigned _wrongCounts = 0;
+    bool _fileIsWhole; ///< it ends with an %%EOF comment
 };

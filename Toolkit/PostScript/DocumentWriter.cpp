@@ -4,6 +4,7 @@
 #include "ToolkitError.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fmt/format.h>
 
@@ -13,6 +14,10 @@ namespace {
 /// each page by itself takes the system half as long again.
 constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
 constexpr std::string_view kEndOfCutOffPage = "%KLToolkitEndOfCutOffPage";
+
+/// On an only page that holds the end of the prolog or of the setup: with others behind it, it
+/// would be taken for none.
+constexpr std::array<std::string_view, 2> kEndsOfParts = {"%%EndProlog", "%%EndSetup"};
 
 /// The text with the run's number in place of each ".N".
 std::string withRunNumber(std::string_view text, unsigned run)
@@ -127,7 +132,10 @@ void DocumentWriter::copyContent(const DSCPage &page, std::span<const std::strin
     if (isCutOff)
         call("KLToolkitRunCutOffPage",
              fmt::format("currentfile 0 ({}) /SubFileDecode filter", end));
-    copyWithout({page.content, page.end}, keywords);
+    std::vector<std::string_view> dropped(keywords.begin(), keywords.end());
+    if (_document.hasPartInOnlyPage())
+        dropped.insert(dropped.end(), kEndsOfParts.begin(), kEndsOfParts.end());
+    copyWithout({page.content, page.end}, dropped);
     if (!isCutOff)
         return;
     // For whoever reads the comments: what follows is no data any more.

@@ -6,6 +6,7 @@
 #include "PostScriptText.h"
 #include "PrinterFeatures.h"
 #include "ProcSets.h"
+#include "ToolkitError.h"
 
 #include <algorithm>
 #include <array>
@@ -75,8 +76,6 @@ private:
     void writePages(const PageRange &pages);
     void writePage(const DSCPage &page);
     void writeBlankSide();
-    void scheduleBlankSheetSize();
-    bool choosesPaper(const DSCPage &page) const;
     std::int64_t sideCount() const;
     std::string codeOfDuplex(const std::string &choice) const;
 
@@ -101,6 +100,11 @@ CoverPagesWriter::CoverPagesWriter(const CoverPages &request, const Job &job)
 
 void CoverPagesWriter::write()
 {
+    // Marks that are shown there have a sheet of their own.
+    if (_plan.front && _document.drawsAheadOfPages() && !_document.showsPageAheadOfPages())
+        throw ToolkitError(
+            "What the PostScript document draws ahead of its first page would be lost "
+            "behind a front cover.");
     writeHeader();
     writeProlog();
     if (_plan.front)
@@ -140,9 +144,12 @@ void CoverPagesWriter::writeProlog()
 {
     const std::uint64_t procedures = _document.beginOfProcedures();
     _writer.copy({_document.header().end, procedures});
-    _writer.procedures("KLToolkitCoverPages", "", kCoverPagesProcSet);
+    _writer.procedures("KLToolkitCoverPages", "",
+                       std::string(kKeptStateProcSet).append(kCoverPagesProcSet));
     _writer.proceduresForCutOffPage();
     _writer.copy({procedures, _document.pages().front().begin});
+    if (_plan.back && _plan.back->pages.isEmpty())
+        _writer.call("KLToolkitCoverPagesPages");
 }
 
 void CoverPagesWriter::writeCover(const CoverSheet &sheet, const Cover &cover)
@@ -150,7 +157,8 @@ void CoverPagesWriter::writeCover(const CoverSheet &sheet, const Cover &cover)
     scheduleSettings(Sheet::Cover, cover.source, cover.media,
                      sheet.oneSided ? "None" : duplexInPPD(_request.duplex));
     if (sheet.pages.isEmpty()) {
-        scheduleBlankSheetSize();
+        if (_sides > 0)
+            _settings += _writer.callOf("KLToolkitCoverPagesSize");
         writeBlankSide();
     }
     writePages(sheet.pages);
@@ -201,28 +209,6 @@ void CoverPagesWriter::writeSettings()
 {
     _writer.lines(_settings);
     _settings.clear();
-}
-
-/// The sheet is as large as the page beside it, if that chooses its paper. Otherwise it is what the
-/// setup or the printer makes of it, whatever paper comments name.
-void CoverPagesWriter::scheduleBlankSheetSize()
-{
-    const auto &pages = _document.pages();
-    const DSCPage &page = _sides == 0 ? pages.front() : pages.back();
-    if (!choosesPaper(page))
-        return;
-    if (const auto size = _document.mediaOf(page))
-        _settings += _writer.callOf("KLToolkitCoverPagesSize",
-                                    postScriptNumbers(std::array{size->width, size->height}));
-}
-
-/// Whether the page names its paper, or makes a request of its own where it begins.
-bool CoverPagesWriter::choosesPaper(const DSCPage &page) const
-{
-    constexpr std::uint64_t kMostOfSetup = 4096;
-    const std::uint64_t end = std::min(page.end, page.begin + kMostOfSetup);
-    return page.media != DSCMedia::kDefault ||
-           _document.file().text(page.begin, end).find("setpagedevice") != std::string::npos;
 }
 
 void CoverPagesWriter::writeBlankSide()

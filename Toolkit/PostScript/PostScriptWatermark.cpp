@@ -320,6 +320,9 @@ void applyToPostScript(const Watermark &watermark, const Job &job)
 
     writer.copy({0, document.beginOfProcedures()});
     writer.procedures("KLToolkitWatermark", stamp.request(), stamp.procedures());
+    // What is shown ahead of the pages belongs to the first one.
+    if (document.showsPageAheadOfPages())
+        stamp.callFor(1, writer);
     std::uint64_t copied = document.beginOfProcedures();
     for (std::uint64_t number = 0; const DSCPage &page : document.pages()) {
         const bool isMarked = watermark.pages.contains(++number);

@@ -284,6 +284,9 @@ TEST(PDFAnnotationTest, EntriesThatMakeNoSenseDrawNothing)
           "/Subtype /Polygon /Rect [50 50 90 90] /Vertices << >>",
           "/Subtype /Highlight /Rect [50 50 90 90] /C [1 0 0]",
           "/Subtype /Highlight /Rect [50 50 90 90] /QuadPoints [50 50 60 60]",
+          "/Subtype /Highlight /Rect [50 50 90 90] /QuadPoints [50 90 90 90 50 50 90 50]",
+          "/Subtype /Highlight /Rect [50 50 90 90] /QuadPoints [50 90 90 90 50 50 90 50] /C []",
+          "/Subtype /Underline /Rect [50 50 90 90] /C [1 0 0]",
           "/Subtype /Unknown /Rect [50 50 90 90] /IC [1 0 0]", "/Subtype 7 /Rect [50 50 90 90]"}) {
         const Side side(std::string("/F 4 ") + entries);
         EXPECT_EQ(static_cast<std::size_t>(10 * kHeight), side.pixelsOf(kCyan)) << entries;

@@ -1,5 +1,7 @@
 #include "PDFFreeText.h"
 
+#include "ToolkitError.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -67,6 +69,17 @@ TEST(PDFFreeTextTest, ATextThatDoesNotFitIsSetSmaller)
                 linesInBox("A", 12, 60, 30, 0).at(0).text.size().height /
                     linesInBox("A", 1, 60, 30, 0).at(0).text.size().height,
                 0.01);
+}
+
+TEST(PDFFreeTextTest, ACharacterThatNoFontHasIsRefusedByItsCodePoint)
+{
+    try {
+        linesInBox("Anna\nsays \U0010FFFD and \U0010FFFC", 12, 200, 200, 0);
+        FAIL() << "not refused";
+    } catch (const ToolkitError &error) {
+        EXPECT_STREQ("There is no font to draw a note of the document with: U+10FFFD.",
+                     error.what());
+    }
 }
 
 TEST(PDFFreeTextTest, ABoxWithoutRoomEndsTheSearch)

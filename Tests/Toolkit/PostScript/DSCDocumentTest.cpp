@@ -247,6 +247,17 @@ TEST_F(DSCDocumentTest, DataWhoseEndCommentTheEndCutsOffAreContent)
         EXPECT_EQ(1U, pages(text.substr(0, size)).size()) << size;
 }
 
+TEST_F(DSCDocumentTest, DataWithoutEndReachNowhereInADocumentThatHasItsOwn)
+{
+    for (const auto *begin : {"%%BeginBinary: 999", "%%BeginData: 9 Hex Lines"}) {
+        const std::string text = kHead + "%%Page: 1 1\n" + begin + "\n%%Page: 2 2\n%%Trailer\n";
+        const DSCDocument &document = read(text + "%%EOF\n\n");
+        EXPECT_EQ(2U, document.pages().size());
+        EXPECT_TRUE(document.isComplete());
+        EXPECT_EQ("", document.missingEndOfData());
+    }
+}
+
 TEST_F(DSCDocumentTest, DataWithoutEndAndWithoutUsableCountAreNone)
 {
     EXPECT_EQ(2U, pages(kHead + "%%Page: 1 1\n%%BeginBinary: 2\n%%Page: 2 2\n").size());
@@ -469,4 +480,119 @@ TEST_F(DSCDocumentTest, EmptyPages)
                     .hasEmptyPagesOnly());
     EXPECT_FALSE(read("%!\n%%Page: 1 1\n%%Page: 2 2\nshowpage\n%%EOF\n").hasEmptyPagesOnly());
     EXPECT_FALSE(read("%!\n%%Page: 1 1\n").hasEmptyPagesOnly()); // its end is missing
+}
+
+// --- Comments in the wrong place -----------------------------------------------------------------
+
+TEST_F(DSCDocumentTest, PageCommentInThePrologIsNone)
+{
+    EXPECT_THAT(pages("%!PS-Adobe-3.0\n%%EndComments\n/a 1 def\n%%Page: 9 9\n/b 2 def\n"
+                      "%%EndProlog\n%%BeginSetup\na\n%%EndSetup\n%%Page: 1 1\nb\n%%Page: 2 2\n"),
+                ElementsAre("%%Page: 1 1\nb\n", "%%Page: 2 2\n"));
+}
+
+TEST_F(DSCDocumentTest, SetupBehindAPageCommentInThePrologIsTheDocuments)
+{
+    const std::string begin = "%!PS-Adobe-3.0\n%%EndComments\n%%Page: 9 9\n%%EndProlog\n"
+                              "%%BeginSetup\n";
+    EXPECT_EQ(begin.size(), read(begin + "a\n%%EndSetup\n%%Page: 1 1\nb\n").beginOfSetup());
+}
+
+TEST_F(DSCDocumentTest, PageCommentInTheSetupIsNone)
+{
+    EXPECT_THAT(pages("%!PS-Adobe-3.0\n%%EndComments\n%%BeginProlog\n%%EndProlog\n%%BeginSetup\n"
+                      "%%Page: 9 9\na\n%%EndSetup\n%%Page: 1 1\nb\n"),
+                ElementsAre("%%Page: 1 1\nb\n"));
+}
+
+TEST_F(DSCDocumentTest, PrologOfADocumentInTheFirstPageTellsNothing)
+{
+    const std::string inner = "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 9 9\n%%EndProlog\n";
+    EXPECT_EQ(2U, pages("%!PS-Adobe-3.0\n%%EndComments\n%%Page: 1 1\n" + inner +
+                        "showpage\n%%Page: 2 2\n")
+                      .size());
+    EXPECT_EQ(
+        2U, pages(kHead + "%%EndProlog\n%%Page: 1 1\n%%EndProlog\nshowpage\n%%Page: 2 2\n").size());
+}
+
+TEST_F(DSCDocumentTest, OnlyPageIsOneWhereverItsCommentStands)
+{
+    EXPECT_THAT(pages("%!PS-Adobe-3.0\n%%EndComments\n%%Page: 1 1\n%%EndProlog\na\n%%Trailer\n"),
+                ElementsAre("%%Page: 1 1\n%%EndProlog\na\n"));
+}
+
+TEST_F(DSCDocumentTest, LastPageGoesOnBehindATrailerThatIsNone)
+{
+    const std::string pagesBefore = kHead + "%%Page: 1 1\na ep\n%%Page: 2 2\nb\n";
+    for (const std::string rest : {"%%Trailer\nc ep\n", "%%Trailer\nc (%) % c\nep\n",
+                                   "%%EOF\nc\nep\n", "%%Trailer\nc showpage\n"}) {
+        SCOPED_TRACE(rest);
+        EXPECT_EQ("%%Trailer\nend\n%%EOF\n",
+                  trailer(pagesBefore + rest + "%%Trailer\nend\n%%EOF\n"));
+        EXPECT_TRUE(read(pagesBefore + rest + "%%EOF\n").isComplete());
+        EXPECT_EQ("", trailer(pagesBefore + rest));
+        EXPECT_FALSE(read(pagesBefore + rest).isComplete());
+    }
+}
+
+TEST_F(DSCDocumentTest, EmptyFirstPageSaysNothingOfHowPagesEnd)
+{
+    EXPECT_EQ("%%EOF\n", trailer(kHead + "%%Page: 1 1\n%%Page: 2 2\na ep\n%%Page: 3 3\nb\n"
+                                         "%%Trailer\nc ep\n%%EOF\n"));
+}
+
+TEST_F(DSCDocumentTest, TrailerMayHaveTheWordsOfPages)
+{
+    const std::string begin = kHead + "%%Page: 1 1\na ep\n%%Page: 2 2\nb ep\n";
+    for (const std::string end : {"%%Trailer\nc ep\n%%EOF\n", "%%Trailer\n/ep { } def\n%%EOF\n",
+                                  "%%Trailer\n(ep) pop % showpage\n%%EOF\n"})
+        EXPECT_EQ(end, trailer(begin + end));
+    const std::string other = "%%Trailer\nend restore\n%%EOF\n";
+    EXPECT_EQ(other, trailer(kHead + "%%Page: 1 1\na restore\n%%Page: 2 2\nb\n" + other));
+}
+
+// --- What is shown ahead of the pages ------------------------------------------------------------
+
+class DSCDocumentAheadTest : public DSCDocumentTest {
+protected:
+    const DSCDocument &ahead(const std::string &prolog)
+    {
+        return read("%!PS-Adobe-3.0\n%%EndComments\n" + prolog +
+                    "\n%%Page: 1 1\n0 0 9 9 rectfill showpage\n");
+    }
+    bool shows(const std::string &prolog) { return ahead(prolog).showsPageAheadOfPages(); }
+    bool draws(const std::string &prolog) { return ahead(prolog).drawsAheadOfPages(); }
+};
+
+TEST_F(DSCDocumentAheadTest, WordsThatShowAPage)
+{
+    for (const auto *prolog :
+         {"showpage", "copypage", "/ep { gsave showpage grestore } bind def\nep",
+          "/ep{showpage}def/eq{ep}def eq", "/x where { pop } { showpage } ifelse",
+          "/ep { x { { showpage } exec } if } def 3 { ep } bind repeat", "(\\)) <7d> showpage",
+          "% {\n<< /a { } >> showpage", "currentfile eexec\n{(</cleartomark showpage",
+          "%%BeginBinary: 3\n{(<\n%%EndBinary\nshowpage"})
+        EXPECT_TRUE(shows(prolog)) << prolog;
+}
+
+TEST_F(DSCDocumentAheadTest, WordsThatShowNone)
+{
+    for (const auto *prolog :
+         {"", "/ep { showpage } bind def", "/showpage { } def showpage", "/ep /showpage load def",
+          "/ep { showpage } def /ep { } def ep", "(showpage) pop", "% showpage\n/x",
+          "/x where { /ep { showpage } def } if", "/begin { /ep { showpage } def } def begin",
+          "[ { showpage } ] pop", "3 gt { (no) show showpage quit } if",
+          "currentfile eexec showpage cleartomark",
+          "%%BeginData: 1 ASCII Lines\nshowpage\n%%EndData"})
+        EXPECT_FALSE(shows(prolog)) << prolog;
+}
+
+TEST_F(DSCDocumentAheadTest, WordsThatLeaveMarks)
+{
+    for (const auto *prolog : {"0 0 9 9 rectfill", "/S { stroke } bind def 0 0 moveto 9 9 lineto S",
+                               "/Helvetica 9 selectfont 0 0 moveto (a) show"})
+        EXPECT_TRUE(draws(prolog)) << prolog;
+    for (const auto *prolog : {"", "0.5 setgray 2 setlinewidth", "/S { stroke } bind def showpage",
+                               "2 lt { (no) show showpage quit } if"})
+        EXPECT_FALSE(draws(prolog)) << prolog;
 }

@@ -1037,3 +1037,14 @@ TEST(PostScriptBookletTest, CutOffDataDoNotHideTheSidesBehindThem)
         EXPECT_THAT(processed(sides, CoverPages{}), HasSubstr("\n%%Pages: 2\n")) << data;
     }
 }
+
+/// The next command does not take the first side for a comment that has strayed into the setup.
+TEST(PostScriptBookletTest, PageThatBeginsWithinTheSetupStaysAPage)
+{
+    const std::string text = "%!PS-Adobe-3.0\n%%EndComments\n%%BeginSetup\n%%Page: 1 1\n"
+                             "%%EndSetup\nshowpage\n%%Trailer\n%%EOF\n";
+    CoverPages backCover;
+    backCover.back = {CoverStyle::NoPrint, "None", "Auto"};
+    EXPECT_THAT(processed(processed(text, booklet()), CoverPages{}), HasSubstr("\n%%Pages: 2\n"));
+    EXPECT_THAT(processed(processed(text, backCover), CoverPages{}), HasSubstr("\n%%Pages: 3\n"));
+}

@@ -7,6 +7,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+
 using Support::renderText;
 using testing::HasSubstr;
 using testing::Not;
@@ -24,6 +27,7 @@ std::string queuePPD()
         "*InputSlot SheetFeedBypass: \"<</MediaPosition 0>>setpagedevice\"\n"
         "*InputSlot AdditionalExternalLCF: \"<</MediaPosition 6>>setpagedevice\"\n"
         "*InputSlot Tray2: \"<</MediaPosition 2>>setpagedevice\"\n"
+        "*InputSlot OwnTransfer: \"<</MediaPosition 3>>setpagedevice {} settransfer\"\n"
         "*InputSlot Broken: \"1 0 div\"\n"
         "*InputSlot Codeless: \"\"\n"
         "*CloseUI: *InputSlot\n"
@@ -359,17 +363,6 @@ TEST(PostScriptCoverPagesTest, EverySideIsAPageWithItsNumber)
     EXPECT_EQ(6U, renderText(output, {.resolution = 10}).pages.size());
 }
 
-TEST(PostScriptCoverPagesTest, BlankSheetIsAsLargeAsThePageBesideIt)
-{
-    std::string text = pages(2).text();
-    text.insert(text.find("%%EndComments"), "%%DocumentMedia: Small 200 300 0 () ()\n");
-    text.insert(text.find("(page 1"), "<< /PageSize [200 300] >> setpagedevice ");
-    const auto sheets = renderText(processed(text, covers(NoPrint, NoPrint), queuePPD()));
-    ASSERT_EQ(4U, sheets.pages.size());
-    for (const auto &sheet : sheets.pages)
-        EXPECT_EQ(200, sheet.width());
-}
-
 namespace {
 
 /// The widths of the sheets of a document, which has some more comments in its header, with a blank
@@ -412,33 +405,23 @@ INSTANTIATE_TEST_SUITE_P(Comments, PostScriptCoverPagesSizeTest,
                              return "Comment" + std::to_string(example.index);
                          });
 
-TEST(PostScriptCoverPagesTest, BlankSheetIsAsLargeAsThePaperThatThePageBesideItNames)
-{
-    PostScriptSample sample = pages(2);
-    sample.prolog = "/small { << /PageSize [200 300] >> setpagedevice } def\n";
-    sample.pages[0] = "%%PageMedia: Small\nsmall " + sample.pages[0];
-    EXPECT_EQ(kFourSmall,
-              widthsWithBlankCovers(sample, "%%DocumentMedia: Small 200 300 0 () ()\n"));
-}
-
-TEST(PostScriptCoverPagesTest, BlankSheetHasTheSizeOfTheSetupAlsoWhereItIsThePrintersOwn)
+TEST_P(PostScriptCoverPagesSizeTest, PaperThatThePagesChooseIsNotThatOfTheCovers)
 {
     const double own = renderText(pages(1).text()).pages.at(0).width();
     PostScriptSample sample = pages(2);
-    sample.setup = "<< /PageSize currentpagedevice /PageSize get >> setpagedevice\n";
-    sample.pages[0].insert(0, "%%PageMedia: Small\n");
-    EXPECT_EQ(std::vector<double>(4, own),
-              widthsWithBlankCovers(sample, "%%DocumentMedia: Small 200 300 0 () ()\n"));
+    sample.pages[0].insert(0, "<< /PageSize [200 300] >> setpagedevice\n");
+    EXPECT_EQ((std::vector<double>{own, 200, 200, own}), widthsWithBlankCovers(sample, GetParam()));
+    sample.setup = "<< /PageSize [400 500] >> setpagedevice\n";
+    EXPECT_EQ((std::vector<double>{400, 200, 200, 400}), widthsWithBlankCovers(sample, GetParam()));
 }
 
-TEST(PostScriptCoverPagesTest, BlankSheetOfAnotherSizeLeavesThatOfTheJobAlone)
+TEST_P(PostScriptCoverPagesSizeTest, PaperThatAPageNamesIsNotThatOfTheCovers)
 {
     const double own = renderText(pages(1).text()).pages.at(0).width();
     PostScriptSample sample = pages(2);
     for (auto &page : sample.pages)
-        page.insert(0, "%%PageMedia: Small\n");
-    EXPECT_EQ((std::vector<double>{200, own, own, 200}),
-              widthsWithBlankCovers(sample, "%%DocumentMedia: Small 200 300 0 () ()\n"));
+        page.insert(0, "%%PageMedia: Large\n");
+    EXPECT_EQ(std::vector<double>(4, own), widthsWithBlankCovers(sample, GetParam()));
 }
 
 TEST(PostScriptCoverPagesTest, CoverAroundABookletWithWatermark)
@@ -475,4 +458,81 @@ TEST(PostScriptCoverPagesTest, CutOffPageDoesNotSwallowTheBackCover)
     text += "%%Page: 3 3\n(page 3: ) print showpage (open";
     EXPECT_EQ(page(1) + page(2) + page(3) + kShow + kBack + kOneSide + kShow + kJob + kTwoSides,
               deviceLog(processed(text, covers(None, NoPrint), queuePPD())));
+}
+
+// --- What the document has made of its graphics state -------------------------------------------
+
+namespace {
+
+std::vector<Support::RenderedPage> inkedSides(const std::string &document)
+{
+    const auto sides = renderText(document, {.resolution = 36}).pages;
+    std::vector<Support::RenderedPage> inked;
+    std::ranges::copy_if(sides, std::back_inserter(inked),
+                         [](const auto &side) { return side.coverage() > 0; });
+    return inked;
+}
+
+/// Whether all sides with ink come out as without covers.
+void expectSameInk(const std::string &text, CoverStyle style)
+{
+    const auto expected = inkedSides(text);
+    ASSERT_FALSE(expected.empty());
+    CoverPages request = covers(style, style);
+    request.source = request.front.source = "OwnTransfer";
+    EXPECT_TRUE(expected == inkedSides(processed(text, request, queuePPD())));
+}
+
+constexpr char kMarks[] = "20 20 moveto 90 20 lineto 20 190 lineto stroke\n"
+                          "30 50 60 50 rectfill showpage\n";
+
+} // namespace
+
+class PostScriptCoverPagesStateTest : public testing::TestWithParam<const char *> {};
+
+TEST_P(PostScriptCoverPagesStateTest, PageGoesOnWithTheStateOfTheSetup)
+{
+    PostScriptSample sample;
+    sample.setup += GetParam();
+    sample.pages = {kMarks, kMarks};
+    expectSameInk(sample.text(), NoPrint);
+}
+
+TEST_P(PostScriptCoverPagesStateTest, PageGoesOnWithTheStateThatARestoreHasBroughtBack)
+{
+    const std::string again = "level restore /level save def\n";
+    PostScriptSample sample;
+    sample.setup += GetParam() + std::string(" /level save def\n");
+    sample.pages.assign(3, again + kMarks + again);
+    expectSameInk(sample.text(), Print1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    States, PostScriptCoverPagesStateTest,
+    testing::Values("0.5 0.8 scale 9 setlinewidth 1 setlinecap [20 15] 1 setdash 1 0 0 setrgbcolor",
+                    "30 rotate 50 0 translate 9 setlinewidth 2 setlinejoin newpath 0 0 moveto\n"
+                    "90 0 lineto 20 90 lineto clip newpath",
+                    "9 setlinewidth 1 setmiterlimit [/Indexed /DeviceRGB 1 <00ff000000ff>]\n"
+                    "setcolorspace 1 setcolor 0.5 0.5 scale 100 100 moveto 300 300 lineto",
+                    "0.5 setgray 6 45 { pop } setscreen",
+                    "0.4 setgray { dup 0.5 lt { pop 0 } if } settransfer"),
+    [](const auto &example) { return "State" + std::to_string(example.index); });
+
+TEST(PostScriptCoverPagesTest, MarksOfTheSetupAreNotLostBehindAFrontCover)
+{
+    PostScriptSample sample = pages(2);
+    sample.setup += "0 0 90 90 rectfill\n";
+    for (const CoverStyle style : {NoPrint, Print1}) {
+        try {
+            processed(sample.text(), covers(style, None));
+            FAIL() << "not refused";
+        } catch (const ToolkitError &error) {
+            EXPECT_STREQ("What the PostScript document draws ahead of its first page would be lost "
+                         "behind a front cover.",
+                         error.what());
+        }
+    }
+    EXPECT_NO_THROW(processed(sample.text(), covers(None, NoPrint)));
+    sample.setup += "showpage\n";
+    EXPECT_EQ(4U, renderText(processed(sample.text(), covers(NoPrint, None))).pages.size());
 }

@@ -532,16 +532,28 @@ TEST(PostScriptWatermarkTest, LeavesNothingBehindThePage)
     EXPECT_EQ(0, sheets[3].coverage());
 }
 
-TEST(PostScriptWatermarkTest, SheetsBeforeTheFirstPageHaveNone)
+class PostScriptWatermarkAheadTest : public testing::TestWithParam<const char *> {};
+
+TEST_P(PostScriptWatermarkAheadTest, SheetAheadOfTheFirstPageHasItsWatermark)
 {
-    const PostScriptSample sample{.setup = kBlueBox + "showpage\n", .pages = {"showpage\n"}};
+    const PostScriptSample sample{.prolog = "/ep { showpage } bind def\n",
+                                  .setup = kBlueBox + GetParam() + "\n",
+                                  .pages = {"showpage\n", "showpage\n"}};
     for (const bool above : {true, false}) {
-        const auto result = rendered(processed(sample.text(), draft(above)));
-        ASSERT_EQ(2U, result.pages.size());
-        EXPECT_FALSE(result.pages[0].boxOf(kRed));
+        Watermark watermark = draft(above);
+        watermark.pages = *pageSelectionFromText("first");
+        const auto result = rendered(processed(sample.text(), watermark));
+        ASSERT_EQ(3U, result.pages.size());
+        EXPECT_TRUE(result.pages[0].boxOf(kRed));
+        EXPECT_TRUE(result.pages[0].boxOf(kBlue));
         EXPECT_TRUE(result.pages[1].boxOf(kRed));
+        EXPECT_FALSE(result.pages[2].boxOf(kRed));
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Ways, PostScriptWatermarkAheadTest,
+                         testing::Values("showpage", "copypage erasepage", "ep"),
+                         [](const auto &example) { return "Way" + std::to_string(example.index); });
 
 TEST(PostScriptWatermarkTest, BoundingBoxesTellOfTheDocumentsOwnInk)
 {

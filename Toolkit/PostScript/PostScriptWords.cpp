@@ -1,0 +1,173 @@
+#include "PostScriptWords.h"
+
+#include <algorithm>
+#include <set>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr int kEnd = -1;
+constexpr std::size_t kLongestWord = 128;
+
+bool isBlank(int byte)
+{
+    return std::string_view(" \t\r\n\f").find(static_cast<char>(byte)) != std::string_view::npos ||
+           byte == 0;
+}
+
+bool isRegular(int byte)
+{
+    return byte != kEnd && !isBlank(byte) &&
+           std::string_view("()<>[]{}/%").find(static_cast<char>(byte)) == std::string_view::npos;
+}
+
+} // namespace
+
+PostScriptWords::PostScriptWords(const InputFile &file, std::uint64_t begin, std::uint64_t end)
+    : _window(file, end), _position(begin), _end(std::min(end, file.size()))
+{
+}
+
+std::optional<PostScriptWord> PostScriptWords::next()
+{
+    while (_position < _end) {
+        const std::uint64_t begin = _position;
+        const int byte = take();
+        if (byte == '%')
+            passComment();
+        else if (byte == '(')
+            passString();
+        else if (byte == '<' && peek() != '<')
+            passHexString();
+        else if (byte == '{')
+            return PostScriptWord{begin, "{"};
+        else if (byte == '}')
+            return PostScriptWord{begin, "}"};
+        else if (byte == '/')
+            return PostScriptWord{begin, "/" + takeRegular()};
+        else if (isRegular(byte)) {
+            --_position;
+            std::string text = takeRegular();
+            if (text == "eexec")
+                passBehind("cleartomark");
+            return PostScriptWord{begin, std::move(text)};
+        }
+    }
+    return std::nullopt;
+}
+
+int PostScriptWords::peek()
+{
+    const std::string_view bytes = _window.from(_position, 1);
+    return bytes.empty() ? kEnd : static_cast<unsigned char>(bytes.front());
+}
+
+int PostScriptWords::take()
+{
+    const int byte = peek();
+    _position += byte == kEnd ? 0 : 1;
+    return byte;
+}
+
+void PostScriptWords::passComment()
+{
+    std::string text;
+    for (int byte = take(); byte != kEnd && byte != '\n' && byte != '\r'; byte = take()) {
+        if (text.size() < kLongestWord)
+            text += static_cast<char>(byte);
+    }
+    if (text.starts_with("%BeginBinary"))
+        passBehind("%%EndBinary");
+    else if (text.starts_with("%BeginData"))
+        passBehind("%%EndData");
+}
+
+void PostScriptWords::passString()
+{
+    for (int depth = 1; depth > 0;) {
+        const int byte = take();
+        if (byte == kEnd)
+            return;
+        if (byte == '\\')
+            take();
+        depth += byte == '(' ? 1 : byte == ')' ? -1 : 0;
+    }
+}
+
+void PostScriptWords::passHexString()
+{
+    for (int byte = take(); byte != kEnd && byte != '>';)
+        byte = take();
+}
+
+/// Stays where it is if the text is not there.
+void PostScriptWords::passBehind(std::string_view text)
+{
+    for (std::uint64_t position = _position; !_absent.contains(text);) {
+        const std::string_view bytes = _window.from(position, text.size());
+        if (bytes.size() < text.size()) {
+            _absent.insert(text);
+            return;
+        }
+        const auto found = bytes.find(text);
+        if (found != std::string_view::npos) {
+            _position = position + found + text.size();
+            return;
+        }
+        position += bytes.size() - text.size() + 1;
+    }
+}
+
+std::string PostScriptWords::takeRegular()
+{
+    std::string text;
+    for (; isRegular(peek()); ++_position) {
+        if (text.size() < kLongestWord)
+            text += static_cast<char>(peek());
+    }
+    return text;
+}
+
+bool runsAnyOf(std::set<std::string> operators, PostScriptWords words)
+{
+    // What is read of a procedure, or of the program around all of them.
+    struct Body {
+        std::string name = {}; ///< that the next procedure gets
+        bool holdsOne = false; ///< a procedure without a name, which runs one of them
+        bool runsOne = false;
+    };
+    static const std::set<std::string_view> kRunning = {"exec",   "for",  "forall", "if",
+                                                        "ifelse", "loop", "repeat", "stopped"};
+    std::vector<Body> bodies(1);
+    const auto endBody = [&] {
+        const bool runsOne = bodies.back().runsOne;
+        bodies.pop_back();
+        Body &around = bodies.back();
+        if (around.name.empty())
+            around.holdsOne = around.holdsOne || runsOne;
+        else if (runsOne)
+            operators.insert(around.name);
+        else
+            operators.erase(around.name);
+    };
+    while (const auto word = words.next()) {
+        if (word->text == "{") {
+            bodies.emplace_back();
+        } else if (word->text == "}") {
+            if (bodies.size() > 1)
+                endBody();
+        } else if (word->text != "bind") {
+            Body &body = bodies.back();
+            body.runsOne = body.runsOne || operators.contains(word->text) ||
+                           (body.holdsOne && kRunning.contains(word->text));
+            if (word->text == "quit") // what it tells instead of the pages
+                body.runsOne = false;
+            body.holdsOne = false;
+            body.name = word->isLiteralName() ? word->text.substr(1) : "";
+        }
+        if (bodies.front().runsOne)
+            return true;
+    }
+    return false;
+}
