@@ -698,6 +698,17 @@ TEST_F(PreviewMakerTest, WhatTakesTooMuchMemoryIsEnded)
 }
 #endif
 
+TEST_F(PreviewMakerTest, ProgramsAreFoundFromTheFolderOfTheWindow)
+{
+    maker(); // there is a program then, in whose folder there is no jobfilter-preview
+    const PreviewPrograms programs = PreviewPrograms::ofThisProgram();
+    const std::string folder = QCoreApplication::applicationDirPath().toStdString();
+    EXPECT_THAT(programs.worker.toStdString(),
+                AllOf(StartsWith(folder + "/../lib"), EndsWith("/jobfilter/jobfilter-preview")));
+    EXPECT_THAT(programs.toolkitBundle.toStdString(),
+                AllOf(StartsWith(folder + "/../lib"), EndsWith("/jobfilter/Toolkit.bundle")));
+}
+
 // --- cancelling ---
 
 TEST_F(PreviewMakerTest, ANewerJobEndsTheOlderOne)
