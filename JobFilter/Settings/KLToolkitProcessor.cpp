@@ -344,7 +344,8 @@ KLToolkitProcessor::processWithArgumentsAndReturnError(const std::string &inputP
     }
     Platform::ChildProcess toolkit(
         _toolkit.path, childArguments(arguments, inputPath, output.path()), _toolkit.file.number());
-    std::string errorText = toolkit.collectErrorText();
+    std::string errorText =
+        _hearsEverything ? toolkit.collectWholeErrorText() : toolkit.collectErrorText();
     const int status = toolkit.terminationStatus();
     if (status != 0) {
         store(error, toolkitError(status, std::move(errorText)));

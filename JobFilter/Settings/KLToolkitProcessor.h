@@ -67,6 +67,10 @@ public:
     /// job's settings name ("com.kalmira.username") stands above the one here.
     void setJobValues(JobValues job) { _job = std::move(job); }
 
+    /// Takes the words of a toolkit that ends at once for the error's description, too. Without
+    /// this they are lost, see Platform::ChildProcess::collectErrorText().
+    void hearEverything() { _hearsEverything = true; }
+
     /// Runs one toolkit command: toolkit path, the arguments, the input file, the output file.
     ///
     /// The output is a new temporary file ("toolkit-XXXXXX"). A command that worked consumes its
@@ -170,4 +174,5 @@ private:
     Platform::TrustedProgram _toolkit; ///< its file is none when only the path was given
     TextMeasurer _measureText;
     JobValues _job;
+    bool _hearsEverything = false;
 };

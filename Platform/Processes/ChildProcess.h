@@ -59,6 +59,9 @@ public:
     /// @return any bytes; empty when the child said nothing, and when asked again
     std::string collectErrorText();
 
+    /// The same, also of a child that has already ended.
+    std::string collectWholeErrorText() { return readErrorsToEnd(); }
+
     /// Waits until the child has ended. Can be asked again.
     /// @return its exit status, or the number of the signal that ended it; -1 when the system does
     ///         not tell

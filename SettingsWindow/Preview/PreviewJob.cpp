@@ -9,5 +9,6 @@ PreviewPrograms PreviewPrograms::ofThisProgram()
     PreviewPrograms built = {folder + "/jobfilter-preview", folder + "/../Toolkit.bundle"};
     if (QFileInfo(built.worker).isExecutable())
         return built;
-    return {KL_INSTALLED_PREVIEW, KL_INSTALLED_TOOLKIT};
+    const QString installed = folder + "/" KL_WAY_TO_MODULES;
+    return {installed + "/jobfilter-preview", installed + "/Toolkit.bundle"};
 }

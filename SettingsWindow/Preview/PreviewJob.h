@@ -20,8 +20,8 @@ struct PreviewPrograms {
     QString worker;        ///< jobfilter-preview
     QString toolkitBundle; ///< the folder that holds the toolkit, as a PPD names it
 
-    /// Those that belong to the running program: in a build folder the ones beside it, else the
-    /// installed ones. A QCoreApplication must be there.
+    /// Those that belong to the running program: in a build folder the ones beside it, else those
+    /// that are installed with it, wherever that is. A QCoreApplication must be there.
     static PreviewPrograms ofThisProgram();
 };
 

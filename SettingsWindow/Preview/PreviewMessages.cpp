@@ -86,12 +86,6 @@ void write(QDataStream &stream, const Sheet &sheet)
            << sheet.front << sheet.back;
 }
 
-bool isExtent(QSizeF size)
-{
-    const auto isEdge = [](double edge) { return std::isfinite(edge) && edge <= kMostPoints; };
-    return !size.isEmpty() && isEdge(size.width()) && isEdge(size.height());
-}
-
 bool read(QDataStream &stream, Sheet &sheet)
 {
     const bool known = readEnumeration(stream, sheet.kind, Sheet::Kind::BackCover) &&
@@ -101,8 +95,8 @@ bool read(QDataStream &stream, Sheet &sheet)
     stream >> frontPage >> backPage >> sheet.tray >> sheet.medium >> sheet.front >> sheet.back;
     sheet.frontPage = frontPage;
     sheet.backPage = backPage;
-    return known && frontPage >= 0 && backPage >= -1 && isExtent(sheet.front) &&
-           (!sheet.hasBack() || isExtent(sheet.back));
+    return known && frontPage >= 0 && backPage >= -1 && canBeDrawn(sheet.front) &&
+           (!sheet.hasBack() || canBeDrawn(sheet.back));
 }
 
 void write(QDataStream &stream, const Sheets &sheets)
@@ -178,6 +172,12 @@ std::optional<Message> messageOfKind(quint32 kind, const QByteArray &bytes)
 }
 
 } // namespace
+
+bool canBeDrawn(QSizeF size)
+{
+    const auto isEdge = [](double edge) { return std::isfinite(edge) && edge <= kMostPoints; };
+    return !size.isEmpty() && isEdge(size.width()) && isEdge(size.height());
+}
 
 QByteArray bytesOf(const PreviewRequest &request)
 {

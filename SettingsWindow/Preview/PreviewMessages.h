@@ -101,6 +101,9 @@ struct Failed {
 using PreviewAnswer = std::variant<Refusal, Note, PreviewAnswers::Sheets, PreviewAnswers::Picture,
                                    PreviewAnswers::Failed>;
 
+/// Whether a page's extent, in points, is one: above 0 and of a length that a page can have.
+bool canBeDrawn(QSizeF size);
+
 /// The bytes of a message.
 QByteArray bytesOf(const PreviewRequest &request);
 QByteArray bytesOf(const PreviewAnswer &answer);

@@ -146,6 +146,7 @@ ToolkitRun runToolkit(const Prepare &request, const std::string &path, KLPrintOp
         throw PreviewFailure(Failure::NoToolkit,
                              objection.value_or(request.toolkitBundle.toStdString()));
     KLToolkitProcessor processor(std::move(*toolkit));
+    processor.hearEverything();
     processor.setJobValues({.user = request.userName.toStdString(),
                             .title = request.title.toStdString(),
                             .jobId = {},
@@ -207,7 +208,7 @@ QList<QSizeF> pageSizes(const Poppler::Document &document)
     for (int number = 0; number < document.numPages(); ++number) {
         const auto page = document.page(number);
         const QSizeF size = page ? page->pageSizeF() : QSizeF();
-        sizes.append(size.isEmpty() ? kA4 : size);
+        sizes.append(canBeDrawn(size) ? size : kA4);
     }
     return sizes;
 }

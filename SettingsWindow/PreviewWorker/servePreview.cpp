@@ -108,7 +108,7 @@ PreviewAnswer drawnPage(const Poppler::Document &document, const Draw &request)
 {
     const auto page = document.page(request.page);
     const QSizeF size = page ? page->pageSizeF() : QSizeF();
-    if (size.isEmpty())
+    if (!canBeDrawn(size))
         return Failed{Failure::NotDrawn};
     const double resolution = resolutionFor(size, request.box);
     QImage image = page->renderToImage(resolution, resolution);

@@ -286,6 +286,15 @@ TEST_F(ChildProcessTest, ChildThatHasEndedAtTheFirstLookKeepsItsTextToItself)
     EXPECT_EQ(3, child.terminationStatus());
 }
 
+TEST_F(ChildProcessTest, WholeTextIsThatOfAChildThatHasEndedToo)
+{
+    ChildProcess child(script("echo early >&2; exit 3"), {});
+    waitForEndOf(child);
+    EXPECT_EQ("early\n", child.collectWholeErrorText());
+    EXPECT_EQ("", child.collectWholeErrorText());
+    EXPECT_EQ(3, child.terminationStatus());
+}
+
 TEST_F(ChildProcessTest, TextFromBeforeTheFirstLookIsCollectedWhileTheChildRuns)
 {
     ChildProcess child(script("echo early >&2; : > $D/written; sleep 0.3"), {});

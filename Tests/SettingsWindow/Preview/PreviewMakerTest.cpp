@@ -345,6 +345,20 @@ TEST_F(PreviewMakerTest, APageOfTwoHundredInchesIsAPictureLikeAnyOther)
     EXPECT_EQ(QColor(Qt::white), picture.pixelColor(90, 50));
 }
 
+TEST_F(PreviewMakerTest, APageOfNoSizeThatThereIsCannotBeDrawnAndTheOthersCan)
+{
+    Support::PDFBuilder builder;
+    builder.addPage("/MediaBox [0 0 594000000 842]", "0 0 100 100 re f");
+    builder.addPage("/MediaBox [0 0 100 100]", "0 0 50 100 re f");
+    const std::string path = folder.write("endless.pdf", builder.document());
+    EXPECT_EQ(2, sheetsOf(job("Duplex=None", path)).size());
+    maker().show(0, Side::Front, {100, 100});
+    ASSERT_TRUE(waitFor([this] { return !said.failures.empty(); }));
+    EXPECT_THAT(said.failures, ElementsAre("The page cannot be drawn."));
+    maker().show(1, Side::Front, {100, 100});
+    ASSERT_TRUE(waitFor([this] { return !said.pictures.empty(); }));
+}
+
 TEST_F(PreviewMakerTest, TheOldPictureIsForgottenWithItsJob)
 {
     const QImage sample = pictureOf(job(""), 0, Side::Front);
@@ -537,6 +551,16 @@ TEST_F(PreviewMakerTest, TheToolkitRefusesInItsOwnWordsAndTheRestIsShown)
     EXPECT_THAT(rowsOf(sheets), ElementsAre(Row{kJob, 0, -1}, Row{kJob, 1, -1}));
 }
 
+TEST_F(PreviewMakerTest, TheWordsOfAToolkitThatEndsAtOnceAreHeard)
+{
+    fs::create_directories(folder.file("Quick.bundle/Contents/Linux"));
+    folder.writeScript("Quick.bundle/Contents/Linux/toolkit", "echo No. >&2; exit 1\n");
+    _programs.toolkitBundle = QString::fromStdString(folder.file("Quick.bundle"));
+    sheetsOf(job("com.kalmira.pde.watermark.text=DRAFT BookletPaperSize=A4"));
+    EXPECT_THAT(said.refusals,
+                ElementsAre("Unable to apply watermark: No.", "Unable to apply booklet mode: No."));
+}
+
 TEST_F(PreviewMakerTest, ARefusedBookletIsShownAsPages)
 {
     const auto sheets =
@@ -697,6 +721,17 @@ TEST_F(PreviewMakerTest, WhatTakesTooMuchMemoryIsEnded)
     EXPECT_EQ("The document takes too much memory for a preview.", failureOf(job("")));
 }
 #endif
+
+TEST_F(PreviewMakerTest, ProgramsAreFoundFromTheFolderOfTheWindow)
+{
+    maker(); // there is a program then, in whose folder there is no jobfilter-preview
+    const PreviewPrograms programs = PreviewPrograms::ofThisProgram();
+    const std::string window = QCoreApplication::applicationDirPath().toStdString();
+    EXPECT_THAT(programs.worker.toStdString(),
+                AllOf(StartsWith(window + "/../lib"), EndsWith("/jobfilter/jobfilter-preview")));
+    EXPECT_THAT(programs.toolkitBundle.toStdString(),
+                AllOf(StartsWith(window + "/../lib"), EndsWith("/jobfilter/Toolkit.bundle")));
+}
 
 // --- cancelling ---
 
