@@ -151,12 +151,15 @@ void measureKindsOfPDF(const Folder &folder, const Input &nothing, int rounds)
         {"44 pages of pictures", makeLargeScan(folder)},
         {"the R manual, 59,000 objects", "/usr/share/R/doc/manual/refman.pdf"},
         {"Octave's manual, 20,000 objects", "/usr/share/doc/octave/octave.pdf"},
-        {"a scan of 20 pages", makeScan(folder, "scan", 20, "2480x3508", "plasma:fractal")}};
+        {"a scan of 20 pages",
+         makeScan(folder, "scan", 20, "2480x3508", "-seed 1 plasma:fractal")}};
     for (const auto &[name, document] : documents)
         compare("PDF: " + name + sizeOf(document), nothing,
                 {program("`qpdf --overlay`", {"qpdf", document, "--overlay", text, "--repeat=1",
                                               "--", folder.file("output")}),
                  program("`qpdf`, nothing changed", {"qpdf", document, folder.file("output")}),
+                 program("libqpdf, nothing changed, our identifier",
+                         {KL_PDF_FLOOR, document, folder.file("output")}),
                  watermark("--above", document, folder), watermark("--below", document, folder)},
                 rounds);
 }

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdio>
+#include <memory>
 #include <set>
 #include <span>
 #include <stdexcept>
@@ -22,6 +24,9 @@ namespace {
 /// The deepest page tree that is walked: far more than balanced trees have, far less than what the
 /// stack takes.
 constexpr int kMostLevels = 500;
+
+/// Bytes.
+constexpr std::size_t kLargeStream = std::size_t{128} * 1024;
 
 /// What of the catalogue does not refer to pages, and matters to how others look.
 constexpr std::array<std::string_view, 8> kKeptInCatalogue = {
@@ -161,6 +166,31 @@ std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
     return pages;
 }
 
+/// The bytes of a stream as they lie in the file, in one piece. Those that the library reads by
+/// itself come in blocks of 10 kB, and to gather them it takes half as much memory again.
+class BytesOfFile : public QPDFObjectHandle::StreamDataProvider {
+public:
+    BytesOfFile(std::shared_ptr<InputSource> file, qpdf_offset_t position, std::size_t size)
+        : _file(std::move(file)), _position(position), _size(size)
+    {
+    }
+
+    void provideStreamData(const QPDFObjGen & /*stream*/, Pipeline *output) override
+    {
+        const auto bytes = std::make_unique_for_overwrite<char[]>(_size);
+        _file->seek(_position, SEEK_SET);
+        if (_file->read(bytes.get(), _size) != _size)
+            throw std::runtime_error("a stream's bytes cannot be read");
+        output->write(reinterpret_cast<unsigned char *>(bytes.get()), _size);
+        output->finish();
+    }
+
+private:
+    std::shared_ptr<InputSource> _file;
+    qpdf_offset_t _position;
+    std::size_t _size;
+};
+
 /// Streams that have a filter go through as they are, whatever it unpacks to; what has none is
 /// compressed. The library by itself would unpack those with several filters, and metadata.
 void keepPackedStreams(QPDF &document)
@@ -168,6 +198,35 @@ void keepPackedStreams(QPDF &document)
     for (QPDFObjectHandle &object : document.getAllObjects()) {
         if (object.isStream() && object.getDict().hasKey("/Filter") && !object.isDataModified())
             object.setFilterOnWrite(false);
+    }
+}
+
+/// Whether the file begins with a header: the library counts positions from the first that it
+/// finds.
+bool beginsWithHeader(InputSource &file)
+{
+    std::array<char, 8> start = {}; // "%PDF-1.7"
+    file.seek(0, SEEK_SET);
+    const auto isDigit = [&](std::size_t i) { return start[i] >= '0' && start[i] <= '9'; };
+    return file.read(start.data(), start.size()) == start.size() &&
+           std::string_view(start.data(), start.size()).starts_with(kPDFHeader) && isDigit(5) &&
+           start[6] == '.' && isDigit(7);
+}
+
+/// To be called when the library has read all objects: if it had nothing to mend, what they say
+/// about their streams is true.
+void readLargeStreamsInOnePiece(QPDF &document, const std::shared_ptr<InputSource> &file)
+{
+    if (document.anyWarnings() || document.isEncrypted() || !beginsWithHeader(*file))
+        return;
+    for (QPDFObjectHandle &object : document.getAllObjects()) {
+        if (!object.isStream() || object.getParsedOffset() <= 0) // it was made by us
+            continue;
+        const auto size = object.getDict().getKey("/Length").getUIntValue();
+        if (size >= kLargeStream)
+            object.replaceStreamData(
+                std::make_shared<BytesOfFile>(file, object.getParsedOffset(), size),
+                QPDFObjectHandle(), QPDFObjectHandle());
     }
 }
 
@@ -216,13 +275,14 @@ void PDFDocument::Deleter::operator()(QPDF *document) const
         delete document;
 }
 
-PDFDocument::PDFDocument(const Job &job) : _owned(new QPDF, Deleter{job.endsProcess})
+PDFDocument::PDFDocument(const Job &job)
+    : _file(pdfInput(job.input)), _owned(new QPDF, Deleter{job.endsProcess})
 {
     // What the library warns about, it has mended.
     _qpdf.setSuppressWarnings(true);
     const char *whatIfDamaged = kLacksTable;
     try {
-        _qpdf.processInputSource(pdfInput(job.input));
+        _qpdf.processInputSource(_file);
         whatIfDamaged = kUnreadable;
         _pages = _pagesAsRead = pagesOf(_qpdf);
     } catch (const QPDFExc &problem) {
@@ -279,6 +339,7 @@ void PDFDocument::write(std::FILE *output)
 {
     try {
         keepPackedStreams(_qpdf);
+        readLargeStreamsInOnePiece(_qpdf, _file);
         BlockwiseOutput blocks(output);
         QPDFWriter writer(_qpdf);
         writer.setOutputPipeline(&blocks);

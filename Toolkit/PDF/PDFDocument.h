@@ -54,6 +54,7 @@ private:
 
     void refuseLostParts();
 
+    std::shared_ptr<InputSource> _file;
     std::unique_ptr<QPDF, Deleter> _owned;
     QPDF &_qpdf = *_owned;
     std::vector<QPDFObjectHandle> _pages;

@@ -136,6 +136,11 @@ double PDFPage::height() const
     return _unit * (_rotation % 180 == 0 ? _box.ury - _box.lly : _box.urx - _box.llx);
 }
 
+std::array<double, 6> PDFPage::geometry() const
+{
+    return {_box.llx, _box.lly, _box.urx, _box.ury, static_cast<double>(_rotation), _unit};
+}
+
 QPDFMatrix PDFPage::toUserSpace() const
 {
     QPDFMatrix matrix;
@@ -189,7 +194,7 @@ std::optional<QPDFObjectHandle> PDFPageForms::formOf(const PDFPage &page, const 
         return std::nullopt;
 
     QPDFObjectHandle resources = page.resources();
-    QPDFObjectHandle box = QPDFObjectHandle::newArray(bounds);
+    QPDFObjectHandle box = boxOf(bounds);
     std::string key = resources.unparse() + " " + box.unparse() + " " +
                       page.object().getKey("/StructParents").unparse();
     for (QPDFObjectHandle &part : parts)
@@ -208,4 +213,13 @@ std::optional<QPDFObjectHandle> PDFPageForms::formOf(const PDFPage &page, const 
         description.removeKey(unwanted);
     _forms.emplace(std::move(key), form);
     return form;
+}
+
+/// Forms share it: to make text of its numbers takes as long as the rest of a form.
+QPDFObjectHandle PDFPageForms::boxOf(const Rectangle &bounds)
+{
+    const auto [box, isNew] = _boxes.try_emplace({bounds.llx, bounds.lly, bounds.urx, bounds.ury});
+    if (isNew)
+        box->second = QPDFObjectHandle::newArray(bounds);
+    return box->second;
 }

@@ -4,6 +4,7 @@
 #include <qpdf/QPDFMatrix.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 
+#include <array>
 #include <map>
 #include <optional>
 #include <string>
@@ -24,6 +25,10 @@ public:
     QPDFObjectHandle::Rectangle box() const { return _box; }
     /// How far the page is turned clockwise for reading: 0, 90, 180 or 270 degrees.
     int rotation() const { return _rotation; }
+
+    /// Corners of the box, rotation and unit: where these are the same, so is all that is said
+    /// above and the way between the page and its user space.
+    std::array<double, 6> geometry() const;
 
     /// From points right of and above the lower left corner of the page as it is read, to the
     /// page's own user space.
@@ -68,6 +73,9 @@ public:
                                            const QPDFObjectHandle::Rectangle &bounds);
 
 private:
+    QPDFObjectHandle boxOf(const QPDFObjectHandle::Rectangle &bounds);
+
     QPDF &_document;
     std::map<std::string, QPDFObjectHandle> _forms;
+    std::map<std::array<double, 4>, QPDFObjectHandle> _boxes;
 };

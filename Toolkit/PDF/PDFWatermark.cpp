@@ -9,11 +9,13 @@
 #include "TextPlace.h"
 #include "watermarkText.h"
 
+#include <array>
 #include <cmath>
 #include <map>
 #include <numbers>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -85,7 +87,8 @@ private:
     std::optional<Mark> markOf(std::uint64_t page);
     void drawAbove(const PDFPage &page, const Mark &mark);
     void drawBelow(const PDFPage &page, const Mark &mark);
-    std::string drawing(const PDFPage &page, const Mark &mark, const std::string &name) const;
+    std::string drawing(const PDFPage &page, const Mark &mark, const std::string &name);
+    std::string operatorsFor(const PDFPage &page, const Mark &mark, const std::string &name) const;
     QPDFObjectHandle sharedStream(const std::string &bytes);
 
     QPDF &_document;
@@ -96,6 +99,7 @@ private:
     PDFPageForms _pageForms;
     PDFStructure _structure;
     std::map<std::string, QPDFObjectHandle> _streams;
+    std::map<std::pair<std::array<double, 6>, std::string>, std::string> _drawings;
 };
 
 Stamp::Stamp(PDFDocument &document, const Watermark &watermark)
@@ -170,9 +174,21 @@ void Stamp::drawBelow(const PDFPage &page, const Mark &mark)
     page.object().replaceKey("/Contents", QPDFObjectHandle::newArray(contents));
 }
 
-/// The operators that put the text in its places, in the page's user space. Who has a tagged page
-/// read aloud is not told of it.
-std::string Stamp::drawing(const PDFPage &page, const Mark &mark, const std::string &name) const
+/// The operators that put the text in its places, in the page's user space. To make text of their
+/// numbers takes as long as the rest of a page, and most pages of a document are alike.
+std::string Stamp::drawing(const PDFPage &page, const Mark &mark, const std::string &name)
+{
+    if (_text.differs())
+        return operatorsFor(page, mark, name);
+    const auto [drawing, isNew] = _drawings.try_emplace({page.geometry(), name});
+    if (isNew)
+        drawing->second = operatorsFor(page, mark, name);
+    return drawing->second;
+}
+
+/// Who has a tagged page read aloud is not told of the text.
+std::string Stamp::operatorsFor(const PDFPage &page, const Mark &mark,
+                                const std::string &name) const
 {
     std::string text = "/Artifact << /Type /Pagination /Subtype /Watermark >> BDC\n";
     for (const PlacedText &place :
