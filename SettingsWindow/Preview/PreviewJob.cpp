@@ -1,13 +1,15 @@
 #include "PreviewJob.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
 PreviewPrograms PreviewPrograms::ofThisProgram()
 {
     const QString folder = QCoreApplication::applicationDirPath();
-    PreviewPrograms built = {folder + "/jobfilter-preview", folder + "/../Toolkit.bundle"};
+    const PreviewPrograms built = {folder + "/jobfilter-preview", folder + "/../Toolkit.bundle"};
     if (QFileInfo(built.worker).isExecutable())
         return built;
-    return {KL_INSTALLED_PREVIEW, KL_INSTALLED_TOOLKIT};
+    const QString installed = QDir::cleanPath(folder + "/" KL_MODULES_FROM_PROGRAMS);
+    return {installed + "/jobfilter-preview", installed + "/Toolkit.bundle"};
 }
