@@ -1,12 +1,13 @@
 #include "PreviewJob.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
 PreviewPrograms PreviewPrograms::ofThisProgram()
 {
     const QString folder = QCoreApplication::applicationDirPath();
-    PreviewPrograms built = {folder + "/jobfilter-preview", folder + "/../Toolkit.bundle"};
+    const PreviewPrograms built = {folder + "/jobfilter-preview", folder + "/../Toolkit.bundle"};
     if (QFileInfo(built.worker).isExecutable())
         return built;
     const QString installed = folder + "/" KL_WAY_TO_MODULES;
