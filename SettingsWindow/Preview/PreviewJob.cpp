@@ -1,7 +1,6 @@
 #include "PreviewJob.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 
 PreviewPrograms PreviewPrograms::ofThisProgram()
