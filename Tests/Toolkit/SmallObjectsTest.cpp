@@ -74,7 +74,7 @@ TEST(SmallObjectsTest, WhatIsDeletedServesTheNextOfItsSize)
     EXPECT_NE(object, larger);
     EXPECT_EQ(object, next);
     ::operator delete(larger);
-    ::operator delete(next, 33);
+    ::operator delete(next);
 }
 
 TEST(SmallObjectsTest, AnyThreadMayDeleteThem)
