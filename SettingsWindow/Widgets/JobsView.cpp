@@ -42,13 +42,13 @@ void JobsView::follow(const PrintJob &job, const QString &title)
     row->addWidget(button);
     layout()->addWidget(widget);
 
-    const int number = job.number;
-    connect(button, &QPushButton::clicked, this, [this, number] { cancelOrDismiss(number); });
-    _rows.push_back({job, title, widget, words, button});
+    const int id = ++_lastId;
+    connect(button, &QPushButton::clicked, this, [this, id] { cancelOrDismiss(id); });
+    _rows.push_back({id, job, title, widget, words, button});
     showWords(_rows.back(), inWords(wordsFor(JobStatus::State::Waiting)), {});
     show();
     _clock.start(kPace);
-    ask(number);
+    ask(id);
 }
 
 void JobsView::askAboutAll()
@@ -57,12 +57,12 @@ void JobsView::askAboutAll()
         _clock.stop();
     for (const Row &row : _rows)
         if (!row.isAtItsEnd && !row.isAsked)
-            ask(row.job.number);
+            ask(row.id);
 }
 
-void JobsView::ask(int number)
+void JobsView::ask(int id)
 {
-    Row *row = rowOf(number);
+    Row *row = rowOf(id);
     row->isAsked = true;
     inBackground(
         this,
@@ -71,12 +71,12 @@ void JobsView::ask(int number)
             answer.status = statusOf(job, kBound, &answer.whyNot);
             return answer;
         },
-        [this, number](const Answer &answer) { take(number, answer); });
+        [this, id](const Answer &answer) { take(id, answer); });
 }
 
-void JobsView::take(int number, const Answer &answer)
+void JobsView::take(int id, const Answer &answer)
 {
-    Row *row = rowOf(number);
+    Row *row = rowOf(id);
     if (row == nullptr)
         return;
     row->isAsked = false;
@@ -102,26 +102,27 @@ void JobsView::showWords(Row &row, const QString &state, const QString &message)
     row.button->setAccessibleName(row.button->text() + QStringLiteral(": ") + row.title);
 }
 
-void JobsView::cancelOrDismiss(int number)
+void JobsView::cancelOrDismiss(int id)
 {
-    Row *row = rowOf(number);
+    Row *row = rowOf(id);
+    if (row == nullptr)
+        return;
     if (!row->isAtItsEnd) {
         inBackground(
             this, [job = row->job] { return cancel(job, kBound); },
-            [this, number](const std::optional<Model::Words> &whyNot) {
-                if (Row *cancelled = rowOf(number); whyNot && cancelled != nullptr)
+            [this, id](const std::optional<Model::Words> &whyNot) {
+                if (Row *cancelled = rowOf(id); whyNot && cancelled != nullptr)
                     showWords(*cancelled, inWords(*whyNot), {});
             });
         return;
     }
     row->widget->deleteLater();
-    std::erase_if(_rows, [&](const Row &each) { return each.job.number == number; });
+    std::erase_if(_rows, [id](const Row &each) { return each.id == id; });
     setVisible(!_rows.empty());
 }
 
-JobsView::Row *JobsView::rowOf(int number)
+JobsView::Row *JobsView::rowOf(int id)
 {
-    const auto found =
-        std::ranges::find(_rows, number, [](const Row &row) { return row.job.number; });
+    const auto found = std::ranges::find(_rows, id, &Row::id);
     return found == _rows.end() ? nullptr : &*found;
 }

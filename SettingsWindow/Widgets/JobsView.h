@@ -22,6 +22,7 @@ public:
 
 private:
     struct Row {
+        int id; ///< the number of the job is one server's alone
         Model::PrintJob job;
         QString title;
         QWidget *widget; ///< the widget tree's, as the next
@@ -36,12 +37,13 @@ private:
     };
 
     void askAboutAll();
-    void ask(int number);
-    void take(int number, const Answer &answer);
-    void cancelOrDismiss(int number);
+    void ask(int id);
+    void take(int id, const Answer &answer);
+    void cancelOrDismiss(int id);
     void showWords(Row &row, const QString &state, const QString &message);
-    Row *rowOf(int number);
+    Row *rowOf(int id);
 
     std::vector<Row> _rows;
+    int _lastId = 0;
     QTimer _clock;
 };

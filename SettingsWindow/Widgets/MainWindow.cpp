@@ -52,11 +52,17 @@ QString userName()
     return qEnvironmentVariable("USER", qEnvironmentVariable("LOGNAME"));
 }
 
+/// A command that names the document is used in other folders, too.
+QString wholePath(const QString &path)
+{
+    return path.isEmpty() ? path : QFileInfo(path).absoluteFilePath();
+}
+
 } // namespace
 
 MainWindow::MainWindow(Setup setup)
     : _setup(std::move(setup)),
-      _document(_setup.document),
+      _document(wholePath(_setup.document)),
       _printerRow(new PrinterRow(this)),
       _stack(new QStackedWidget(this)),
       _message(new QLabel(this)),
@@ -203,13 +209,12 @@ void MainWindow::showNoPrinters(const Model::QueueList &list)
     _stack->setCurrentWidget(_noPrinters);
 }
 
-QString MainWindow::printerToBeginWith() const
+QString MainWindow::printerToBeginWith()
 {
     if (printer(_setup.printer) != nullptr)
         return _setup.printer;
     if (!_setup.printer.isEmpty())
-        _message->setText(
-            tr("There is no printer %1 that is driven by jobfilter.").arg(_setup.printer));
+        say(tr("There is no printer %1 that is driven by jobfilter.").arg(_setup.printer));
     const auto standard = std::ranges::find_if(_printers, &Queue::isDefault);
     return fromModel((standard == _printers.end() ? _printers.front() : *standard).name);
 }
@@ -226,6 +231,8 @@ void MainWindow::choosePrinter(const QString &name)
     say({});
     if (session() != nullptr)
         showSession();
+    else
+        showNoSession();
     if (const Queue *queue = printer(name))
         lookAt(*queue);
 }
@@ -330,6 +337,8 @@ void MainWindow::edit(const QString &field, const QString &value)
 
 void MainWindow::beginWithSet(const std::optional<std::string> &name)
 {
+    if (session() == nullptr)
+        return; // its PPD is not there yet
     Session &current = *session();
     current.set = name;
     current.settings.reset();
@@ -349,6 +358,17 @@ void MainWindow::showSession()
     _print->setEnabled(!_document.isEmpty());
     _print->setToolTip(_document.isEmpty() ? tr("Open a document first") : QString());
     _previewDelay.start(kPreviewDelay);
+}
+
+/// Until its PPD is there, nothing can be done with a printer, nor with the one before it.
+void MainWindow::showNoSession()
+{
+    _previewDelay.stop();
+    _noPrinters->setText(tr("Looking for printers …"));
+    _stack->setCurrentWidget(_noPrinters);
+    _printerRow->showSets(false, {}, std::nullopt);
+    for (QPushButton *each : {_keep, _copy, _print})
+        each->setEnabled(false);
 }
 
 void MainWindow::showSets()
@@ -408,7 +428,7 @@ void MainWindow::chooseDocument()
 
 void MainWindow::openDocument(const QString &path)
 {
-    _document = path;
+    _document = wholePath(path);
     if (session() != nullptr)
         showSession();
 }
@@ -514,7 +534,7 @@ void MainWindow::printNow()
             return answer;
         },
         [this, title](const Answer &answer) {
-            _print->setEnabled(true);
+            _print->setEnabled(session() != nullptr && !_document.isEmpty());
             say(answer.job ? QString() : inWords(answer.whyNot));
             if (answer.job)
                 _jobs->follow(*answer.job, title);
@@ -544,9 +564,11 @@ void MainWindow::copyCommand()
     say(tr("The command is on the clipboard."));
 }
 
-/// Screen readers say it, too.
+/// Screen readers say it, too, but not again and again.
 void MainWindow::say(const QString &words)
 {
+    if (words == _message->text())
+        return;
     _message->setText(words);
     _message->setVisible(!words.isEmpty());
     if (words.isEmpty())

@@ -74,7 +74,7 @@ private:
     void lookForPrinters();
     void takePrinters(const Model::QueueList &list);
     void showNoPrinters(const Model::QueueList &list);
-    QString printerToBeginWith() const;
+    QString printerToBeginWith();
     const Model::Queue *printer(const QString &name) const;
     void choosePrinter(const QString &name);
     void lookAt(const Model::Queue &queue);
@@ -87,6 +87,7 @@ private:
     void edit(const QString &field, const QString &value);
     void beginWithSet(const std::optional<std::string> &name);
     void showSession();
+    void showNoSession();
     void showSets();
     void showPreview();
     void settleOnProblem(const Model::Problem &problem);

@@ -148,7 +148,7 @@ void PreviewPane::setNoJob(const QString &why)
 void PreviewPane::learnSheets(const QList<Sheet> &sheets)
 {
     _sheets = sheets;
-    _sheet = std::clamp<int>(_sheet, 0, static_cast<int>(sheets.size()) - 1);
+    _sheet = std::clamp<int>(_sheet, 0, std::max(0, static_cast<int>(sheets.size()) - 1));
     showSheet(_sheet);
 }
 

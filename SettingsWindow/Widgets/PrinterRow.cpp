@@ -50,6 +50,20 @@ QString stateInWords(const Queue &queue)
     return words.join(QStringLiteral(" · "));
 }
 
+/// Gives a list entries with these data. One that has them is left alone: somebody may just be
+/// choosing from it.
+void setEntries(QComboBox &list, const QVariantList &data)
+{
+    QVariantList there;
+    for (int index = 0; index < list.count(); ++index)
+        there << list.itemData(index);
+    if (there == data)
+        return;
+    list.clear();
+    for (const QVariant &each : data)
+        list.addItem({}, each);
+}
+
 QLabel *labelFor(const QString &words, QWidget *control, QWidget *parent)
 {
     auto *label = new QLabel(words, parent);
@@ -109,13 +123,18 @@ void PrinterRow::showPrinters(const std::vector<Queue> &queues, const QString &c
 {
     {
         const QSignalBlocker quiet(_printers);
-        _printers->clear();
-        for (const Queue &queue : queues) {
-            _printers->addItem(nameAndDescription(queue), fromModel(queue.name));
-            _printers->setItemData(_printers->count() - 1, stateInWords(queue), kStateRole);
-            _printers->setItemData(_printers->count() - 1, stateInWords(queue), Qt::ToolTipRole);
+        QStringList names;
+        for (const Queue &queue : queues)
+            names << fromModel(queue.name);
+        setEntries(*_printers, {names.begin(), names.end()});
+        for (int index = 0; index < static_cast<int>(queues.size()); ++index) {
+            const Queue &queue = queues[static_cast<std::size_t>(index)];
+            _printers->setItemText(index, nameAndDescription(queue));
+            _printers->setItemData(index, stateInWords(queue), kStateRole);
+            _printers->setItemData(index, stateInWords(queue), Qt::ToolTipRole);
         }
-        _printers->setCurrentIndex(_printers->findData(chosen));
+        if (const int index = _printers->findData(chosen); index != _printers->currentIndex())
+            _printers->setCurrentIndex(index);
     }
     showState(_printers->currentIndex());
 }
@@ -129,14 +148,19 @@ void PrinterRow::showState(int index)
 void PrinterRow::showSets(bool hasDefaults, const QStringList &names,
                           const std::optional<QString> &chosen)
 {
-    _sets->clear();
-    _sets->addItem(tr("The printer's own settings"));
+    QVariantList entries = {QVariant()};
     if (hasDefaults)
-        _sets->addItem(tr("My defaults"), QString());
+        entries << QString();
     for (const QString &name : names)
-        _sets->addItem(name, name);
+        entries << name;
+    setEntries(*_sets, entries);
     for (int index = 0; index < _sets->count(); ++index) {
         const QVariant set = _sets->itemData(index, kSetRole);
+        if (!set.isValid())
+            _sets->setItemText(index, tr("The printer's own settings"));
+        else
+            _sets->setItemText(index,
+                               set.toString().isEmpty() ? tr("My defaults") : set.toString());
         if (chosen ? set.isValid() && set.toString() == *chosen : !set.isValid())
             _sets->setCurrentIndex(index);
     }
