@@ -13,6 +13,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -60,6 +61,17 @@ Candidate watermark(const std::string &side, const std::string &document, const 
                    document, folder);
 }
 
+/// The same where all of a PostScript document has to be read before the first byte is written: its
+/// text could have the number of pages.
+Candidate watermarkReadFirst(const std::string &side, const std::string &document,
+                             const Folder &folder)
+{
+    return toolkit("watermark " + side + " --placeholders",
+                   {"watermark", side, "--font", "Helvetica", "--angle", "45", "--colour", "1,0,0",
+                    "--position", "150,250", "--size", "72", "--placeholders", "--text", "DRAFT"},
+                   document, folder);
+}
+
 Candidate booklet(const std::string &document, const Folder &folder)
 {
     return toolkit("booklet",
@@ -93,12 +105,17 @@ std::string title(const std::string &format, const std::string &document)
     return format + ", 2,000 pages" + sizeOf(document);
 }
 
-/// Three times as many pages: enough that what the program's start takes is a small part.
-std::string makeLongDocument(const Folder &folder, const std::string &document)
+std::string contentOf(const std::string &document)
 {
     std::ostringstream bytes;
     bytes << std::ifstream(document).rdbuf();
-    const std::string whole = bytes.str();
+    return bytes.str();
+}
+
+/// Three times as many pages: enough that what the program's start takes is a small part.
+std::string makeLongDocument(const Folder &folder, const std::string &document)
+{
+    const std::string whole = contentOf(document);
     const std::size_t pages = whole.find("%%Page: 1 ");
     const std::size_t trailer = whole.rfind("%%Trailer");
     std::ofstream file(folder.file("long.ps"));
@@ -107,6 +124,16 @@ std::string makeLongDocument(const Folder &folder, const std::string &document)
         file << whole.substr(pages, trailer - pages);
     file << whole.substr(trailer);
     return folder.file("long.ps");
+}
+
+/// The same with a last page that is turned, which none ahead of it lets expect.
+std::string makeSurprisingDocument(const Folder &folder, const std::string &document)
+{
+    constexpr std::string_view kUpright = "%%PageOrientation: Portrait";
+    std::string whole = contentOf(document);
+    whole.replace(whole.rfind(kUpright), kUpright.size(), "%%PageOrientation: Landscape");
+    std::ofstream(folder.file("surprising.ps")) << whole;
+    return folder.file("surprising.ps");
 }
 
 void measurePostScript(const Folder &folder, const Input &nothing, int rounds)
@@ -125,7 +152,15 @@ void measurePostScript(const Folder &folder, const Input &nothing, int rounds)
     const std::string longer = makeLongDocument(folder, document);
     compare("The same pages three times" + sizeOf(longer), nothing,
             {shellCommand("`cat`", "cat " + longer + " >" + folder.file("output")),
-             watermark("--above", longer, folder), watermark("--below", longer, folder)},
+             watermark("--above", longer, folder), watermark("--below", longer, folder),
+             watermarkReadFirst("--below", longer, folder), booklet(longer, folder),
+             coverPages(longer, folder)},
+            rounds);
+
+    const std::string surprising = makeSurprisingDocument(folder, longer);
+    compare("The last of these pages turned" + sizeOf(surprising), nothing,
+            {shellCommand("`cat`", "cat " + surprising + " >" + folder.file("output")),
+             watermark("--below", surprising, folder)},
             rounds);
 }
 

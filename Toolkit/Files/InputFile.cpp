@@ -88,12 +88,17 @@ std::string_view FileWindow::from(std::uint64_t position, std::size_t atLeast)
 {
     if (position >= _end)
         return {};
-    const std::uint64_t wanted = std::min<std::uint64_t>(atLeast, _end - position);
-    const bool held = position >= _begin && position + wanted <= _begin + _filled;
-    if (!held)
+    if (!holds(position, atLeast))
         moveTo(position);
-    const auto offset = static_cast<std::size_t>(position - _begin);
-    return std::string_view(_buffer.data(), _filled).substr(offset);
+    return held(position);
+}
+
+std::string_view FileWindow::held(std::uint64_t position) const
+{
+    if (position < _begin || position - _begin >= _filled)
+        return {};
+    return std::string_view(_buffer.data(), _filled)
+        .substr(static_cast<std::size_t>(position - _begin));
 }
 
 void FileWindow::moveTo(std::uint64_t position)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -54,11 +55,24 @@ public:
     /// @throws ToolkitError when reading fails
     std::string_view from(std::uint64_t position, std::size_t atLeast);
 
+    /// Whether from() would give these bytes without moving.
+    bool holds(std::uint64_t position, std::size_t atLeast) const
+    {
+        const std::uint64_t there = position < _end ? _end - position : 0;
+        return position >= _begin &&
+               position + std::min<std::uint64_t>(atLeast, there) <= _begin + _filled;
+    }
+    /// Where the bytes begin that are held.
+    std::uint64_t begin() const { return _begin; }
+    /// The bytes that are held, from a position on.
+    /// @return valid until the next call of from(); empty for a position that is not held
+    std::string_view held(std::uint64_t position) const;
+
     /// Whether the watched word stands in anything that the window has moved over.
     bool hasSeenWatched() const { return _hasSeenWatched; }
 
     /// Bytes.
-    static constexpr std::size_t kSize = 256 * 1024;
+    static constexpr std::size_t kSize = 128 * 1024;
 
 private:
     void moveTo(std::uint64_t position);

@@ -7,6 +7,8 @@
 struct PageSize {
     double width;
     double height;
+
+    bool operator==(const PageSize &) const = default;
 };
 
 /// The page size that a name stands for, upright or not as its owner has it.

@@ -81,11 +81,16 @@ std::optional<std::uint64_t> lastOf(const std::set<std::string> &sought, PostScr
 /// Goes through the comments in the order of the file and notes where the parts lie.
 class DSCReader {
 public:
-    explicit DSCReader(DSCDocument &document)
+    DSCReader(DSCDocument &document, const DSCDocument::Progress &progress)
         : _document(document),
+          _progress(progress),
           _scanner(document._file, 0, document._file.size(), kOperatorDictionary)
     {
+        if (_progress)
+            _scanner.beforeLettingGo([this] { tellProgress(); });
     }
+    DSCReader(const DSCReader &) = delete;
+    DSCReader &operator=(const DSCReader &) = delete;
 
     void read();
 
@@ -103,8 +108,10 @@ private:
     void finish();
     std::optional<std::uint64_t> restOfLastPage() const;
     void readTrailerBehind(std::uint64_t restOfPage);
+    void tellProgress();
 
     DSCDocument &_document;
+    const DSCDocument::Progress &_progress;
     DSCScanner _scanner;
     Part _part = Part::Preamble;
     std::string_view _inside; ///< what ends the section of the preamble that is being passed
@@ -302,9 +309,21 @@ void DSCReader::readTrailerBehind(std::uint64_t restOfPage)
     _document._trailer = comment ? comment->begin : _document._file.size();
 }
 
-DSCDocument::DSCDocument(std::FILE *stream) : _file(withoutJobControl(InputFile(stream)))
+/// What looks like the trailer is left out: the end shows whether it is.
+void DSCReader::tellProgress()
 {
-    DSCReader(*this).read();
+    if (_part != Part::Pages || _inTrailer)
+        return;
+    if (_scanner.passed() <= _document._pages.back().content)
+        return; // among the comments that tell about the page
+    _document._namesOperatorDictionary = _scanner.hasSeenWatched();
+    _progress(_document, _scanner);
+}
+
+DSCDocument::DSCDocument(std::FILE *stream, const Progress &progress)
+    : _file(withoutJobControl(InputFile(stream)))
+{
+    DSCReader(*this, progress).read();
 }
 
 bool DSCDocument::hasEmptyPagesOnly() const
@@ -330,7 +349,7 @@ bool DSCDocument::drawsAheadOfPages() const
 
 DSCComment DSCDocument::pageComment(const DSCPage &page) const
 {
-    return DSCScanner(_file, page.begin, page.end).next().value_or(DSCComment());
+    return DSCScanner(_file, page.begin, page.content).next().value_or(DSCComment());
 }
 
 std::string_view labelOfPage(const DSCComment &comment)

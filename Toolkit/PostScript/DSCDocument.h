@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -42,11 +43,22 @@ public:
     /// How the names of all procedure sets begin that the toolkit adds to a document.
     static constexpr std::string_view kOurProcSets = "KLToolkit";
 
+    /// Is told, now and then while a document is read, how far that is. Then:
+    /// - All up to scanner.passed() belongs to what stands ahead of the pages or to pages; this
+    ///   lies behind the begin of the content of the last page there is by now, whose end is not
+    ///   known yet.
+    /// - What is known of the parts ahead of the pages and of where pages begin is so to the end;
+    ///   what is known of media and orientation, and of the operators' dictionary, may change.
+    using Progress = std::function<void(const DSCDocument &soFar, const DSCScanner &scanner)>;
+
     /// Reads the whole file once. Job control around the document counts as if it were not there.
-    /// @param stream  seekable; stays the caller's, who keeps it open at least as long
+    /// @param stream    seekable; stays the caller's, who keeps it open at least as long
+    /// @param progress  is told of larger documents only; may throw
     /// @throws ToolkitError when it cannot be read, has no page comments, ends inside an embedded
     ///         document or leaves the job that defines what it is given
-    explicit DSCDocument(std::FILE *stream);
+    explicit DSCDocument(std::FILE *stream, const Progress &progress = {});
+    DSCDocument(const DSCDocument &) = delete;
+    DSCDocument &operator=(const DSCDocument &) = delete;
 
     const InputFile &file() const { return _file; }
 

@@ -5,7 +5,6 @@
 
 namespace {
 
-constexpr std::string_view kLineEnds = "\r\n";
 constexpr std::string_view kBlanks = " \t";
 
 /// Each wrong count may cost a look at the rest of the document. After so many of them, counts are
@@ -20,9 +19,20 @@ std::string_view withoutBlanks(std::string_view text)
     return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
+bool isBlank(char byte)
+{
+    return kBlanks.find(byte) != std::string_view::npos;
+}
+
 bool isLineEnd(char byte)
 {
     return byte == '\n' || byte == '\r';
+}
+
+/// Where the first line end is; the size when there is none.
+std::size_t lineEndIn(std::string_view bytes)
+{
+    return static_cast<std::size_t>(std::ranges::find_if(bytes, isLineEnd) - bytes.begin());
 }
 
 /// What the value of "%%BeginData: 1234 Hex Bytes" counts.
@@ -54,10 +64,11 @@ bool endsWithEOF(const InputFile &file)
 
 bool DSCComment::is(std::string_view keyword) const
 {
-    if (!text.starts_with(keyword))
-        return false;
-    return text.size() == keyword.size() || text[keyword.size()] == ':' ||
-           kBlanks.find(text[keyword.size()]) != std::string_view::npos;
+    if (text.size() == keyword.size())
+        return text == keyword;
+    return text.size() > keyword.size() &&
+           (text[keyword.size()] == ':' || isBlank(text[keyword.size()])) &&
+           text.starts_with(keyword);
 }
 
 std::string_view DSCComment::value() const
@@ -71,18 +82,18 @@ std::string_view DSCComment::value() const
 
 DSCScanner::DSCScanner(const InputFile &file, std::uint64_t begin, std::uint64_t end,
                        std::string_view watched)
-    : _window(file, end, watched), _position(begin), _end(std::min(end, file.size()))
+    : _window(file, end, watched), _place{begin}, _end(std::min(end, file.size()))
 {
     const std::string start = file.text(0, kLongestText);
-    const auto lineEnd = start.find_first_of(kLineEnds);
-    _linesEndWithCR = lineEnd != std::string::npos && start[lineEnd] == '\r' &&
-                      lineEnd + 1 < start.size() && start[lineEnd + 1] != '\n';
+    const std::size_t lineEnd = lineEndIn(start);
+    _linesEndWithCR =
+        lineEnd + 1 < start.size() && start[lineEnd] == '\r' && start[lineEnd + 1] != '\n';
     _fileIsWhole = endsWithEOF(file);
 }
 
 std::optional<DSCComment> DSCScanner::next()
 {
-    while (auto comment = nextLine()) {
+    while (auto comment = nextLine(_place)) {
         if (comment->is(_binary.begin))
             passOver(*comment, _binary);
         else if (comment->is(_data.begin))
@@ -97,35 +108,44 @@ std::optional<DSCComment> DSCScanner::next()
     return std::nullopt;
 }
 
-std::optional<DSCComment> DSCScanner::nextLine()
+/// The bytes from a position on, as the window gives them.
+std::string_view DSCScanner::from(std::uint64_t position, std::size_t atLeast)
 {
-    const auto begin = findLine();
-    if (!begin)
+    if (_beforeLettingGo && !_window.holds(position, atLeast))
+        _beforeLettingGo();
+    return _window.from(position, atLeast);
+}
+
+/// The next line that begins with "%%". The place moves behind it, or to the end.
+std::optional<DSCComment> DSCScanner::nextLine(Place &place)
+{
+    if (!findLine(place))
         return std::nullopt;
-    DSCComment comment = commentAt(*begin);
-    _position = comment.end;
-    _before = '\n';
+    DSCComment comment = commentAt(place.position);
+    place = {comment.end};
     return comment;
 }
 
-/// The next line that begins with "%%", from the position on.
-std::optional<std::uint64_t> DSCScanner::findLine()
+/// Moves the place to the next line that begins with "%%".
+/// @return false when there is none; the place is the end then
+bool DSCScanner::findLine(Place &place)
 {
     while (true) {
-        const std::string_view bytes = _window.from(_position, 2);
+        const std::string_view bytes = from(place.position, 2);
         if (bytes.size() < 2) {
-            _position = _end;
-            return std::nullopt;
+            place = {_end};
+            return false;
         }
         for (auto sign = bytes.find('%'); sign < bytes.size() - 1; sign = bytes.find('%', sign)) {
-            const char before = sign > 0 ? bytes[sign - 1] : _before;
-            if (bytes[sign + 1] == '%' && isLineEnd(before))
-                return _position + sign;
+            const char before = sign > 0 ? bytes[sign - 1] : place.before;
+            if (bytes[sign + 1] == '%' && isLineEnd(before)) {
+                place = {place.position + sign, before};
+                return true;
+            }
             ++sign;
         }
         // The last byte may be the first of two signs.
-        _before = bytes[bytes.size() - 2];
-        _position += bytes.size() - 1;
+        place = {place.position + bytes.size() - 1, bytes[bytes.size() - 2]};
     }
 }
 
@@ -133,8 +153,8 @@ DSCComment DSCScanner::commentAt(std::uint64_t position)
 {
     DSCComment comment;
     comment.begin = position;
-    const std::string_view bytes = _window.from(position, kLongestText);
-    comment.text = bytes.substr(0, std::min(bytes.find_first_of(kLineEnds), kLongestText));
+    const std::string_view bytes = from(position, kLongestText);
+    comment.text = bytes.substr(0, lineEndIn(bytes.substr(0, kLongestText)));
     comment.end = behindLine(position + comment.text.size());
     return comment;
 }
@@ -142,28 +162,28 @@ DSCComment DSCScanner::commentAt(std::uint64_t position)
 std::uint64_t DSCScanner::behindLine(std::uint64_t position)
 {
     while (true) {
-        const std::string_view bytes = _window.from(position, 2);
+        const std::string_view bytes = from(position, 2);
         if (bytes.empty())
             return _end;
-        const auto lineEnd = bytes.find_first_of(kLineEnds);
-        if (lineEnd == std::string_view::npos) {
+        const std::size_t lineEnd = lineEndIn(bytes);
+        if (lineEnd == bytes.size()) {
             position += bytes.size();
             continue;
         }
         if (bytes[lineEnd] == '\n' || _linesEndWithCR)
             return position + lineEnd + 1;
-        const bool isPair = _window.from(position + lineEnd, 2).starts_with("\r\n");
+        const bool isPair = from(position + lineEnd, 2).starts_with("\r\n");
         return position + lineEnd + (isPair ? 2 : 1);
     }
 }
 
-/// Moves the position behind a section of data.
+/// Moves the place behind a section of data.
 void DSCScanner::passOver(const DSCComment &begin, DataSection &section)
 {
     const auto behind = _wrongCounts < kMostWrongCounts ? behindCount(begin) : std::nullopt;
     if (behind) {
         if (const auto end = endCommentNear(*behind, section.end)) {
-            _position = behindLine(*end);
+            _place = {behindLine(*end)};
             const auto there = std::min<std::uint64_t>(_end - *end, section.end.size());
             _missingEndOfData = section.end.substr(static_cast<std::size_t>(there));
             return;
@@ -175,8 +195,8 @@ void DSCScanner::passOver(const DSCComment &begin, DataSection &section)
     if (findEndComment(section))
         return;
     const bool reachesEnd = othersEnd && behind && *behind >= _end && !_fileIsWhole;
-    _position = reachesEnd ? _end : begin.end;
-    _before = '\n';
+    if (reachesEnd)
+        _place = {_end};
     _missingEndOfData = reachesEnd ? section.end : std::string_view();
 }
 
@@ -200,7 +220,7 @@ std::optional<std::uint64_t> DSCScanner::behindCount(const DSCComment &begin)
 std::optional<std::uint64_t> DSCScanner::endCommentNear(std::uint64_t position,
                                                         std::string_view keyword)
 {
-    const std::string_view bytes = _window.from(position, keyword.size() + 4);
+    const std::string_view bytes = from(position, keyword.size() + 4);
     const auto begin = std::min(bytes.find_first_not_of(" \t\r\n"), bytes.size());
     const std::string_view found = bytes.substr(begin, keyword.size());
     if (begin > 4 || found.empty() || !keyword.starts_with(found))
@@ -208,15 +228,18 @@ std::optional<std::uint64_t> DSCScanner::endCommentNear(std::uint64_t position,
     return position + begin;
 }
 
-/// Moves the position behind the next end comment of that kind.
-/// @return false when there is none; the position is the end then
+/// Moves the place behind the next end comment of that kind.
+/// @return false when there is none; the place stays where it is then
 bool DSCScanner::findEndComment(DataSection &section)
 {
     if (section.hasNoEnd)
         return false;
-    while (const auto comment = nextLine()) {
-        if (comment->is(section.end))
+    Place place = _place;
+    while (const auto comment = nextLine(place)) {
+        if (comment->is(section.end)) {
+            _place = place;
             return true;
+        }
     }
     section.hasNoEnd = true;
     return false;

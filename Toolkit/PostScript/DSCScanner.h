@@ -3,6 +3,7 @@
 #include "InputFile.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -39,6 +40,20 @@ public:
     DSCScanner(const InputFile &file, std::uint64_t begin, std::uint64_t end,
                std::string_view watched = {});
 
+    /// Has a function called whenever the scan is about to let go of bytes that it holds. It may
+    /// ask for passed() and for what is held, and nothing else.
+    void beforeLettingGo(std::function<void()> function) { _beforeLettingGo = std::move(function); }
+
+    /// What lies ahead of this position has been scanned, and the comments in it have been
+    /// returned.
+    std::uint64_t passed() const { return _place.position; }
+
+    /// Where the bytes begin that the scan holds in memory just now.
+    std::uint64_t beginOfHeld() const { return _window.begin(); }
+    /// Those bytes from a position on, past what has been scanned.
+    /// @return valid until the scan goes on; empty for a position that is not held
+    std::string_view held(std::uint64_t position) const { return _window.held(position); }
+
     /// The next comment outside all data.
     /// @return nullopt at the end
     std::optional<DSCComment> next();
@@ -64,8 +79,14 @@ private:
         bool hasNoEnd = false; ///< none follows: a second search would find none either
     };
 
-    std::optional<DSCComment> nextLine();
-    std::optional<std::uint64_t> findLine();
+    struct Place {
+        std::uint64_t position;
+        char before = '\n'; ///< the byte in front of it
+    };
+
+    std::string_view from(std::uint64_t position, std::size_t atLeast);
+    std::optional<DSCComment> nextLine(Place &place);
+    bool findLine(Place &place);
     DSCComment commentAt(std::uint64_t position);
     void passOver(const DSCComment &begin, DataSection &section);
     std::optional<std::uint64_t> behindCount(const DSCComment &begin);
@@ -73,9 +94,9 @@ private:
     bool findEndComment(DataSection &section);
 
     FileWindow _window;
-    std::uint64_t _position;
+    std::function<void()> _beforeLettingGo;
+    Place _place;
     std::uint64_t _end;
-    char _before = '\n';          ///< the byte in front of the position
     bool _linesEndWithCR = false; ///< alone, so that a LF behind it belongs to what follows
     std::uint64_t _depth = 0;     ///< of embedded documents
     DataSection _binary{"%%BeginBinary", "%%EndBinary"};

@@ -15,13 +15,15 @@
 class DocumentWriter {
 public:
     /// @param document  the parts' source
-    /// @param output    open for writing
+    /// @param output    open for writing, with nothing in its buffer
     /// Both stay the caller's, who keeps them at least as long.
     DocumentWriter(const DSCDocument &document, std::FILE *output);
 
     /// Copies bytes as they are.
+    /// @param scanner  of the document; what it holds of them in memory is taken from there. Null
+    ///                 when there is none.
     /// @throws ToolkitError when reading or writing fails
-    void copy(DSCRange range);
+    void copy(DSCRange range, const DSCScanner *scanner = nullptr);
 
     /// Copies bytes without the comments that have one of these keywords, with their continuation
     /// lines. What lies inside embedded documents and counted data is copied as it is.
@@ -65,6 +67,7 @@ public:
     void finish();
 
 private:
+    void copyFromFile(DSCRange range);
     void procSet(std::string_view name, std::string_view text);
     void write(std::string_view bytes);
     void hold(std::size_t count);

@@ -2,339 +2,171 @@
 
 #include "DSCDocument.h"
 #include "DocumentWriter.h"
-#include "Ink.h"
-#include "PageSizes.h"
-#include "PostScriptText.h"
-#include "ProcSets.h"
+#include "PostScriptStamp.h"
 #include "ToolkitError.h"
-#include "watermarkText.h"
 
-#include <fmt/format.h>
-
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <map>
-#include <numbers>
-#include <string>
-#include <string_view>
-#include <utility>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <unistd.h>
+#include <vector>
 
 namespace {
 
-using Platform::ShapedGlyph;
-using Platform::ShapedText;
-using Platform::TextPathSegment;
-
-/// A procedure must not become too long for an interpreter.
-constexpr std::size_t kSegmentsInProcedure = 1000;
-/// Nor must the operands of one text, three for a glyph: an array has 65,535 elements at most.
-constexpr std::size_t kMostGlyphs = 20'000;
-
-std::string colourProcedure(const std::vector<double> &colour)
-{
-    const std::string_view operation = colour.size() == 1   ? "setgray"
-                                       : colour.size() == 3 ? "setrgbcolor"
-                                                            : "setcmykcolor";
-    return "/colour { " + postScriptNumbers(colour) + " " + std::string(operation) +
-           " } bind def\n";
-}
-
-/// The cell in which so much is drawn, as Overprint.ps wants it: two spots that grow, as far from
-/// each other as can be.
-std::string cellOfDots(double share)
-{
-    static constexpr std::array kCells = {"<80000000>", "<80002000>", "<c0002000>", "<c0003000>"};
-    constexpr long kDots = 16;
-    const long count = std::clamp(std::lround(share * kDots), 1L, static_cast<long>(kCells.size()));
-    return kCells[static_cast<std::size_t>(count - 1)];
-}
-
-/// What the procedures for a text that the page shows through have to know (Overprint.ps).
-std::string overprintRequest(const Ink &ink)
-{
-    const std::string_view space = ink.colour.size() == 1   ? "DeviceGray"
-                                   : ink.colour.size() == 3 ? "DeviceRGB"
-                                                            : "DeviceCMYK";
-    return fmt::format("/inkSpace [/{}] def\n/ink {{ {} }} def\n/dots {} def\n", space,
-                       postScriptNumbers(ink.colour), cellOfDots(ink.share));
-}
-
-/// To the lower left corner of the text's box, turned, and up to the baseline.
-std::string placeProcedure(const Watermark &watermark, double descent)
-{
-    return "/place { " + postScriptNumbers(std::array{watermark.position.x, watermark.position.y}) +
-           " translate " + postScriptNumber(watermark.angle) + " rotate 0 " +
-           postScriptNumber(descent) + " translate } bind def\n";
-}
-
-std::string pathOperation(const TextPathSegment &segment)
-{
-    const auto &[first, second, third] = segment.points;
-    switch (segment.kind) {
-    case TextPathSegment::Kind::Move:
-        return postScriptNumbers(std::array{first.x, first.y}) + " moveto\n";
-    case TextPathSegment::Kind::Line:
-        return postScriptNumbers(std::array{first.x, first.y}) + " lineto\n";
-    case TextPathSegment::Kind::Curve:
-        return postScriptNumbers(
-                   std::array{first.x, first.y, second.x, second.y, third.x, third.y}) +
-               " curveto\n";
-    case TextPathSegment::Kind::Close:
-        break;
-    }
-    return "closepath\n";
-}
-
-std::string pathOperations(const std::vector<TextPathSegment> &outline)
-{
-    std::string text;
-    for (const TextPathSegment &segment : outline)
-        text += pathOperation(segment);
-    return text;
-}
-
-std::string outlineProcedures(const std::vector<TextPathSegment> &outline)
-{
-    std::string text = "/outline [\n";
-    for (std::size_t index = 0; index < outline.size(); ++index) {
-        if (index % kSegmentsInProcedure == 0)
-            text += index == 0 ? "{ " : "} bind { ";
-        text += pathOperation(outline[index]);
-    }
-    return text + (outline.empty() ? "" : "} bind ") + "] def\n";
-}
-
-/// "{ 120.5 42 9 }": width, height and descent of the text's box, above 0 the first two.
-std::string boxProcedure(const ShapedText &text)
-{
-    constexpr double kLeastWidth = 0.01; // of blanks without any
-    return "{ " +
-           postScriptNumbers(std::array{std::max(text.size().width, kLeastWidth),
-                                        text.size().height, text.descent}) +
-           " }";
-}
-
-std::string definition(std::string_view name, double value)
-{
-    return "/" + std::string(name) + " " + postScriptNumber(value) + " def\n";
-}
-
-std::string definition(std::string_view name, bool value)
-{
-    return "/" + std::string(name) + (value ? " true def\n" : " false def\n");
-}
-
-/// Where the text comes on a page, and which size a page has that does not tell it
-/// (WatermarkPlace.ps).
-std::string layoutOf(const TextPlace &place, double angle, const PageSize &usual)
-{
-    return "/layout 64 dict dup begin\n" + definition("spotX", place.spot.x) +
-           definition("spotY", place.spot.y) + definition("inwardsX", place.inwards.x) +
-           definition("inwardsY", place.inwards.y) + definition("distance", place.distance) +
-           definition("isAlongDiagonal", place.alongDiagonal) + definition("isTiled", place.tiled) +
-           definition("isFitted", place.fitted) + definition("slope", std::fmod(angle, 360)) +
-           definition("usualWidth", usual.width) + definition("usualHeight", usual.height) +
-           "end def\n";
-}
-
-PageSize usualPageSize(const DSCDocument &document, const std::string &ppdPath)
-{
-    constexpr PageSize kLetter = {612, 792};
-    const auto named = document.mediaOf(document.pages().front());
-    return named ? *named : defaultPageSize(ppdPath).value_or(kLetter);
-}
-
-/// The texts of pages that do not share one (WatermarkPages.ps). Each shape that they are made of
-/// is in the document once.
-class PageTexts {
+/// A document that is copied with a watermark on its pages. That can begin while it is still being
+/// read, with what is known of it by then; in the end it shows whether that was enough.
+class WatermarkedCopy {
 public:
-    /// @param text  stays the caller's, who keeps it at least as long
-    explicit PageTexts(WatermarkText &text) : _text(text) {}
+    /// Writes what stands ahead of all that the document itself defines, and the watermark.
+    /// @param document  with a page at least
+    /// @param scanner   what is reading the document; null when that has been read
+    /// All stay the caller's, who keeps them as long as this, the scanner until finish().
+    /// @throws ToolkitError when the text cannot be drawn, and when reading or writing fails
+    WatermarkedCopy(const Watermark &watermark, const DSCDocument &document, const Job &job,
+                    const DSCScanner *scanner = nullptr);
 
-    void add(std::uint64_t page);
+    /// Goes on up to a position; nothing is written any more once it cannot be right.
+    /// @param position  as DSCDocument::Progress has it
+    /// @throws ToolkitError when reading or writing fails
+    void goOnTo(std::uint64_t position);
 
-    /// The procedures for the shapes of all texts that were added.
-    std::string glyphs() const { return "/glyphs [\n" + _glyphs + "] def\n"; }
-    /// The operands that tell of the text of a page that was added.
-    const std::string &operandsFor(std::uint64_t page) const { return _operands.at(page); }
+    /// Goes on to the end of the document, which has been read.
+    /// @return false when the document turned out to be another than it seemed: what is written is
+    ///         of no use then
+    /// @throws ToolkitError when reading or writing fails
+    bool finish();
 
 private:
-    std::size_t numberOf(const ShapedGlyph &glyph, const ShapedText &text);
-
-    WatermarkText &_text;
-    std::map<std::uint64_t, std::size_t> _numbers; ///< of the shapes in the document
-    std::string _glyphs;
-    std::map<std::uint64_t, std::string> _operands;
-};
-
-void PageTexts::add(std::uint64_t page)
-{
-    const ShapedText text = _text.onPage(page);
-    if (text.glyphs.size() > kMostGlyphs)
-        throw ToolkitError("The watermark's text is too long.");
-    std::string operands = "{";
-    for (const ShapedGlyph &glyph : text.glyphs) {
-        const auto number = static_cast<double>(numberOf(glyph, text));
-        operands += "\n" + postScriptNumbers(std::array{glyph.origin.x, glyph.origin.y, number});
-    }
-    _operands[page] = operands + "\n} " + boxProcedure(text);
-}
-
-std::size_t PageTexts::numberOf(const ShapedGlyph &glyph, const ShapedText &text)
-{
-    const auto [shape, isNew] = _numbers.try_emplace(glyph.shape, _numbers.size());
-    if (isNew)
-        _glyphs += "{ " + pathOperations(outlineOf(glyph, text)) + "} bind\n";
-    return shape->second;
-}
-
-bool isLandscape(const DSCDocument &document, const DSCPage &page)
-{
-    return document.orientationOf(page) == DSCOrientation::Landscape;
-}
-
-bool hasLandscapePages(const DSCDocument &document)
-{
-    return std::ranges::any_of(document.pages(),
-                               [&](const DSCPage &page) { return isLandscape(document, page); });
-}
-
-/// Puts one watermark on the pages of a document.
-class PostScriptStamp {
-public:
-    /// @throws ToolkitError when the text cannot be drawn, and for an unreadable PPD
-    PostScriptStamp(const Watermark &watermark, const DSCDocument &document, const Job &job);
-
-    /// What the procedures have to know of the watermark (Watermark.ps and what goes along).
-    std::string request() const;
-    std::string procedures() const;
-
-    /// What stands at the begin of a page.
-    void callFor(std::uint64_t page, DocumentWriter &writer) const;
-
-private:
-    bool isOnAllPages() const;
-    Point middle() const;
+    bool isAsItSeemed() const;
+    void beginPages();
+    void endPage(std::uint64_t number);
+    void copyTo(std::uint64_t position);
 
     const Watermark &_watermark;
     const DSCDocument &_document;
-    PageSize _usualSize = {};
-    WatermarkText _text;
-    ShapedText _firstText;
-    PageTexts _texts;
-    bool _turns; ///< along with landscape pages
+    const DSCScanner *_scanner;
+    DocumentWriter _writer;
+    PostScriptStamp _stamp;
+    const bool _namesOperatorDictionary;  ///< the document, as it seemed when this began
+    const std::optional<PageSize> _media; ///< of the first page, likewise
+    const std::uint64_t _firstPage;       ///< where it begins, likewise
+    std::vector<bool> _areLandscape;      ///< the pages that have begun, as they seemed then
+    std::uint64_t _copied;                ///< of the document, up to this position
+    bool _isRight = true;                 ///< what is written
 };
 
-PostScriptStamp::PostScriptStamp(const Watermark &watermark, const DSCDocument &document,
-                                 const Job &job)
+WatermarkedCopy::WatermarkedCopy(const Watermark &watermark, const DSCDocument &document,
+                                 const Job &job, const DSCScanner *scanner)
     : _watermark(watermark),
       _document(document),
-      _text(watermark, document.pages().size()),
-      _firstText(_text.onPage(1)),
-      _texts(_text),
-      _turns(hasLandscapePages(document))
+      _scanner(scanner),
+      _writer(document, job.output),
+      _stamp(watermark, document, job),
+      _namesOperatorDictionary(document.namesOperatorDictionary()),
+      _media(document.mediaOf(document.pages().front())),
+      _firstPage(document.pages().front().begin),
+      _copied(document.beginOfProcedures())
 {
-    if (watermark.place)
-        _usualSize = usualPageSize(document, job.ppdPath);
-    for (std::uint64_t page = 1; _text.differs() && page <= document.pages().size(); ++page) {
-        if (watermark.pages.contains(page))
-            _texts.add(page);
-    }
+    _writer.copy({0, _copied});
+    _writer.procedures("KLToolkitWatermark", _stamp.request(), _stamp.procedures());
+    // What is shown ahead of the pages belongs to the first one.
+    if (document.showsPageAheadOfPages())
+        _stamp.callFor(1, _writer);
 }
 
-/// Of the text's box on an upright page; the origin for one that has a place.
-Point PostScriptStamp::middle() const
+void WatermarkedCopy::goOnTo(std::uint64_t position)
 {
-    if (_watermark.place)
-        return {0, 0};
-    const Platform::TextSize box = _firstText.size();
-    const double angle = _watermark.angle * std::numbers::pi / 180;
-    return {
-        _watermark.position.x + (box.width * std::cos(angle) - box.height * std::sin(angle)) / 2,
-        _watermark.position.y + (box.width * std::sin(angle) + box.height * std::cos(angle)) / 2};
+    _isRight = _isRight && isAsItSeemed();
+    beginPages();
+    if (_isRight)
+        copyTo(position);
 }
 
-std::string PostScriptStamp::request() const
+bool WatermarkedCopy::finish()
 {
-    const Ink ink = inkOf(_watermark);
-    std::string text = _watermark.overprint ? overprintRequest(ink) : colourProcedure(ink.colour);
-    text += _watermark.place ? layoutOf(*_watermark.place, _watermark.angle, _usualSize)
-                             : placeProcedure(_watermark, _firstText.descent);
-    if (_text.differs())
-        text += _texts.glyphs();
-    else
-        text += outlineProcedures(_firstText.outline);
-    if (_watermark.place && !_text.differs())
-        text += "/box " + boxProcedure(_firstText) + " bind def\n";
-    if (_turns)
-        text += definition("middleX", middle().x) + definition("middleY", middle().y);
-    return text + definition("isAbove", _watermark.above);
-}
-
-std::string PostScriptStamp::procedures() const
-{
-    std::string text;
-    if (_text.differs())
-        text += kWatermarkPagesProcSet;
-    if (_watermark.place)
-        text += kWatermarkPlaceProcSet;
-    if (_turns)
-        text += kLandscapePageProcSet;
-    if (_watermark.overprint)
-        text += kOverprintProcSet;
-    text += kWatermarkProcSet;
-    if (!isOnAllPages())
-        text += kUnmarkedPageProcSet;
-    return text;
-}
-
-bool PostScriptStamp::isOnAllPages() const
-{
-    for (std::uint64_t page = 1; page <= _document.pages().size(); ++page) {
-        if (!_watermark.pages.contains(page))
-            return false;
-    }
+    _scanner = nullptr;
+    for (std::uint64_t number = 1; number <= _areLandscape.size(); ++number)
+        _isRight = _isRight && _areLandscape[number - 1] == _stamp.isLandscape(number);
+    _isRight = _isRight && isAsItSeemed();
+    beginPages();
+    if (!_isRight)
+        return false;
+    endPage(_document.pages().size());
+    copyTo(_document.file().size());
+    _writer.finish();
     return true;
 }
 
-void PostScriptStamp::callFor(std::uint64_t page, DocumentWriter &writer) const
+/// What the procedures were written for, but for single pages.
+bool WatermarkedCopy::isAsItSeemed() const
 {
-    if (!_watermark.pages.contains(page))
-        return writer.call("KLToolkitUnmarkedPage");
-    if (_turns)
-        writer.call("KLToolkitWatermarkTurned",
-                    isLandscape(_document, _document.pages()[page - 1]) ? "90" : "0");
-    if (_text.differs())
-        writer.call("KLToolkitWatermarkText", _texts.operandsFor(page));
-    writer.call("KLToolkitWatermarkPage");
+    return _firstPage == _document.pages().front().begin &&
+           _namesOperatorDictionary == _document.namesOperatorDictionary() &&
+           (!_watermark.place || _media == _document.mediaOf(_document.pages().front()));
+}
+
+/// All that are known and have not begun.
+void WatermarkedCopy::beginPages()
+{
+    const auto &pages = _document.pages();
+    for (auto number = _areLandscape.size() + 1; number <= pages.size(); ++number) {
+        _isRight = _isRight && _stamp.suits(number);
+        if (!_isRight)
+            return;
+        endPage(number - 1);
+        copyTo(pages[number - 1].content);
+        _stamp.callFor(number, _writer);
+        _areLandscape.push_back(_stamp.isLandscape(number));
+    }
+}
+
+/// @param number  of a page that has begun; 0 for none
+void WatermarkedCopy::endPage(std::uint64_t number)
+{
+    if (number == 0 || _watermark.above || !_watermark.pages.contains(number))
+        return;
+    const DSCPage &page = _document.pages()[number - 1];
+    if (_document.isCutOff(page))
+        return;
+    copyTo(page.end);
+    _writer.call("KLToolkitWatermarkPageEnd");
+}
+
+void WatermarkedCopy::copyTo(std::uint64_t position)
+{
+    _writer.copy({_copied, position}, _scanner);
+    _copied = position;
+}
+
+/// Writes the copy of a document that has been read over what an attempt has left. The output is
+/// not emptied before: it would have to be on the disk when it is closed then.
+void writeAnew(const Watermark &watermark, const DSCDocument &document, const Job &job)
+{
+    const int file = fileno(job.output);
+    if (lseek(file, 0, SEEK_SET) != 0)
+        throw unwritableOutput(errno);
+    WatermarkedCopy(watermark, document, job).finish();
+    if (std::fflush(job.output) != 0 || ftruncate(file, lseek(file, 0, SEEK_CUR)) != 0)
+        throw unwritableOutput(errno);
 }
 
 } // namespace
 
 void applyToPostScript(const Watermark &watermark, const Job &job)
 {
-    const DSCDocument document(job.input);
-    DocumentWriter writer(document, job.output);
-    const PostScriptStamp stamp(watermark, document, job);
-
-    writer.copy({0, document.beginOfProcedures()});
-    writer.procedures("KLToolkitWatermark", stamp.request(), stamp.procedures());
-    // What is shown ahead of the pages belongs to the first one.
-    if (document.showsPageAheadOfPages())
-        stamp.callFor(1, writer);
-    std::uint64_t copied = document.beginOfProcedures();
-    for (std::uint64_t number = 0; const DSCPage &page : document.pages()) {
-        const bool isMarked = watermark.pages.contains(++number);
-        writer.copy({copied, page.content});
-        stamp.callFor(number, writer);
-        copied = page.content;
-        if (isMarked && !watermark.above && !document.isCutOff(page)) {
-            writer.copy({copied, page.end});
-            writer.call("KLToolkitWatermarkPageEnd");
-            copied = page.end;
-        }
-    }
-    writer.copy({copied, document.file().size()});
-    writer.finish();
+    // What stands ahead of the pages depends on all of them, but most pages change nothing: the
+    // document is copied while it is read, and once more if one did.
+    std::optional<WatermarkedCopy> early;
+    const DSCDocument document(job.input, [&](const DSCDocument &soFar, const DSCScanner &scanner) {
+        if (watermark.hasPlaceholders)
+            return; // for the number of pages, among others
+        if (!early)
+            early.emplace(watermark, soFar, job, &scanner);
+        early->goOnTo(scanner.passed());
+    });
+    if (!early)
+        WatermarkedCopy(watermark, document, job).finish();
+    else if (!early->finish())
+        writeAnew(watermark, document, job);
 }

@@ -25,6 +25,12 @@ protected:
         return *_document;
     }
 
+    void readTelling(const std::string &text, const DSCDocument::Progress &progress)
+    {
+        _stream = Platform::openForReading(_folder.write("document.ps", text));
+        _document.emplace(_stream.get(), progress);
+    }
+
     std::string part(DSCRange range) const
     {
         return _text.substr(range.begin, range.end - range.begin);
@@ -440,6 +446,32 @@ TEST_F(DSCDocumentTest, CommentsAreFoundAcrossTheBuffersEdges)
         std::string text = kHead + "%%Page: 1 1\n" + std::string(filling, 'x') + "\n%%Page: 2 2\n";
         ASSERT_EQ(2U, pages(text).size()) << filling;
     }
+}
+
+/// What has been passed is held until it has been told, so that it need not be read again.
+TEST_F(DSCDocumentTest, ALargeDocumentIsToldOfWhileItIsRead)
+{
+    const std::string content(FileWindow::kSize * 3 / 2, 'x');
+    const std::string text = kHead + "%%Page: 1 1\n" + content + "\n%%Page: 2 2\n" + content +
+                             "\n%%Trailer\n" + content + "\n%%EOF\n";
+    std::string held;
+    std::size_t pagesSoFar = 0;
+    readTelling(text, [&](const DSCDocument &soFar, const DSCScanner &scanner) {
+        pagesSoFar = soFar.pages().size();
+        const std::string_view bytes = scanner.held(held.size());
+        ASSERT_LE(scanner.passed(), held.size() + bytes.size());
+        held += bytes.substr(0, static_cast<std::size_t>(scanner.passed()) - held.size());
+    });
+    EXPECT_EQ(text.substr(0, held.size()), held);
+    EXPECT_LT(text.find("%%Page: 2 2"), held.size());
+    EXPECT_GE(text.find("%%Trailer"), held.size());
+    EXPECT_EQ(2U, pagesSoFar);
+}
+
+TEST_F(DSCDocumentTest, ASmallDocumentIsNotToldOf)
+{
+    readTelling(kHead + "%%Page: 1 1\nshowpage\n%%EOF\n",
+                [](const DSCDocument &, const DSCScanner &) { FAIL(); });
 }
 
 TEST_F(DSCDocumentTest, EveryTruncationIsReadOrRefused)
