@@ -291,6 +291,8 @@ std::optional<std::uint64_t> DSCReader::restOfLastPage() const
     const InputFile &file = _document._file;
     const std::vector<DSCPage> &pages = _document._pages;
     const DSCPage &last = pages.back();
+    if (isBlank(file, last.content, last.end))
+        return std::nullopt;
     std::set<std::string> ends = {"showpage"};
     if (pages.size() > 1)
         ends.insert({lastWordOf(file, pages.front()), lastWordOf(file, pages.end()[-2])});
