@@ -2,7 +2,6 @@
 #include "Cancellation.h"
 #include "MemoryShortage.h"
 #include "ProcessorTime.h"
-#include "SmallObjects.h"
 #include "Streams.h"
 #include "Text.h"
 #include "ToolkitError.h"
@@ -13,7 +12,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <malloc.h>
 #include <new>
 #include <string>
 #include <sys/resource.h>
@@ -39,22 +37,13 @@ constexpr bool kLeavesMemory = true;
 void limitMemory()
 {
 #ifndef KL_SANITIZED // the sanitizers take address space as they please
-    constexpr rlim_t kMost = (rlim_t{1} << 30) + kRoomForSmallObjects;
+    constexpr rlim_t kMost = rlim_t{1} << 30;
     rlimit limit = {};
     if (getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur <= kMost)
         return;
     limit.rlim_cur = kMost;
     setrlimit(RLIMIT_AS, &limit);
 #endif
-}
-
-/// What one large stream leaves behind serves the next one: to give so much memory back to the
-/// system and get it anew takes a third of the time. Of blocks above the bound it is given back.
-void keepFreedMemory()
-{
-    constexpr int kBound = 32 << 20; // bytes, the most that the C library takes
-    mallopt(M_MMAP_THRESHOLD, kBound);
-    mallopt(M_TRIM_THRESHOLD, 2 * kBound);
 }
 
 /// It can also keep a processor busy for hours. A sound document takes a small part of this time,
@@ -85,7 +74,6 @@ int main(int argc, char *argv[])
     Platform::cleanUpWhenCancelled();
     Platform::endWhenMemoryRunsOut("There is not enough memory.\n");
     limitMemory();
-    keepFreedMemory();
 
     const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
     try {
