@@ -12,10 +12,10 @@
 #include <QAbstractButton>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QDropEvent>
 #include <QMimeData>
 #include <QProcess>
 #include <QRadioButton>
@@ -329,7 +329,8 @@ TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByAScreenReader)
     printer().forgetJobs();
     scheduler().run({"env", "HOME=" + home, "lp", "-d", "office/board", kDocument});
     EXPECT_TRUE(Support::comesTrue([] { return !printer().jobs().empty(); }));
-    EXPECT_THAT(printer().jobs(), testing::ElementsAre(HasSubstr("DSSC PRINT ACCESSCODE=0815\r\n")));
+    EXPECT_THAT(printer().jobs(),
+                testing::ElementsAre(HasSubstr("DSSC PRINT ACCESSCODE=0815\r\n")));
 }
 
 TEST_F(SettingsWindowTest, ADocumentThatIsDroppedIsShown)
