@@ -135,6 +135,14 @@ INSTANTIATE_TEST_SUITE_P(
              {},
              {},
              "of [pages]"},
+        Case{"WithAPageCommentInTheProlog",
+             "%%BeginProlog\n%%Page: 0 0\n@%%EndProlog\n%%Page: 1 1\n@showpage\n"
+             "%%Page: 2 2\n@showpage\n%%EOF\n"},
+        Case{"WithAPageAheadOfThePages", "%%EndProlog\n@showpage\n%%Page: 1 1\n@showpage\n"
+                                         "%%Page: 2 2\n@showpage\n%%EOF\n"},
+        Case{"WithATrailerInTheLastPage",
+             "%%Page: 1 1\n@showpage\n%%Page: 2 2\n10 10 moveto\n@%%Trailer\n"
+             "@showpage\n%%Trailer\n%%EOF\n"},
         Case{"WithoutAnEnd", "%%Page: 1 1\n@showpage\n%%Page: 2 2\n@showpage\n"},
         Case{"WithAnEndInside", "%%Page: 1 1\n@%!PS-Adobe-3.0\n%%Trailer\n%%EOF\n@showpage\n"
                                 "%%Page: 2 2\n@showpage\n%%Trailer\n@%%EOF\n%%Trailer\n%%EOF\n"},
