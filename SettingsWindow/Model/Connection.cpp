@@ -51,7 +51,7 @@ Words Connection::whyItFailed() const
     return {kServerRefuses, {server, asTheyAre(cupsLastErrorString())}};
 }
 
-Response Connection::ask(ipp_t *request, Words *whyNot)
+Response Connection::ask(ipp_t *request, Words *whyNot) const
 {
     Response response(cupsDoRequest(http(), request, "/"), ippDelete);
     if (response && ippGetStatusCode(response.get()) > IPP_STATUS_OK_CONFLICTING)
@@ -62,7 +62,7 @@ Response Connection::ask(ipp_t *request, Words *whyNot)
 }
 
 /// A server may have closed the connection behind its last answer.
-bool Connection::startFetching(const std::string &path)
+bool Connection::startFetching(const std::string &path) const
 {
     httpClearFields(http());
     if (httpGet(http(), path.c_str()) == 0)
@@ -70,7 +70,7 @@ bool Connection::startFetching(const std::string &path)
     return httpReconnect2(http(), _bound, nullptr) == 0 && httpGet(http(), path.c_str()) == 0;
 }
 
-std::optional<std::string> Connection::readAll()
+std::optional<std::string> Connection::readAll() const
 {
     std::string all;
     char bytes[8192];
@@ -80,7 +80,7 @@ std::optional<std::string> Connection::readAll()
     return count == 0 ? std::optional(std::move(all)) : std::nullopt;
 }
 
-std::optional<std::string> Connection::fetch(const std::string &path, Words *whyNot)
+std::optional<std::string> Connection::fetch(const std::string &path, Words *whyNot) const
 {
     http_status_t status = HTTP_STATUS_ERROR;
     if (startFetching(path))

@@ -16,7 +16,9 @@ using Response = std::unique_ptr<ipp_t, decltype(&ippDelete)>;
 
 /// A connection to a server. It asks nobody for a password: a server that wants one refuses.
 ///
-/// A server that says nothing for as long as the bound is given up. One thread. Can be moved.
+/// A server that says nothing for as long as the bound, and a second in which libcups waits for
+/// nothing else, is given up. (How long the name of a host is looked up is the resolver's to say.)
+/// One thread. Can be moved.
 class Connection {
 public:
     /// @param whyNot  says why there is none; not null
@@ -27,12 +29,12 @@ public:
     /// @param request  consumed
     /// @param whyNot   says why it failed; not null
     /// @return null when it failed
-    Response ask(ipp_t *request, Words *whyNot);
+    Response ask(ipp_t *request, Words *whyNot) const;
 
     /// What the server has under a path.
     /// @param whyNot  says why it is not there, and stays empty when the server has no such thing;
     ///                not null
-    std::optional<std::string> fetch(const std::string &path, Words *whyNot);
+    std::optional<std::string> fetch(const std::string &path, Words *whyNot) const;
 
     /// Why the last call of libcups on it failed.
     Words whyItFailed() const;
@@ -45,8 +47,8 @@ private:
     };
 
     Connection(http_t *http, ServerAddress server, std::chrono::milliseconds bound);
-    bool startFetching(const std::string &path);
-    std::optional<std::string> readAll();
+    bool startFetching(const std::string &path) const;
+    std::optional<std::string> readAll() const;
 
     std::unique_ptr<http_t, Closer> _http;
     ServerAddress _server;

@@ -110,3 +110,14 @@ TEST_F(PinnedUserTest, OnlyTheLinePins)
             << line;
     }
 }
+
+TEST_F(PinnedUserTest, TheQueueSaysWhetherItDoes)
+{
+    const auto pins = [this](std::string_view line) {
+        usePPD(line);
+        return pinsUser(KLPrintOptions("").ppd());
+    };
+    EXPECT_TRUE(pins("*KLPinnedUser: True\n"));
+    EXPECT_FALSE(pins("*KLPinnedUser: False\n"));
+    EXPECT_FALSE(pins(""));
+}

@@ -128,3 +128,19 @@ TEST_F(settingRulesTest, NoObjectionQuotesTheValue)
     usePPD(field("passcode 4 8"));
     EXPECT_EQ(std::string::npos, objection("KLCode=Custom.s3cret").find("s3cret"));
 }
+
+TEST_F(settingRulesTest, RulesOfAPPDAreToldTheStatedOnesFirst)
+{
+    usePPD(field("passcode 1 8") + "*KLSettingRule Digits: \"code 4 6\"\n"
+                                   "*KLSettingRule Digits: \"no rule\"\n");
+    const auto rules = settingRules(KLPrintOptions("").ppd());
+    ASSERT_EQ(2U, rules.size());
+    EXPECT_EQ("code", rules[0].key);
+    EXPECT_EQ("KLCode", rules[0].name);
+    EXPECT_EQ(4, rules[0].limits.from);
+    EXPECT_EQ(8, rules[1].limits.to);
+    EXPECT_FALSE(keepsTo(rules[0], ""));
+    EXPECT_TRUE(keepsTo(rules[1], ""));
+    EXPECT_TRUE(keepsTo(rules[0], "4711"));
+    EXPECT_FALSE(keepsTo(rules[0], "47x1"));
+}

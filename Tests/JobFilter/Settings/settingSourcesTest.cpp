@@ -75,6 +75,13 @@ TEST_F(settingSourcesTest, AChoiceSaysItsValueOrElseItsNameNeverItsTranslation)
     EXPECT_THAT(fed("KLMark=Secret"), ElementsAre(Pair("text", "TOP SECRET"), Pair("size", "72")));
 }
 
+TEST_F(settingSourcesTest, WhatAChoiceSaysCanBeAskedFor)
+{
+    const KLPrintOptions options("");
+    EXPECT_EQ("TOP SECRET", valueOfChoice(options.ppd(), "KLMark", "Secret"));
+    EXPECT_EQ("Draft", valueOfChoice(options.ppd(), "KLMark", "Draft"));
+}
+
 TEST_F(settingSourcesTest, ACustomChoiceSaysWhatWasTyped)
 {
     EXPECT_EQ(KLValue("4711"), stored("KLCode=Custom.4711", "code"));

@@ -585,6 +585,10 @@ TEST_F(QueueSettingsTest, UnknownFieldsAreNothing)
     EXPECT_EQ(std::nullopt, settings.set("none", "x"));
     EXPECT_EQ("", settings.value("none"));
     EXPECT_EQ("There is no such choice", set(settings, "Duplex", "Sideways"));
+    EXPECT_EQ("There is no such choice", set(settings, "Duplex", "Custom.Sideways"));
+    EXPECT_EQ("There is no such choice", set(settings, "UseFrontCover", "yes"));
+    QueueSettings keys = minimal(kMarkers);
+    EXPECT_EQ("There is no such choice", set(keys, "UseFrontCover", "yes"));
 }
 
 TEST_F(QueueSettingsTest, OddOptionsDoNoHarm)

@@ -39,8 +39,8 @@ void QueuesTest::SetUpTestSuite()
     for (const char *name : {"LPDEST", "PRINTER"})
         unsetenv(name);
     _parts = std::make_unique<Parts>();
-    _parts->scheduler =
-        std::make_unique<Support::PrivateScheduler>(std::vector<std::string>{KL_CHAIN});
+    _parts->scheduler = std::make_unique<Support::PrivateScheduler>(
+        std::vector<std::string>{KL_CHAIN}, 1, "Listen " + socketOf() + "\n");
     const Support::TemporaryFolder folder;
     const std::string other = folder.write(
         "other.ppd", Support::minimalPPD("*cupsFilter: \"application/vnd.cups-postscript 0 -\"\n"));
@@ -61,6 +61,11 @@ Model::ServerAddress QueuesTest::server()
     const std::string uri = scheduler().queueURI(""); // "ipp://127.0.0.1:PORT/printers/"
     const auto colon = uri.rfind(':');
     return {"127.0.0.1", std::stoi(uri.substr(colon + 1)), false};
+}
+
+std::string QueuesTest::socketOf()
+{
+    return _parts->folder.file("cups.sock");
 }
 
 Queue QueuesTest::queue(const std::string &name)
@@ -134,6 +139,12 @@ TEST_F(QueuesTest, ComeWithTheDefaultsOfKeys)
                 Contains(std::pair("com.kalmira.pde.watermark.text", "For the archive")));
     for (const auto &[name, value] : queues.at(1).defaults)
         EXPECT_THAT(name, MatchesRegex("media|sides|com\\.kalmira\\..*"));
+}
+
+TEST_F(QueuesTest, AreThoseOfASocket)
+{
+    const auto list = queuesOfThisFilter({socketOf(), 0, true}, kBound);
+    EXPECT_THAT(namesOf(list.queues), ElementsAre("archive", "office", "pool"));
 }
 
 TEST_F(QueuesTest, PPDIsCopiedAndTheCopyRemoved)

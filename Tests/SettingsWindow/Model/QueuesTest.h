@@ -3,6 +3,7 @@
 #include "PrivateScheduler.h"
 #include "Queues.h"
 #include "RecordingPrinter.h"
+#include "TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -22,6 +23,8 @@ protected:
     static Support::RecordingPrinter &printer() { return _parts->printer; }
 
     static Model::ServerAddress server();
+    /// The path of its socket.
+    static std::string socketOf();
     /// A queue of that name, as a list would have it.
     static Model::Queue queue(const std::string &name = "office");
 
@@ -31,6 +34,7 @@ protected:
 
 private:
     struct Parts {
+        Support::TemporaryFolder folder;
         Support::RecordingPrinter printer;
         std::unique_ptr<Support::PrivateScheduler> scheduler;
     };
