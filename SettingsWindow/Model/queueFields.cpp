@@ -383,6 +383,7 @@ std::vector<QueueField> queueFields(const PPD &ppd, const std::string &language)
         return std::pair(left.field.page, left.rank) < std::pair(right.field.page, right.rank);
     });
     std::vector<QueueField> sorted;
+    sorted.reserve(fields.size());
     for (PlacedField &field : fields)
         sorted.push_back(std::move(field.field));
     return sorted;
