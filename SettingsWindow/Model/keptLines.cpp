@@ -27,7 +27,8 @@ constexpr std::string_view kBlanks = " \t\r\v\f";
 
 bool isSame(std::string_view left, std::string_view right)
 {
-    return left.size() == right.size() && strncasecmp(left.data(), right.data(), left.size()) == 0;
+    return left.size() == right.size() &&
+           (left.empty() || strncasecmp(left.data(), right.data(), left.size()) == 0);
 }
 
 /// The first word of a line, which is shortened by it.

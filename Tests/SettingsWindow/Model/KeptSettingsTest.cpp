@@ -1,5 +1,6 @@
 #include "KeptSettings.h"
 
+#include "Environment.h"
 #include "TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -276,6 +277,18 @@ TEST_F(KeptSettingsTest, LinkStaysALinkAndTheFileKeepsItsMode)
     EXPECT_TRUE(fs::is_symlink(kept.path()));
     EXPECT_EQ("Dest home a=1\nDest office a=b\n", readFile(folder.file("dotfile")));
     EXPECT_EQ(fs::perms(0640), fs::status(folder.file("dotfile")).permissions());
+}
+
+TEST_F(KeptSettingsTest, ClientsAddTheUsersDefaultsOnTopOfEverybodys)
+{
+    const Support::ScopedEnvironment home("HOME", folder.path());
+    const Support::ScopedEnvironment system("CUPS_SERVERROOT", folder.file("etc"));
+    EXPECT_EQ(kept.path(), KeptSettings().path());
+    KeptSettings::ofEverybody().keep("office", {"", {{"a", "1"}, {"b", "1"}}});
+    kept.keep("office", {"", {{"b", "2"}}});
+    kept.keep("office", {"named", {{"c", "3"}}});
+    EXPECT_THAT(Model::optionsAddedByClients("office"),
+                ElementsAre(std::pair("a", "1"), std::pair("b", "2")));
 }
 
 TEST_F(KeptSettingsTest, SaysWhoCanReadIt)

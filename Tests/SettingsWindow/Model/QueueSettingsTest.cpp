@@ -509,13 +509,13 @@ TEST_F(QueueSettingsTest, OptionsOfOthersAreKeptApart)
 
 TEST_F(QueueSettingsTest, OptionsInOtherWordsShowInTheFieldsAndYieldToThem)
 {
-    QueueSettings settings = sample();
-    settings.load({{"sides", "two-sided-long-edge"}, {"media", "A3"}});
+    QueueSettings settings = minimal(kMarkers);
+    settings.load({{"sides", "two-sided-long-edge"}, {"media", "Letter"}});
     EXPECT_EQ("DuplexNoTumble", settings.value("Duplex"));
-    EXPECT_EQ("A3", settings.value("PageSize"));
+    EXPECT_EQ("Letter", settings.value("PageSize"));
     settings.set("Duplex", "None");
     EXPECT_EQ("None", settings.value("Duplex"));
-    EXPECT_THAT(settings.options(), ElementsAre(std::pair("media", "A3")));
+    EXPECT_THAT(settings.options(), ElementsAre(std::pair("media", "Letter")));
 }
 
 TEST_F(QueueSettingsTest, KeyThatAFieldFeedsShowsInTheField)
