@@ -223,7 +223,7 @@ using Choices = std::vector<std::pair<std::string, std::string>>;
 Choices allConflicts(ppd_file_t *ppd, const std::string &option, const std::string &choice)
 {
     cups_option_t *found = nullptr;
-    const int count = cupsGetConflicts(ppd, option.c_str(), choice.c_str(), &found);
+    const int count = ppdGetConflicts(ppd, option.c_str(), choice.c_str(), &found);
     Choices conflicts;
     for (const cups_option_t &one : listOf(found, count))
         conflicts.emplace_back(one.name, one.value);

@@ -18,4 +18,11 @@ inline int ppdMarkOptions(ppd_file_t *ppd, int count, cups_option_t *options)
 {
     return cupsMarkOptions(ppd, count, options);
 }
+
+/// The options that do not go together with a choice, as they are marked. @return how many
+inline int ppdGetConflicts(ppd_file_t *ppd, const char *option, const char *choice,
+                           cups_option_t **options)
+{
+    return cupsGetConflicts(ppd, option, choice, options);
+}
 #endif

@@ -319,6 +319,20 @@ void MainWindow::goOnWithSession(Session &session, Findings &findings)
         showSets();
 }
 
+JobOptions MainWindow::optionsOf(const Session &session, const std::string &name)
+{
+    JobOptions options;
+    for (const KeptSet &set : session.sets) {
+        if (!set.name.empty() && set.name != name)
+            continue;
+        for (const auto &option : set.options) {
+            std::erase_if(options, [&](const auto &one) { return one.first == option.first; });
+            options.push_back(option);
+        }
+    }
+    return options;
+}
+
 MainWindow::Session *MainWindow::session()
 {
     const auto found = _sessions.find(_chosen);
@@ -342,9 +356,8 @@ void MainWindow::beginWithSet(const std::optional<std::string> &name)
     Session &current = *session();
     current.set = name;
     current.settings.reset();
-    const auto set = std::ranges::find(current.sets, name.value_or(""), &KeptSet::name);
-    if (name && set != current.sets.end())
-        current.settings.load(set->options);
+    if (name)
+        current.settings.load(optionsOf(current, *name));
     showSession();
 }
 
@@ -463,9 +476,12 @@ void MainWindow::keep()
                dialog.withSecrets() ? Secrets::AsTheyAre : Secrets::LeftOut);
 }
 
+/// Print dialogs lay a named set over the user's defaults, so it says what is otherwise there.
 void MainWindow::keepAs(const std::string &set, Secrets secrets)
 {
-    const KeptSet kept{set, session()->settings.options(secrets)};
+    const Model::QueueSettings &settings = session()->settings;
+    const KeptSet kept{set, set.empty() ? settings.options(secrets)
+                                        : settings.optionsOver(optionsOf(*session(), {}), secrets)};
     changeKept([keeper = _setup.kept, queue = session()->queue.name,
                 kept] { return keeper.keep(queue, kept); },
                set.empty() ? tr("Kept as your defaults for %1.").arg(_chosen)
@@ -557,10 +573,9 @@ void MainWindow::copyCommand()
             return;
         secrets = answer == QMessageBox::Yes ? Secrets::AsTheyAre : Secrets::Hidden;
     }
-    const auto defaults = std::ranges::find(current.sets, std::string(), &KeptSet::name);
-    const JobOptions added = defaults == current.sets.end() ? JobOptions() : defaults->options;
     QGuiApplication::clipboard()->setText(fromModel(Model::commandLine(
-        current.queue, current.settings.optionsOver(added, secrets), _document.toStdString())));
+        current.queue, current.settings.optionsOver(optionsOf(current, {}), secrets),
+        _document.toStdString())));
     say(tr("The command is on the clipboard."));
 }
 

@@ -82,6 +82,9 @@ private:
     void beginSession(Findings &findings);
     void goOnWithSession(Session &session, Findings &findings);
     Session *session();
+    /// What print dialogs and lp(1) make of a set: its options over those that are kept without a
+    /// name; an empty name for these alone.
+    static JobOptions optionsOf(const Session &session, const std::string &name);
 
     // Settings.
     void edit(const QString &field, const QString &value);

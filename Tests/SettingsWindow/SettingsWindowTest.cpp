@@ -291,6 +291,32 @@ TEST_F(SettingsWindowTest, WhatIsKeptIsWhatLpAndTheNextWindowBeginWith)
         "0815");
 }
 
+/// Print dialogs and lp(1) lay a named set over the user's defaults.
+TEST_F(SettingsWindowTest, ASetSaysWhatIsOtherwiseInTheDefaults)
+{
+    addQueue("office");
+    fs::create_directories(folder.file("home"));
+    Support::writeFile(keptFile(), "Dest office KLDepartmentCode=Custom.0815 Staple=UpperLeft\n");
+    {
+        auto defaults = setup();
+        const auto window = openWindow(defaults);
+        EXPECT_EQ(
+            window->findChild<FieldEditor *>("Staple")->findChild<QComboBox *>()->currentData(),
+            "UpperLeft");
+        choose(*window, "Staple", "None");
+        keepAs(*window, "loose");
+    }
+    EXPECT_THAT(Support::readFile(keptFile()), HasSubstr("Staple=None"));
+    auto again = setup();
+    again.set = "loose";
+    const auto window = openWindow(again);
+    EXPECT_EQ(window->findChild<FieldEditor *>("Staple")->findChild<QComboBox *>()->currentData(),
+              "None");
+    EXPECT_EQ(
+        window->findChild<FieldEditor *>("KLDepartmentCode")->findChild<QLineEdit *>()->text(),
+        "0815");
+}
+
 TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByAScreenReader)
 {
     addQueue("office");

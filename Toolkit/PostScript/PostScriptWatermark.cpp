@@ -6,6 +6,7 @@
 #include "ToolkitError.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <optional>
@@ -40,7 +41,7 @@ public:
 private:
     bool isAsItSeemed() const;
     void beginPages();
-    void endPage(std::uint64_t number);
+    void endPage(std::size_t number);
     void copyTo(std::uint64_t position);
 
     const Watermark &_watermark;
@@ -86,7 +87,7 @@ void WatermarkedCopy::goOnTo(std::uint64_t position)
 bool WatermarkedCopy::finish()
 {
     _scanner = nullptr;
-    for (std::uint64_t number = 1; number <= _areLandscape.size(); ++number)
+    for (std::size_t number = 1; number <= _areLandscape.size(); ++number)
         _isRight = _isRight && _areLandscape[number - 1] == _stamp.isLandscape(number);
     _isRight = _isRight && isAsItSeemed();
     beginPages();
@@ -122,7 +123,7 @@ void WatermarkedCopy::beginPages()
 }
 
 /// @param number  of a page that has begun; 0 for none
-void WatermarkedCopy::endPage(std::uint64_t number)
+void WatermarkedCopy::endPage(std::size_t number)
 {
     if (number == 0 || _watermark.above || !_watermark.pages.contains(number))
         return;
