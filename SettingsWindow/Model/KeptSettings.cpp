@@ -31,8 +31,8 @@ std::string homeFolder()
     passwd entry = {};
     passwd *user = nullptr;
     char texts[kLongestEntry];
-    getpwuid_r(getuid(), &entry, texts, sizeof texts, &user);
-    return user != nullptr ? user->pw_dir : "";
+    const int error = getpwuid_r(getuid(), &entry, texts, sizeof texts, &user);
+    return error == 0 && user != nullptr ? user->pw_dir : "";
 }
 
 std::string userFile()
@@ -51,8 +51,8 @@ std::string nameOfGroup(gid_t id)
     group entry = {};
     group *found = nullptr;
     char texts[kLongestEntry];
-    getgrgid_r(id, &entry, texts, sizeof texts, &found);
-    return found != nullptr ? found->gr_name : std::to_string(id);
+    const int error = getgrgid_r(id, &entry, texts, sizeof texts, &found);
+    return error == 0 && found != nullptr ? found->gr_name : std::to_string(id);
 }
 
 /// Whether everybody gets through all folders above the file.

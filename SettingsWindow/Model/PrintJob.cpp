@@ -67,7 +67,7 @@ Words wordsForDocument(const std::string &path, int error)
 }
 
 /// @return the job's number; 0 when there is none
-int createJob(Connection &connection, const std::string &queue, const std::string &title,
+int createJob(const Connection &connection, const std::string &queue, const std::string &title,
               const JobOptions &options, Words *whyNot)
 {
     ipp_t *const request = newRequest(IPP_OP_CREATE_JOB, queue);

@@ -143,7 +143,7 @@ std::optional<Words> objectionToPPD(const std::string &path, const std::string &
     return std::nullopt;
 }
 
-std::optional<std::string> fetchPPD(Connection &connection, const Queue &queue, Words *whyNot)
+std::optional<std::string> fetchPPD(const Connection &connection, const Queue &queue, Words *whyNot)
 {
     const std::string folder = queue.isClass ? "/classes/" : "/printers/";
     return connection.fetch(folder + queue.name + ".ppd", whyNot);
@@ -151,7 +151,7 @@ std::optional<std::string> fetchPPD(Connection &connection, const Queue &queue, 
 
 /// Whether the queue is one of this filter.
 /// @param problem  says why the server does not say, else stays as it is
-bool isOfThisFilter(Connection &connection, const Queue &queue, std::optional<Words> &problem)
+bool isOfThisFilter(const Connection &connection, const Queue &queue, std::optional<Words> &problem)
 {
     Words whyNot;
     const auto bytes = fetchPPD(connection, queue, &whyNot);

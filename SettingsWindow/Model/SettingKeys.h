@@ -64,11 +64,11 @@ struct SettingKey {
     Kind kind;
     std::string_view label;    ///< in English; empty for a key that nobody has to set
     std::string_view standard; ///< what counts without it; empty for nothing
-    Needs needs = Needs::Nothing;
     std::span<const KeyChoice> choices = {};
     std::span<const Condition> conditions = {}; ///< all of them must hold
     /// The option of the PPD whose choices can be chosen, too, behind those above.
     std::string_view choicesOf = {};
+    Needs needs = Needs::Nothing;
     bool isAbove0 = false;  ///< of a number
     bool isOpen = false;    ///< beside its choices, any text may be typed
     bool isSecret = false;  ///< a PIN or a password: not shown, not kept unless that is asked for

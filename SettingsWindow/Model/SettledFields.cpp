@@ -261,8 +261,9 @@ void SettledFields::settle()
     for (State &state : _states)
         state.counts = false;
     const std::vector<std::size_t> fields = setFields();
-    for (int round = 0; round < kMostRounds && settleOnce(fields); ++round)
-        continue;
+    int round = 0;
+    while (round < kMostRounds && settleOnce(fields))
+        ++round;
     learnWhatIsFed();
 }
 

@@ -102,7 +102,8 @@ void PreviewProcess::prepare(const PreviewJob &job)
                                               process + "-XXXXXX");
     if (!_folder->isValid()) {
         const QString error = QString::number(errno);
-        QTimer::singleShot(0, this, [this, error] { fail(Failure::NoPlace, error); });
+        QMetaObject::invokeMethod(
+            this, [this, error] { fail(Failure::NoPlace, error); }, Qt::QueuedConnection);
         return;
     }
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

@@ -40,7 +40,7 @@ private:
     void ask(int id);
     void take(int id, const Answer &answer);
     void cancelOrDismiss(int id);
-    void showWords(Row &row, const QString &state, const QString &message);
+    static void showWords(Row &row, const QString &state, const QString &message);
     Row *rowOf(int id);
 
     std::vector<Row> _rows;

@@ -295,7 +295,7 @@ std::optional<std::uint64_t> DSCReader::restOfLastPage() const
         return std::nullopt;
     std::set<std::string> ends = {"showpage"};
     if (pages.size() > 1)
-        ends.insert({lastWordOf(file, pages.front()), lastWordOf(file, pages.end()[-2])});
+        ends.insert({lastWordOf(file, pages.front()), lastWordOf(file, pages[pages.size() - 2])});
     const auto rest = lastOf(ends, {file, _document._trailer, file.size()});
     const bool isEnded = rest && lastOf(ends, {file, last.content, last.end});
     return isEnded ? std::nullopt : rest;
