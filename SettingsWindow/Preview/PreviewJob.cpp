@@ -6,7 +6,7 @@
 PreviewPrograms PreviewPrograms::ofThisProgram()
 {
     const QString folder = QCoreApplication::applicationDirPath();
-    const PreviewPrograms built = {folder + "/jobfilter-preview", folder + "/../Toolkit.bundle"};
+    PreviewPrograms built = {folder + "/jobfilter-preview", folder + "/../Toolkit.bundle"};
     if (QFileInfo(built.worker).isExecutable())
         return built;
     const QString installed = folder + "/" KL_WAY_TO_MODULES;

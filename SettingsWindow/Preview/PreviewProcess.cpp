@@ -102,8 +102,10 @@ void PreviewProcess::prepare(const PreviewJob &job)
                                               process + "-XXXXXX");
     if (!_folder->isValid()) {
         const QString error = QString::number(errno);
-        QMetaObject::invokeMethod(
-            this, [this, error] { fail(Failure::NoPlace, error); }, Qt::QueuedConnection);
+        auto *const soon = new QTimer(this); // whoever has called is not ready for an answer yet
+        soon->setSingleShot(true);
+        connect(soon, &QTimer::timeout, this, [this, error] { fail(Failure::NoPlace, error); });
+        soon->start();
         return;
     }
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
