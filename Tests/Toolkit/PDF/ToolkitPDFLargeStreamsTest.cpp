@@ -27,8 +27,6 @@ std::string packed(std::size_t size)
 }
 
 constexpr std::size_t kLarge = 300'000;
-/// As scanners make them.
-constexpr std::size_t kPicture = 5'400'000;
 
 std::string pictureOf(const std::string &bytes, const std::string &length)
 {
@@ -116,6 +114,9 @@ TEST(ToolkitPDFLargeStreamsTest, AnEncryptedOneStaysSo)
 }
 
 #ifndef KL_SANITIZED // whose memory is not what the program takes
+
+/// As scanners make them.
+constexpr std::size_t kPicture = 5'400'000;
 
 /// What the built program takes for the document, in KiB. It begins as a copy of the test, which
 /// must be smaller: nothing that is large is kept.
