@@ -340,15 +340,6 @@ bool DSCDocument::showsPageAheadOfPages() const
     return runsAnyOf({"showpage", "copypage"}, {_file, _headerEnd, _pages.front().begin});
 }
 
-bool DSCDocument::drawsAheadOfPages() const
-{
-    return runsAnyOf({"fill",    "eofill",  "stroke",    "rectfill",   "rectstroke", "ufill",
-                      "ueofill", "ustroke", "shfill",    "image",      "imagemask",  "colorimage",
-                      "show",    "ashow",   "widthshow", "awidthshow", "kshow",      "xshow",
-                      "yshow",   "xyshow",  "glyphshow", "cshow"},
-                     {_file, _headerEnd, _pages.front().begin});
-}
-
 DSCComment DSCDocument::pageComment(const DSCPage &page) const
 {
     return DSCScanner(_file, page.begin, page.content).next().value_or(DSCComment());

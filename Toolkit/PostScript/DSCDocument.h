@@ -85,9 +85,6 @@ public:
     /// Whether what stands ahead of the pages shows one, as far as its words tell.
     /// @throws ToolkitError when it cannot be read
     bool showsPageAheadOfPages() const;
-    /// Whether it leaves marks on the first one, in the same way.
-    /// @throws ToolkitError when it cannot be read
-    bool drawsAheadOfPages() const;
 
     /// Whether there is only one page, and it holds the end of the prolog or of the setup.
     bool hasPartInOnlyPage() const { return _hasPartInOnlyPage; }

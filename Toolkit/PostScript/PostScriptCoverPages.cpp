@@ -6,7 +6,6 @@
 #include "PostScriptText.h"
 #include "PrinterFeatures.h"
 #include "ProcSets.h"
-#include "ToolkitError.h"
 
 #include <algorithm>
 #include <array>
@@ -100,11 +99,6 @@ CoverPagesWriter::CoverPagesWriter(const CoverPages &request, const Job &job)
 
 void CoverPagesWriter::write()
 {
-    // Marks that are shown there have a sheet of their own.
-    if (_plan.front && _document.drawsAheadOfPages() && !_document.showsPageAheadOfPages())
-        throw ToolkitError(
-            "What the PostScript document draws ahead of its first page would be lost "
-            "behind a front cover.");
     writeHeader();
     writeProlog();
     if (_plan.front)

@@ -587,13 +587,12 @@ TEST_F(DSCDocumentTest, TrailerMayHaveTheWordsOfPages)
 
 class DSCDocumentAheadTest : public DSCDocumentTest {
 protected:
-    const DSCDocument &ahead(const std::string &prolog)
+    bool shows(const std::string &prolog)
     {
         return read("%!PS-Adobe-3.0\n%%EndComments\n" + prolog +
-                    "\n%%Page: 1 1\n0 0 9 9 rectfill showpage\n");
+                    "\n%%Page: 1 1\n0 0 9 9 rectfill showpage\n")
+            .showsPageAheadOfPages();
     }
-    bool shows(const std::string &prolog) { return ahead(prolog).showsPageAheadOfPages(); }
-    bool draws(const std::string &prolog) { return ahead(prolog).drawsAheadOfPages(); }
 };
 
 TEST_F(DSCDocumentAheadTest, WordsThatShowAPage)
@@ -617,14 +616,4 @@ TEST_F(DSCDocumentAheadTest, WordsThatShowNone)
           "currentfile eexec showpage cleartomark",
           "%%BeginData: 1 ASCII Lines\nshowpage\n%%EndData"})
         EXPECT_FALSE(shows(prolog)) << prolog;
-}
-
-TEST_F(DSCDocumentAheadTest, WordsThatLeaveMarks)
-{
-    for (const auto *prolog : {"0 0 9 9 rectfill", "/S { stroke } bind def 0 0 moveto 9 9 lineto S",
-                               "/Helvetica 9 selectfont 0 0 moveto (a) show"})
-        EXPECT_TRUE(draws(prolog)) << prolog;
-    for (const auto *prolog : {"", "0.5 setgray 2 setlinewidth", "/S { stroke } bind def showpage",
-                               "2 lt { (no) show showpage quit } if"})
-        EXPECT_FALSE(draws(prolog)) << prolog;
 }

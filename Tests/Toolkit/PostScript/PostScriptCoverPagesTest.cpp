@@ -1,7 +1,6 @@
 #include "PostScriptCommands.h"
 
 #include "MinimalPPD.h"
-#include "ToolkitError.h"
 #include "ToolkitPostScript.h"
 
 #include <gmock/gmock.h>
@@ -517,22 +516,3 @@ INSTANTIATE_TEST_SUITE_P(
                     "0.5 setgray 6 45 { pop } setscreen",
                     "0.4 setgray { dup 0.5 lt { pop 0 } if } settransfer"),
     [](const auto &example) { return "State" + std::to_string(example.index); });
-
-TEST(PostScriptCoverPagesTest, MarksOfTheSetupAreNotLostBehindAFrontCover)
-{
-    PostScriptSample sample = pages(2);
-    sample.setup += "0 0 90 90 rectfill\n";
-    for (const CoverStyle style : {NoPrint, Print1}) {
-        try {
-            processed(sample.text(), covers(style, None));
-            FAIL() << "not refused";
-        } catch (const ToolkitError &error) {
-            EXPECT_STREQ("What the PostScript document draws ahead of its first page would be lost "
-                         "behind a front cover.",
-                         error.what());
-        }
-    }
-    EXPECT_NO_THROW(processed(sample.text(), covers(None, NoPrint)));
-    sample.setup += "showpage\n";
-    EXPECT_EQ(4U, renderText(processed(sample.text(), covers(NoPrint, None))).pages.size());
-}
