@@ -249,7 +249,9 @@ Watermark draft(bool above)
 }
 
 const Booklet kBooklet = {"A5", 0, 0, Ordering::LeftToRight};
-const CoverPages kCovers = {.back = {CoverStyle::NoPrint, "None", "Auto"},
+/// Printed ones: a blank one is on the paper of the setup, of which some of these documents have
+/// none.
+const CoverPages kCovers = {.back = {CoverStyle::Print1, "None", "Auto"},
                             .front = {CoverStyle::Print1, "None", "Auto"},
                             .source = "Auto",
                             .media = "None",
