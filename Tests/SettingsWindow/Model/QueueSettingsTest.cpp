@@ -162,9 +162,9 @@ TEST_F(QueueSettingsTest, FieldsSpeakByTheWordsOfThePPDInTheLanguage)
 
 TEST_F(QueueSettingsTest, FieldsOfKeysSpeakByWordsThatTheWindowTranslates)
 {
-    const auto place = field(sample("de"), "com.kalmira.pde.watermark.place");
-    EXPECT_EQ("Place", place->label.text);
-    EXPECT_EQ("Diagonal", place->choices.at(2).label.text);
+    const auto matching = field(sample("de"), "com.apple.print.PrintSettings.PMColorMatchingMode");
+    EXPECT_EQ("Colour matching, as told by programs", matching->label.text);
+    EXPECT_EQ("By the printer", matching->choices.at(1).label.text);
 }
 
 TEST_F(QueueSettingsTest, FieldsSayWhatMayBeTyped)
@@ -225,8 +225,7 @@ TEST_F(QueueSettingsTest, CoversOfAPDFQueueAreAskedForAndHaveNoTrays)
     EXPECT_THAT(ids(settings, Page::Covers),
                 ElementsAre("CoverPagesInPDF", "UseFrontCover", "FrontCoverPrintStyle",
                             "UseBackCover", "BackCoverPrintStyle"));
-    EXPECT_EQ("Only with “Covers from the tray of the job”: Yes",
-              whyNot(settings, "UseFrontCover"));
+    EXPECT_EQ("Only with “Covers as Pages of the Job”: Yes", whyNot(settings, "UseFrontCover"));
     settings.set("CoverPagesInPDF", "True");
     EXPECT_EQ("", whyNot(settings, "UseFrontCover"));
 }
@@ -322,9 +321,10 @@ TEST_F(QueueSettingsTest, WatermarkIsMadeByItsText)
     settings.set("KLWatermarkOrdering", "Below");
     EXPECT_EQ("Only with “Watermark and Page”: Above the Page Content",
               whyNot(settings, "KLWatermarkOverprint"));
-    settings.set("com.kalmira.pde.watermark.place", "diagonal");
-    EXPECT_EQ("Not together with “Place”: Diagonal", whyNot(settings, "KLWatermarkAngle"));
-    EXPECT_EQ("Not together with “Place”", whyNot(settings, "KLWatermarkX"));
+    settings.set("KLWatermarkPlace", "Diagonal");
+    EXPECT_EQ("Not together with “Watermark Place”: Along the Diagonal",
+              whyNot(settings, "KLWatermarkAngle"));
+    EXPECT_EQ("Not together with “Watermark Place”", whyNot(settings, "KLWatermarkX"));
 }
 
 TEST_F(QueueSettingsTest, BookletIsAlwaysPrintedOnBothSides)
@@ -458,7 +458,7 @@ TEST_F(QueueSettingsTest, OptionsAreWhatDiffersFromTheQueue)
     EXPECT_THAT(settings.options(), IsEmpty());
     settings.set("KLDepartmentCode", "Custom.0815");
     settings.set("KLWatermarkText", "Custom.Top secret");
-    settings.set("com.kalmira.pde.watermark.place", "top-right");
+    settings.set("KLWatermarkPlace", "TopRight");
     settings.set("com.kalmira.pde.q5.color-profile", "/usr/share/color/my profile.icc");
     settings.set("com.apple.print.PrintSettings.PMColorMatchingMode", "0");
     settings.set("Duplex", "DuplexTumble");
@@ -466,7 +466,7 @@ TEST_F(QueueSettingsTest, OptionsAreWhatDiffersFromTheQueue)
     EXPECT_THAT(settings.options(),
                 ElementsAre(std::pair("KLDepartmentCode", "Custom.0815"),
                             std::pair("KLWatermarkText", "Custom.Top secret"),
-                            std::pair("com.kalmira.pde.watermark.place", "top-right"),
+                            std::pair("KLWatermarkPlace", "TopRight"),
                             std::pair("com.apple.print.PrintSettings.PMColorMatchingMode..n.", "0"),
                             std::pair("com.kalmira.pde.q5.color-profile",
                                       "file:///usr/share/color/my%20profile.icc")));
