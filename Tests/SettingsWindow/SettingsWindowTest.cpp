@@ -46,13 +46,6 @@ const auto *const application = testing::AddGlobalTestEnvironment(new OffscreenA
 constexpr std::chrono::milliseconds kPatience = std::chrono::seconds(30);
 constexpr char kDocument[] = KL_DOCUMENTS "/office-1.pdf";
 
-std::string portOf(const PrivateScheduler &scheduler)
-{
-    const std::string uri = scheduler.queueURI("");
-    const auto colon = uri.find(':', uri.find("//"));
-    return uri.substr(colon + 1, uri.find('/', colon) - colon - 1);
-}
-
 /// Scheduler and printer live as long as the program.
 PrivateScheduler &scheduler()
 {
@@ -96,7 +89,7 @@ protected:
         _queues.erase(name);
     }
 
-    Model::ServerAddress server() { return {"127.0.0.1", std::stoi(portOf(scheduler())), true}; }
+    Model::ServerAddress server() { return {"127.0.0.1", scheduler().port(), true}; }
 
     std::string keptFile() { return folder.file("home/lpoptions"); }
 
@@ -328,7 +321,7 @@ TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByAScreenReader)
                        "QT_QPA_PLATFORM",
                        "HOME=" + home,
                        "XDG_RUNTIME_DIR=" + home,
-                       "CUPS_SERVER=127.0.0.1:" + portOf(scheduler()),
+                       "CUPS_SERVER=127.0.0.1:" + std::to_string(scheduler().port()),
                        "LC_ALL=C.UTF-8",
                        "dbus-run-session",
                        "--",

@@ -53,13 +53,6 @@ void wear(const QString &theme)
         QApplication::setPalette(darkColors());
 }
 
-Model::ServerAddress addressOf(const Support::PrivateScheduler &scheduler)
-{
-    const std::string uri = scheduler.queueURI("");
-    const auto colon = uri.find(':', uri.find("//"));
-    return {"127.0.0.1", std::stoi(uri.substr(colon + 1)), true};
-}
-
 /// What a person would set who prints a report for the board.
 const std::pair<const char *, const char *> kSettings[] = {
     {"KLDepartmentCode", "Custom.0815"}, {"KLPrivatePIN", "Custom.0471"},
@@ -74,7 +67,7 @@ void takePictures(const QString &folder, const QString &name, const QStringList 
     scheduler.addQueue("office", KL_SAMPLE_PDF_PPD, "file:///dev/null",
                        {"-D", "Kalmira Office MFP", "-L", "2nd floor"});
     MainWindow window({{KL_PREVIEW, KL_TOOLKIT_BUNDLE},
-                       addressOf(scheduler),
+                       {"127.0.0.1", scheduler.port(), true},
                        Model::KeptSettings(files.file("lpoptions")),
                        QStringLiteral("office"),
                        {},

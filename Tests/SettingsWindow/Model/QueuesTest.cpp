@@ -58,9 +58,7 @@ void QueuesTest::SetUpTestSuite()
 
 Model::ServerAddress QueuesTest::server()
 {
-    const std::string uri = scheduler().queueURI(""); // "ipp://127.0.0.1:PORT/printers/"
-    const auto colon = uri.rfind(':');
-    return {"127.0.0.1", std::stoi(uri.substr(colon + 1)), false};
+    return {"127.0.0.1", scheduler().port(), false};
 }
 
 std::string QueuesTest::socketOf()

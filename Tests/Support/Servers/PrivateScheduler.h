@@ -75,6 +75,9 @@ public:
     /// The printer's state message, as lpstat(1) shows it.
     std::string printerMessage(const std::string &queue) const;
 
+    /// It listens on 127.0.0.1.
+    int port() const { return _port; }
+
     /// "ipp://127.0.0.1:PORT/printers/QUEUE"
     std::string queueURI(const std::string &queue) const;
 
