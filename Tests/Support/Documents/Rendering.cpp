@@ -86,9 +86,8 @@ RenderedPage::RenderedPage(std::string_view ppm, double resolution) : _pixel(72 
     if (magic != "P6" || largest != "255" || ppm.size() - begin != 3 * _columns * _rows)
         throw std::runtime_error("not a pixmap of the expected form");
     static_assert(sizeof(Colour) == 3 && std::is_trivially_copyable_v<Colour>); // as in the pixmap
-    _pixels.resize(_columns * _rows);
-    std::copy_n(ppm.begin() + static_cast<std::ptrdiff_t>(begin), 3 * _pixels.size(),
-                reinterpret_cast<char *>(_pixels.data()));
+    const auto *first = reinterpret_cast<const Colour *>(ppm.data() + begin);
+    _pixels.assign(first, first + _columns * _rows);
 }
 
 Colour RenderedPage::colourAt(Point place) const
@@ -136,9 +135,21 @@ RenderedPage::countChanges(const RenderedPage &before,
 {
     if (before._columns != _columns || before._rows != _rows)
         throw std::invalid_argument("the pages differ in size");
+    if (_pixels.empty())
+        return 0;
     std::size_t count = 0;
-    for (std::size_t pixel = 0; pixel < _pixels.size(); ++pixel)
-        count += condition(before._pixels[pixel], _pixels[pixel]) ? 1U : 0U;
+    Colour was = before._pixels[0];
+    Colour is = _pixels[0];
+    bool holds = condition(was, is);
+    for (std::size_t pixel = 0; pixel < _pixels.size(); ++pixel) {
+        // Most pixels are what the one beside them is: the condition is not asked again.
+        if (was != before._pixels[pixel] || is != _pixels[pixel]) {
+            was = before._pixels[pixel];
+            is = _pixels[pixel];
+            holds = condition(was, is);
+        }
+        count += holds ? 1U : 0U;
+    }
     return count;
 }
 

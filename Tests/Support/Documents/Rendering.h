@@ -70,7 +70,7 @@ public:
     double shareOf(Colour colour) const;
 
     /// How many pixels a condition holds for, told what each of them was on another page and what
-    /// it is here.
+    /// it is here. It may depend on nothing else.
     /// @throws std::invalid_argument when the two pages differ in size
     std::size_t countChanges(const RenderedPage &before,
                              const std::function<bool(Colour was, Colour is)> &condition) const;
