@@ -60,6 +60,8 @@ protected:
 
 TEST_F(DirectoryServer389Test, TellsThoseWhomItsRulesAllow)
 {
+    KL_NEEDS_PROGRAM("dscreate", "389-ds-base");
+    KL_NEEDS_SSSD();
     const DirectoryServer389 server(kEntries);
     expectNoDomain(); // the rules of a new instance are for nobody's users
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Daemon.h"
+#include "Needed.h"
 
 #include <memory>
 #include <string>
@@ -19,6 +20,9 @@ void joinDomain();
 
 /// A member's winbind, with nothing in its caches. @return once it serves
 std::unique_ptr<Daemon> startWinbind();
+
+/// Stands first in a test, or in its SetUp(), that starts SSSD: not every system has it.
+#define KL_NEEDS_SSSD() KL_NEEDS_PROGRAM("sssd", "sssd-ad and sssd-ldap")
 
 /// A host's SSSD, with nothing in its caches.
 /// @param configuration  the text of sssd.conf(5)

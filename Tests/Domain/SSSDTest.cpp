@@ -11,6 +11,12 @@ namespace {
 
 class SSSDTest : public DomainTest {
 protected:
+    void SetUp() override
+    {
+        KL_NEEDS_SSSD();
+        DomainTest::SetUp();
+    }
+
     static void expectDomain(const std::string &user, const std::string &domain)
     {
         const auto job = printAsking(user);

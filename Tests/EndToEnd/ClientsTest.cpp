@@ -123,8 +123,7 @@ TEST_F(ClientsTest, FieldsOfThePrintDialogThatAreLeftAloneSayNothing)
 
 TEST_F(ClientsTest, DefaultsThatAreTypedIntoTheSchedulersWebPageCount)
 {
-    if (access("/usr/bin/chromium", X_OK) != 0)
-        GTEST_SKIP() << "no browser: the packages chromium and chromium-driver bring it";
+    KL_NEEDS_PROGRAM("chromium", "chromium and chromium-driver");
     KL_NEEDS_VALUES_WITH_BLANKS();
     setDefaultsInBrowser(kDefaultsQueue, {"KLDepartmentCode=9999", "KLPrivatePIN=123456",
                                           "KLWatermarkText=House \"copy\", it's ours"});

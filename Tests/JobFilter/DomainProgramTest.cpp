@@ -81,6 +81,7 @@ TEST_F(DomainProgramTest, HostWithoutSourcesSaysSoOfEach)
 
 TEST_F(DomainProgramTest, FirstSourceThatKnowsTheUserIsTheLastThatIsAsked)
 {
+    KL_NEEDS_SSSD_LIBRARY();
     const ScriptedServer sssd(kSSSDSocket,
                               Support::SSSDScript::knowing("anna", "CN=Anna,DC=Corp,DC=Example"));
     const ProgramResult result = ask();
@@ -95,6 +96,7 @@ TEST_F(DomainProgramTest, FirstSourceThatKnowsTheUserIsTheLastThatIsAsked)
 
 TEST_F(DomainProgramTest, EachSourceIsToldInOrderAndTheNodeTooAndTheDomainLast)
 {
+    KL_NEEDS_SSSD_LIBRARY();
     const DirectoryServer server({kExample});
     const ScriptedServer sssd(kSSSDSocket, Support::SSSDScript::answeringBody("", ENOENT));
     const std::string dead = "ldap://127.0.0.1:" + std::to_string(Support::freePort());
@@ -135,6 +137,7 @@ TEST_F(DomainProgramTest, RootAsksAsTheFiltersUser)
 
 TEST_F(DomainProgramTest, AnswersThatWouldCommandATerminalDoNot)
 {
+    KL_NEEDS_SSSD_LIBRARY();
     const std::string dn = "uid=anna\x1b[2J,o=Company";
     const ScriptedServer sssd(kSSSDSocket, Support::SSSDScript::knowing("anna", dn));
     const ProgramResult result = ask();

@@ -460,6 +460,7 @@ protected:
 
 TEST_F(JobFilterSourcesTest, SSSDGivesTheDomain)
 {
+    KL_NEEDS_SSSD_LIBRARY();
     const ScriptedServer sssd(kSSSDSocket, _sssd);
     const auto result = runProgram(call("ldap://127.0.0.1:1"));
     EXPECT_EQ("corp.example", domainIn(result));
@@ -507,6 +508,7 @@ TEST_F(JobFilterSourcesTest, SettingsThatCannotBeUsedAskNobodyAndALineSaysWhy)
 
 TEST_F(JobFilterSourcesTest, HungSourcesCostThreeSecondsEach)
 {
+    KL_NEEDS_SSSD_LIBRARY();
     const ScriptedServer sssd(kSSSDSocket, &keepSilent);
     const ScriptedServer winbind(kWinbindSocket, &keepSilent);
     const auto begin = Clock::now();
@@ -529,6 +531,7 @@ TEST_F(JobFilterSourcesTest, JobThatDoesNotAskReadsAndContactsNothing)
 
 TEST_F(JobFilterSourcesTest, LibrariesAreLoadedByTheChildThatAsksAndOnlyThere)
 {
+    KL_NEEDS_SSSD_LIBRARY();
     const ScriptedServer sssd(kSSSDSocket, _sssd);
     const LoadedFiles asking = runAndListFiles(call("ldap://127.0.0.1:1"));
     EXPECT_THAT(asking.byProgram, Not(Contains(StartsWith("libsss_nss_idmap"))));
@@ -543,6 +546,7 @@ TEST_F(JobFilterSourcesTest, LibrariesAreLoadedByTheChildThatAsksAndOnlyThere)
 
 TEST_F(JobFilterSourcesTest, CancelledAtAnyMomentItLeavesNothing)
 {
+    KL_NEEDS_SSSD_LIBRARY();
     const ScriptedServer sssd(kSSSDSocket, [this](int socket, int number) {
         std::this_thread::sleep_for(std::chrono::milliseconds(number % 5));
         _sssd(socket, number);

@@ -101,6 +101,7 @@ TEST_F(DirectorySourcesTest, HostWithoutSourcesHasNoAuthenticationNode)
 
 TEST_F(DirectorySourcesTest, EachSourceIsAskedWhereItIsThere)
 {
+    KL_NEEDS_SSSD_LIBRARY();
     {
         const ScriptedServer sssd(Platform::kSSSDSocket, kSSSD);
         EXPECT_EQ("sssd:corp.example", nodeOf("anna"));
@@ -120,6 +121,7 @@ TEST_F(DirectorySourcesTest, EachSourceIsAskedWhereItIsThere)
 
 TEST_F(DirectorySourcesTest, FirstSourceWithARecordWinsAndTheOthersAreNotAsked)
 {
+    KL_NEEDS_SSSD_LIBRARY();
     const ScriptedServer sssd(Platform::kSSSDSocket, kSSSD);
     const ScriptedServer winbind(Platform::kWinbindSocket, &keepSilent);
     const ScriptedServer ldap(&keepSilent);
@@ -144,6 +146,7 @@ TEST_F(DirectorySourcesTest, SourceThatDoesNotKnowTheUserHandsOn)
 
 TEST_F(DirectorySourcesTest, SourceThatHangsHandsOnAfterItsTime)
 {
+    KL_NEEDS_SSSD_LIBRARY();
     _limits.localAnswer = 300ms;
     const ScriptedServer sssd(Platform::kSSSDSocket, &keepSilent);
     const ScriptedServer winbind(Platform::kWinbindSocket, &keepSilent);
@@ -156,6 +159,7 @@ TEST_F(DirectorySourcesTest, SourceThatHangsHandsOnAfterItsTime)
 
 TEST_F(DirectorySourcesTest, AllTogetherHaveTheSessionsTime)
 {
+    KL_NEEDS_SSSD_LIBRARY();
     _limits = {.localAnswer = 400ms, .serverAnswer = 20s, .session = 1s};
     const ScriptedServer sssd(Platform::kSSSDSocket, &keepSilent);
     const ScriptedServer ldap(&keepSilent);
@@ -188,6 +192,7 @@ TEST_F(DirectorySourcesTest, SettingsSayTheOrder)
 
 TEST_F(DirectorySourcesTest, LDAPWithoutServersIsPassedOver)
 {
+    KL_NEEDS_SSSD_LIBRARY();
     const ScriptedServer sssd(Platform::kSSSDSocket, kSSSD);
     settle("DirectorySources ldap sssd\n");
     EXPECT_EQ("sssd:corp.example", nodeOf("anna"));

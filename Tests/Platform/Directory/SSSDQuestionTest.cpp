@@ -25,6 +25,12 @@ namespace {
 
 class SSSDQuestionTest : public Support::HiddenServicesTest {
 protected:
+    void SetUp() override
+    {
+        KL_NEEDS_SSSD_LIBRARY();
+        HiddenServicesTest::SetUp();
+    }
+
     static ChildReport ask(const std::string &name = "anna",
                            std::chrono::milliseconds silence = 20s)
     {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Needed.h"
 #include "ScriptedServer.h"
 
 #include <cstdint>
@@ -34,3 +35,6 @@ ScriptedServer::Script answeringBody(const std::string &body, std::uint32_t stat
 ScriptedServer::Script knowing(const std::string &userName, const std::string &distinguishedName);
 
 } // namespace Support::SSSDScript
+
+/// Stands first in a test whose program hears what a script says: it asks through this library.
+#define KL_NEEDS_SSSD_LIBRARY() KL_NEEDS_LIBRARY("libsss_nss_idmap.so.0", "libsss-nss-idmap0")
