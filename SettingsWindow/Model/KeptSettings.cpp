@@ -124,6 +124,13 @@ std::vector<KeptSet> KeptSettings::setsOf(const std::string &queue,
     return sets;
 }
 
+JobOptions KeptSettings::defaultsOf(const std::string &queue) const
+{
+    std::optional<Words> whyNot;
+    const auto lines = readLines(_path, &whyNot);
+    return lines ? lines->optionsOf(queue, {}) : JobOptions();
+}
+
 std::optional<Words> KeptSettings::keep(const std::string &queue, const KeptSet &set) const
 {
     if (auto objection = set.name.empty() ? std::nullopt : objectionToName(set.name))
@@ -182,21 +189,18 @@ std::optional<Words> KeptSettings::objectionToName(const std::string &set)
     return isUsable ? std::nullopt : std::optional(Words{kNameHas});
 }
 
-JobOptions optionsAddedByClients(const std::string &queue)
+JobOptions laidOver(JobOptions below, const JobOptions &above)
 {
-    JobOptions added;
-    for (const KeptSettings &kept : {KeptSettings::ofEverybody(), KeptSettings()}) {
-        std::optional<Words> whyNot;
-        for (const KeptSet &set : kept.setsOf(queue, &whyNot)) {
-            if (!set.name.empty())
-                continue;
-            for (const auto &option : set.options) {
-                std::erase_if(added, [&](const auto &one) { return one.first == option.first; });
-                added.push_back(option);
-            }
-        }
+    for (const auto &option : above) {
+        std::erase_if(below, [&](const auto &one) { return one.first == option.first; });
+        below.push_back(option);
     }
-    return added;
+    return below;
+}
+
+JobOptions optionsAddedByClients(const std::string &queue, const KeptSettings &users)
+{
+    return laidOver(KeptSettings::ofEverybody().defaultsOf(queue), users.defaultsOf(queue));
 }
 
 } // namespace Model

@@ -16,7 +16,8 @@ struct KeptSet {
 };
 
 /// The settings that a user has kept, in the file that libcups reads for lp(1) and print dialogs
-/// (lpoptions(1)). Each call looks at the file anew: others write it, too.
+/// (lpoptions(1)). Each call looks at the file anew: others write it, too. It names queues and
+/// knows no servers: what is kept counts for every queue of that name.
 ///
 /// What is not changed stays as it was, byte for byte: other queues, those of other servers as
 /// well, other sets, comments. Where the file cannot be written it is as it was before. (libcups'
@@ -43,6 +44,9 @@ public:
     /// @param whyNot  says why they cannot be read, else is empty; not null
     std::vector<KeptSet> setsOf(const std::string &queue, std::optional<Words> *whyNot) const;
 
+    /// The options that are kept without a name; none when they cannot be read.
+    JobOptions defaultsOf(const std::string &queue) const;
+
     /// Keeps options as a set, in the place of one of that name. Without options a set with a name
     /// is there all the same; the one without a name is not. An option with an empty value is not
     /// kept: lpoptions(1) would make "true" of it.
@@ -67,8 +71,12 @@ private:
     std::string _path;
 };
 
+/// Options on top of others: what both say is as the upper ones have it.
+JobOptions laidOver(JobOptions below, const JobOptions &above);
+
 /// The options that lp(1) and print dialogs add to a job on the queue: what is kept without a name,
-/// of the user's on top of everybody's.
-JobOptions optionsAddedByClients(const std::string &queue);
+/// of the user's on top of everybody's. What cannot be read adds nothing.
+JobOptions optionsAddedByClients(const std::string &queue,
+                                 const KeptSettings &users = KeptSettings());
 
 } // namespace Model

@@ -5,11 +5,20 @@
 #include "Words.h"
 
 #include <chrono>
+#include <compare>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace Model {
+
+/// What tells a queue from all others: servers may have queues of the same name.
+struct QueueId {
+    ServerAddress server;
+    std::string name;
+
+    auto operator<=>(const QueueId &) const = default;
+};
 
 /// A destination whose jobs go through this filter.
 struct Queue {
@@ -27,6 +36,8 @@ struct Queue {
     bool isClass = false;   ///< several queues that share the work
     /// What the queue says by itself for options that its PPD does not have ("KEY-default").
     JobOptions defaults;
+
+    QueueId id() const { return {server, name}; }
 };
 
 /// What a server told.

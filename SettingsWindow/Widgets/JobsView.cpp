@@ -15,7 +15,6 @@ using Model::PrintJob;
 namespace {
 
 constexpr std::chrono::milliseconds kPace = std::chrono::seconds(1);
-constexpr std::chrono::milliseconds kBound = std::chrono::seconds(5);
 
 } // namespace
 
@@ -64,11 +63,11 @@ void JobsView::ask(int id)
 {
     Row *row = rowOf(id);
     row->isAsked = true;
-    inBackground(
+    ::ask(
         this,
         [job = row->job] {
             Answer answer;
-            answer.status = statusOf(job, kBound, &answer.whyNot);
+            answer.status = statusOf(job, kServerPatience, &answer.whyNot);
             return answer;
         },
         [this, id](const Answer &answer) { take(id, answer); });
@@ -93,9 +92,9 @@ void JobsView::take(int id, const Answer &answer)
 
 void JobsView::showWords(Row &row, const QString &state, const QString &message)
 {
-    QString words =
-        tr("%1 (job %2 on %3): %4")
-            .arg(row.title, QString::number(row.job.number), fromModel(row.job.queue), state);
+    QString words = tr("%1 (job %2 on %3): %4")
+                        .arg(row.title, QString::number(row.job.number),
+                             inWords(Model::QueueId{row.job.server, row.job.queue}), state);
     if (!message.isEmpty())
         words += u'\n' + message;
     row.words->setText(words);
@@ -108,8 +107,8 @@ void JobsView::cancelOrDismiss(int id)
     if (row == nullptr)
         return;
     if (!row->isAtItsEnd) {
-        inBackground(
-            this, [job = row->job] { return cancel(job, kBound); },
+        carryOut(
+            this, [job = row->job] { return cancel(job, kServerPatience); },
             [this, id](const std::optional<Model::Words> &whyNot) {
                 if (Row *cancelled = rowOf(id); whyNot && cancelled != nullptr)
                     showWords(*cancelled, inWords(*whyNot), {});

@@ -23,8 +23,9 @@ QLabel *sentence(const QString &words, QWidget *parent)
 
 } // namespace
 
-KeepDialog::KeepDialog(const QString &printer, const QStringList &sets, const QString &current,
-                       bool hasSecrets, const QString &whoCanRead, QWidget *parent)
+KeepDialog::KeepDialog(const QString &printer, const QString &countsFor, const QStringList &sets,
+                       const QString &current, bool hasSecrets, const QString &whoCanRead,
+                       QWidget *parent)
     : QDialog(parent),
       _asDefaults(new QRadioButton(tr("As my &defaults for %1").arg(printer), this)),
       _asSet(new QRadioButton(tr("As a set with a &name, which print dialogs list:"), this)),
@@ -43,6 +44,8 @@ KeepDialog::KeepDialog(const QString &printer, const QStringList &sets, const QS
     _secrets->setAccessibleDescription(whoCanRead);
     QLabel *where = sentence(whoCanRead, this);
     where->setVisible(hasSecrets);
+    QLabel *others = sentence(countsFor, this);
+    others->setVisible(!countsFor.isEmpty());
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
     _keep = buttons->addButton(tr("&Keep"), QDialogButtonBox::AcceptRole);
@@ -56,6 +59,7 @@ KeepDialog::KeepDialog(const QString &printer, const QStringList &sets, const QS
     layout->addWidget(_asSet);
     layout->addWidget(_name);
     layout->addWidget(_objection);
+    layout->addWidget(others);
     layout->addWidget(_secrets);
     layout->addWidget(where);
     layout->addStretch();

@@ -14,12 +14,13 @@ class KeepDialog : public QDialog {
     Q_OBJECT
 
 public:
+    /// @param countsFor   what the settings count for beside this printer; empty for nothing
     /// @param sets        the names of the sets that there are, without that of the defaults
     /// @param current     the one that is being changed; empty for none
     /// @param hasSecrets  whether any PIN or password is set
     /// @param whoCanRead  where what is kept lies, and who can read it
-    KeepDialog(const QString &printer, const QStringList &sets, const QString &current,
-               bool hasSecrets, const QString &whoCanRead, QWidget *parent);
+    KeepDialog(const QString &printer, const QString &countsFor, const QStringList &sets,
+               const QString &current, bool hasSecrets, const QString &whoCanRead, QWidget *parent);
 
     /// The set's name; empty for the defaults.
     QString set() const;

@@ -1,22 +1,21 @@
 #include "MainWindow.h"
 #include "JobsView.h"
-#include "KeepDialog.h"
+#include "Keeping.h"
 #include "PreviewPane.h"
 #include "PrintJob.h"
 #include "PrinterRow.h"
 #include "SettingsPages.h"
 #include "commandLine.h"
 #include "inBackground.h"
+#include "tell.h"
 #include "words.h"
 
-#include <QAccessible>
 #include <QBoxLayout>
 #include <QClipboard>
 #include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QInputDialog>
 #include <QLabel>
 #include <QMessageBox>
 #include <QMimeData>
@@ -27,16 +26,15 @@
 #include <algorithm>
 #include <chrono>
 
-using Model::KeptSet;
 using Model::Queue;
+using Model::QueueId;
 using Model::Secrets;
 using Model::Words;
 
 namespace {
 
-constexpr std::chrono::milliseconds kLookAgain = std::chrono::seconds(10);
-constexpr std::chrono::milliseconds kBound =
-    std::chrono::seconds(5); // for a server that says nothing
+/// For how long the standard server may take before the window begins with another's printer.
+constexpr std::chrono::milliseconds kPatience = std::chrono::seconds(1);
 constexpr std::chrono::milliseconds kPreviewDelay{20};
 
 QPushButton *button(const QString &words, const QKeySequence &shortcut, QWidget *parent)
@@ -63,6 +61,8 @@ QString wholePath(const QString &path)
 MainWindow::MainWindow(Setup setup)
     : _setup(std::move(setup)),
       _document(wholePath(_setup.document)),
+      _printers(new Printers(_setup.servers, this)),
+      _keeping(new Keeping(_setup.kept, this)),
       _printerRow(new PrinterRow(this)),
       _stack(new QStackedWidget(this)),
       _message(new QLabel(this)),
@@ -70,7 +70,7 @@ MainWindow::MainWindow(Setup setup)
 {
     setWindowTitle(tr("Print Settings"));
     setAcceptDrops(true);
-    _stack->addWidget(makeNoPrinters());
+    _stack->addWidget(makeWords());
     _stack->addWidget(makeSettings());
     _message->setTextFormat(Qt::PlainText);
     _message->setWordWrap(true);
@@ -87,26 +87,29 @@ MainWindow::MainWindow(Setup setup)
     setCentralWidget(content);
 
     connectPrinterRow();
+    connectKeeping();
     _previewDelay.setSingleShot(true);
     connect(&_previewDelay, &QTimer::timeout, this, &MainWindow::showPreview);
-    connect(&_clock, &QTimer::timeout, this, &MainWindow::lookForPrinters);
-    _clock.start(kLookAgain);
-    lookForPrinters();
+    connect(_printers, &Printers::answered, this, &MainWindow::takePrinters);
+    QTimer::singleShot(kPatience, this, [this] {
+        _isPatient = false;
+        beginWithAPrinter();
+    });
 }
 
 MainWindow::~MainWindow() = default;
 
 // MARK: what the window is made of
 
-QWidget *MainWindow::makeNoPrinters()
+QWidget *MainWindow::makeWords()
 {
-    _noPrinters = new QLabel(tr("Looking for printers …"), this);
-    _noPrinters->setTextFormat(Qt::PlainText);
-    _noPrinters->setWordWrap(true);
-    _noPrinters->setAlignment(Qt::AlignCenter);
-    _noPrinters->setMargin(3 * fontMetrics().averageCharWidth());
-    _noPrinters->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    return _noPrinters;
+    _words = new QLabel(tr("Looking for printers …"), this);
+    _words->setTextFormat(Qt::PlainText);
+    _words->setWordWrap(true);
+    _words->setAlignment(Qt::AlignCenter);
+    _words->setMargin(3 * fontMetrics().averageCharWidth());
+    _words->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    return _words;
 }
 
 QWidget *MainWindow::makeSettings()
@@ -136,134 +139,144 @@ QWidget *MainWindow::makeButtons()
     layout->addWidget(_copy);
     layout->addStretch();
     layout->addWidget(_print);
-    for (QPushButton *each : {_keep, _copy, _print})
-        each->setEnabled(false);
     connect(_keep, &QPushButton::clicked, this, &MainWindow::keep);
     connect(_copy, &QPushButton::clicked, this, &MainWindow::copyCommand);
     connect(_print, &QPushButton::clicked, this, &MainWindow::printNow);
+    updateButtons();
     return row;
 }
 
 void MainWindow::connectPrinterRow()
 {
     connect(_printerRow, &PrinterRow::printerChosen, this, &MainWindow::choosePrinter);
-    connect(_printerRow, &PrinterRow::refreshWanted, this, &MainWindow::lookForPrinters);
+    connect(_printerRow, &PrinterRow::refreshWanted, _printers, &Printers::lookAgain);
     connect(_printerRow, &PrinterRow::ownSettingsChosen, this,
             [this] { beginWithSet(std::nullopt); });
     connect(_printerRow, &PrinterRow::setChosen, this,
             [this](const QString &name) { beginWithSet(name.toStdString()); });
-    connect(_printerRow, &PrinterRow::renameWanted, this, &MainWindow::renameSet);
-    connect(_printerRow, &PrinterRow::removeWanted, this, &MainWindow::removeSet);
+}
+
+void MainWindow::connectKeeping()
+{
+    connect(_printerRow, &PrinterRow::renameWanted, this,
+            [this] { _keeping->renameSet(*session()); });
+    connect(_printerRow, &PrinterRow::removeWanted, this,
+            [this] { _keeping->removeSet(*session()); });
+    connect(_keeping, &Keeping::ended, this, &MainWindow::say);
+    connect(_keeping, &Keeping::changed, this, &MainWindow::takeKept);
 }
 
 // MARK: printers
 
-void MainWindow::lookForPrinters()
+/// A server that has lost a printer takes nothing away of what was set here.
+void MainWindow::takePrinters(const Model::ServerAddress &server, bool isWell)
 {
-    if (_isLooking)
-        return;
-    _isLooking = true;
-    inBackground(
-        this, [server = _setup.server] { return queuesOfThisFilter(server, kBound); },
-        [this](const Model::QueueList &list) {
-            _isLooking = false;
-            takePrinters(list);
-        });
+    showPrinters();
+    if (!_chosen)
+        beginWithAPrinter();
+    else if (_chosen->server == server && isWell) {
+        if (const Queue *queue = _printers->find(*_chosen))
+            lookAt(*queue);
+        else
+            leaveLostPrinter();
+    }
 }
 
-/// A server that says nothing, or has lost a printer, takes nothing away of what was set here.
-void MainWindow::takePrinters(const Model::QueueList &list)
+void MainWindow::showPrinters()
 {
-    if (list.problem && !_printers.empty()) {
-        say(inWords(*list.problem));
+    QStringList problems;
+    for (const Words &problem : _printers->problems())
+        problems << inWords(problem);
+    _printerRow->showPrinters(_printers->all(), _chosen, problems.join(u'\n'));
+}
+
+/// One that is gone before its settings were there is forgotten.
+void MainWindow::leaveLostPrinter()
+{
+    if (session() == nullptr) {
+        _chosen.reset();
+        beginWithAPrinter();
         return;
     }
-    _printers = list.queues;
-    if (_printers.empty() && _sessions.empty()) {
-        showNoPrinters(list);
+    say(tr("The printer %1 is not there any more. What you have set for it stays as long as this "
+           "window is open.")
+            .arg(inWords(*_chosen)));
+}
+
+/// Until somebody has chosen one.
+void MainWindow::beginWithAPrinter()
+{
+    if (_chosen)
         return;
-    }
-    if (_chosen.isEmpty())
-        _chosen = printerToBeginWith();
-    _printerRow->showPrinters(_printers, _chosen);
-    if (const Queue *queue = printer(_chosen))
-        lookAt(*queue);
+    if (const auto printer = printerToBeginWith())
+        choosePrinter(*printer);
     else
-        say(tr("The printer %1 is not there any more. What you have set for it stays as long as "
-               "this window "
-               "is open.")
-                .arg(_chosen));
+        showWords(wordsWithoutPrinter());
+    showPrinters();
 }
 
-void MainWindow::showNoPrinters(const Model::QueueList &list)
+/// @return nullopt when there is none, or a server that might have it is waited for
+std::optional<QueueId> MainWindow::printerToBeginWith()
 {
-    QString words = list.problem ? inWords(*list.problem) + QStringLiteral("\n\n") : QString();
-    words += tr("There is no printer here that is driven by jobfilter.");
-    if (list.others > 0)
-        words += u' ' + tr("(Printers of other kinds that are there: %L1)").arg(list.others);
-    words += QStringLiteral("\n\n") +
-             tr("Ask the administrator of your printers for a queue with its driver, or add one:") +
-             QStringLiteral("\n\nlpadmin -p office -E -v socket://printer.example.com"
-                            " -m jobfilter/kalmira-office-mfp.ppd");
-    _noPrinters->setText(words);
-    _stack->setCurrentWidget(_noPrinters);
-}
-
-QString MainWindow::printerToBeginWith()
-{
-    if (printer(_setup.printer) != nullptr)
-        return _setup.printer;
+    const std::vector<Queue> printers = _printers->all();
+    const auto wanted = std::ranges::find(printers, _setup.printer.toStdString(), &Queue::name);
+    if (wanted != printers.end())
+        return wanted->id();
+    const bool mayTakeAnother = _setup.printer.isEmpty() && !_isPatient;
+    if (printers.empty() || (!_printers->haveAllAnswered() && !mayTakeAnother))
+        return std::nullopt;
     if (!_setup.printer.isEmpty())
         say(tr("There is no printer %1 that is driven by jobfilter.").arg(_setup.printer));
-    const auto standard = std::ranges::find_if(_printers, &Queue::isDefault);
-    return fromModel((standard == _printers.end() ? _printers.front() : *standard).name);
+    const auto standard = std::ranges::find_if(printers, &Queue::isDefault);
+    return (standard == printers.end() ? printers.front() : *standard).id();
 }
 
-const Queue *MainWindow::printer(const QString &name) const
+QString MainWindow::wordsWithoutPrinter() const
 {
-    const auto found = std::ranges::find(_printers, name.toStdString(), &Queue::name);
-    return found == _printers.end() ? nullptr : &*found;
+    if (!_printers->haveAllAnswered())
+        return tr("Looking for printers …");
+    QString words = tr("There is no printer here that is driven by jobfilter.");
+    if (const int others = _printers->others(); others > 0)
+        words += u' ' + tr("(Printers of other kinds that are there: %L1)").arg(others);
+    return words + QStringLiteral("\n\n") +
+           tr("Ask the administrator of your printers for a queue with its driver, or add one:") +
+           QStringLiteral("\n\nlpadmin -p office -E -v socket://printer.example.com"
+                          " -m jobfilter/kalmira-office-mfp.ppd");
 }
 
-void MainWindow::choosePrinter(const QString &name)
+void MainWindow::choosePrinter(const QueueId &printer)
 {
-    _chosen = name;
-    say({});
+    _chosen = printer;
     if (session() != nullptr)
         showSession();
     else
-        showNoSession();
-    if (const Queue *queue = printer(name))
+        showWords(tr("Reading the driver of %1 …").arg(inWords(printer)));
+    if (const Queue *queue = _printers->find(printer))
         lookAt(*queue);
 }
 
 void MainWindow::lookAt(const Queue &queue)
 {
-    inBackground(
-        this,
-        [queue, kept = _setup.kept] {
-            Findings findings{queue, {}, {}, {}, {}};
-            findings.ppd = ppdOf(queue, kBound, &findings.whyNoPPD);
-            findings.sets = kept.setsOf(queue.name, &findings.whyNoSets);
-            return findings;
-        },
+    ask(
+        this, [queue, kept = _setup.kept] { return findingsOf(queue, kept); },
         [this](Findings findings) { takeFindings(findings); });
 }
 
 void MainWindow::takeFindings(Findings &findings)
 {
-    if (findings.whyNoSets)
-        say(inWords(*findings.whyNoSets));
-    const QString name = fromModel(findings.queue.name);
-    const auto known = _sessions.find(name);
-    if (!findings.ppd) {
-        say(inWords(findings.whyNoPPD));
-        if (known == _sessions.end() && name == _chosen) {
-            _noPrinters->setText(inWords(findings.whyNoPPD));
-            _stack->setCurrentWidget(_noPrinters);
-        }
-        return;
+    const QueueId id = findings.queue.id();
+    const auto known = _sessions.find(id);
+    const bool isChosen = _chosen == id;
+    if (!findings.ppd && isChosen) {
+        if (known == _sessions.end())
+            showWords(inWords(findings.whyNoPPD));
+        else
+            say(inWords(findings.whyNoPPD));
     }
+    if (findings.whyNoSets && isChosen)
+        say(inWords(*findings.whyNoSets));
+    if (!findings.ppd)
+        return;
     if (known == _sessions.end())
         beginSession(findings);
     else
@@ -273,69 +286,43 @@ void MainWindow::takeFindings(Findings &findings)
 void MainWindow::beginSession(Findings &findings)
 {
     std::string whyNot;
-    auto ppd = PPD::open(findings.ppd->path(), &whyNot);
-    if (!ppd) {
+    auto begun = Session::begin(findings, &whyNot);
+    if (!begun) {
         say(fromModel(whyNot));
         return;
     }
-    const QString name = fromModel(findings.queue.name);
-    Model::QueueSettings settings(std::move(*ppd), QLocale().name().toStdString(),
-                                  findings.queue.defaults);
-    _sessions.emplace(
-        name,
-        Session{findings.queue, std::move(*findings.ppd), std::move(settings), findings.sets, {}});
-    if (name != _chosen)
-        return;
-    // The first one begins as the command line says, if that set is there.
-    const std::string wanted = _sessions.size() == 1 ? _setup.set.toStdString() : std::string();
-    const bool isThere =
-        std::ranges::find(findings.sets, wanted, &KeptSet::name) != findings.sets.end();
-    if (!isThere && !wanted.empty())
-        say(tr("There is no set %1 for this printer.").arg(_setup.set));
-    beginWithSet(isThere ? std::optional(wanted) : std::nullopt);
+    const QueueId id = findings.queue.id();
+    Session &session = _sessions.emplace(id, std::move(*begun)).first->second;
+    beginWithWantedSet(session);
+    if (_chosen == id)
+        showSession();
 }
 
-/// A PPD that has changed takes over what was set, as far as it has the same options.
+/// The first one begins as the command line says, if that set is there; others with the defaults.
+void MainWindow::beginWithWantedSet(Session &session)
+{
+    const std::string wanted = _sessions.size() == 1 ? _setup.set.toStdString() : std::string();
+    if (session.hasSet(wanted) || (wanted.empty() && session.hasDefaults()))
+        session.beginWith(wanted);
+    else if (!wanted.empty())
+        say(tr("There is no set %1 for this printer.").arg(_setup.set));
+}
+
 void MainWindow::goOnWithSession(Session &session, Findings &findings)
 {
-    session.queue = findings.queue;
-    session.sets = findings.sets;
-    std::string whyNot;
-    auto ppd = session.ppd.isSameAs(*findings.ppd) ? std::nullopt
-                                                   : PPD::open(findings.ppd->path(), &whyNot);
-    if (ppd) {
-        const JobOptions options = session.settings.options();
-        session.settings = Model::QueueSettings(std::move(*ppd), QLocale().name().toStdString(),
-                                                session.queue.defaults);
-        session.settings.load(options);
-        session.ppd = std::move(*findings.ppd);
-    }
-    if (fromModel(session.queue.name) != _chosen)
+    const bool hasChanged = session.goOn(findings);
+    if (_chosen != session.queue().id())
         return;
-    if (ppd) {
+    if (hasChanged) {
         say(tr("The driver of this printer was changed. What you had set was taken over."));
         showSession();
     } else
         showSets();
 }
 
-JobOptions MainWindow::optionsOf(const Session &session, const std::string &name)
+Session *MainWindow::session()
 {
-    JobOptions options;
-    for (const KeptSet &set : session.sets) {
-        if (!set.name.empty() && set.name != name)
-            continue;
-        for (const auto &option : set.options) {
-            std::erase_if(options, [&](const auto &one) { return one.first == option.first; });
-            options.push_back(option);
-        }
-    }
-    return options;
-}
-
-MainWindow::Session *MainWindow::session()
-{
-    const auto found = _sessions.find(_chosen);
+    const auto found = _chosen ? _sessions.find(*_chosen) : _sessions.end();
     return found == _sessions.end() ? nullptr : &found->second;
 }
 
@@ -343,9 +330,9 @@ MainWindow::Session *MainWindow::session()
 
 void MainWindow::edit(const QString &field, const QString &value)
 {
-    const auto objection = session()->settings.set(field.toStdString(), value.toStdString());
+    const auto objection = session()->settings().set(field.toStdString(), value.toStdString());
     say(objection ? inWords(*objection) : QString());
-    _pages->show(session()->settings);
+    _pages->show(session()->settings());
     _previewDelay.start(kPreviewDelay);
 }
 
@@ -353,63 +340,49 @@ void MainWindow::beginWithSet(const std::optional<std::string> &name)
 {
     if (session() == nullptr)
         return; // its PPD is not there yet
-    Session &current = *session();
-    current.set = name;
-    current.settings.reset();
-    if (name)
-        current.settings.load(optionsOf(current, *name));
+    session()->beginWith(name);
     showSession();
 }
 
 void MainWindow::showSession()
 {
-    _pages->show(session()->settings);
+    _pages->show(session()->settings());
     _stack->setCurrentIndex(1);
     showSets();
-    for (QPushButton *each : {_keep, _copy})
-        each->setEnabled(true);
-    _print->setEnabled(!_document.isEmpty());
-    _print->setToolTip(_document.isEmpty() ? tr("Open a document first") : QString());
+    updateButtons();
     _previewDelay.start(kPreviewDelay);
 }
 
-/// Until its PPD is there, nothing can be done with a printer, nor with the one before it.
-void MainWindow::showNoSession()
+/// Shows words in the place of settings: until they are there nothing can be done with a printer,
+/// nor with the one before it.
+void MainWindow::showWords(const QString &words)
 {
     _previewDelay.stop();
-    _noPrinters->setText(tr("Looking for printers …"));
-    _stack->setCurrentWidget(_noPrinters);
-    _printerRow->showSets(false, {}, std::nullopt);
-    for (QPushButton *each : {_keep, _copy, _print})
-        each->setEnabled(false);
+    _words->setText(words);
+    _stack->setCurrentWidget(_words);
+    _printerRow->showSets(false, {}, std::nullopt, false);
+    updateButtons();
 }
 
 void MainWindow::showSets()
 {
     const Session &current = *session();
     QStringList names;
-    for (const KeptSet &set : current.sets)
-        if (!set.name.empty())
-            names << fromModel(set.name);
-    const bool hasDefaults = names.size() < static_cast<qsizetype>(current.sets.size());
-    _printerRow->showSets(hasDefaults, names,
-                          current.set ? std::optional(fromModel(*current.set)) : std::nullopt);
+    for (const std::string &name : current.namesOfSets())
+        names << fromModel(name);
+    _printerRow->showSets(current.hasDefaults(), names,
+                          current.set() ? std::optional(fromModel(*current.set())) : std::nullopt,
+                          current.set() && current.hasSet(*current.set()));
 }
 
 void MainWindow::showPreview()
 {
     const Session &current = *session();
-    JobOptions options = current.queue.defaults;
-    std::ranges::copy(current.settings.options(), std::back_inserter(options));
     const auto label = [this](const QString &option, const QString &choice) {
-        for (const Model::Field &field : session()->settings.fields(Model::Page::Printer))
-            if (fromModel(field.id) == option)
-                for (const Model::Choice &each : field.choices)
-                    if (fromModel(each.name) == choice)
-                        return inWords(each.label);
-        return choice;
+        const auto words = session()->labelOf(option.toStdString(), choice.toStdString());
+        return words ? inWords(*words) : choice;
     };
-    _preview->setJob({fromModel(current.ppd.path()), fromModel(Model::optionString(options)),
+    _preview->setJob({fromModel(current.ppdPath()), fromModel(current.optionStringOfJob()),
                       _document, userName(), QFileInfo(_document).fileName()},
                      label);
 }
@@ -423,7 +396,7 @@ void MainWindow::settleOnProblem(const Model::Problem &problem)
 /// Settings with a problem are neither printed nor kept: the first one is gone to.
 bool MainWindow::isReadyToUse()
 {
-    const auto problems = session()->settings.problems();
+    const auto problems = session()->settings().problems();
     if (!problems.empty())
         settleOnProblem(problems.front());
     return problems.empty();
@@ -458,78 +431,33 @@ void MainWindow::dropEvent(QDropEvent *event)
     openDocument(event->mimeData()->urls().front().toLocalFile());
 }
 
-// MARK: keeping
+// MARK: what is done with the settings
 
 void MainWindow::keep()
 {
-    if (!isReadyToUse())
-        return;
-    const Session &current = *session();
-    QStringList names;
-    for (const KeptSet &set : current.sets)
-        if (!set.name.empty())
-            names << fromModel(set.name);
-    KeepDialog dialog(_chosen, names, fromModel(current.set.value_or("")),
-                      current.settings.hasSecrets(), inWords(_setup.kept.whoCanRead()), this);
-    if (dialog.exec() == QDialog::Accepted)
-        keepAs(dialog.set().toStdString(),
-               dialog.withSecrets() ? Secrets::AsTheyAre : Secrets::LeftOut);
+    if (isReadyToUse())
+        _keeping->keep(*session(), otherPrintersOfThatName());
 }
 
-/// Print dialogs lay a named set over the user's defaults, so it says what is otherwise there.
-void MainWindow::keepAs(const std::string &set, Secrets secrets)
+/// What is kept has the name of a printer, and nothing of its server.
+QString MainWindow::otherPrintersOfThatName()
 {
-    const Model::QueueSettings &settings = session()->settings;
-    const KeptSet kept{set, set.empty() ? settings.options(secrets)
-                                        : settings.optionsOver(optionsOf(*session(), {}), secrets)};
-    changeKept([keeper = _setup.kept, queue = session()->queue.name,
-                kept] { return keeper.keep(queue, kept); },
-               set.empty() ? tr("Kept as your defaults for %1.").arg(_chosen)
-                           : tr("Kept as %1/%2.").arg(_chosen, fromModel(set)),
-               set);
+    const std::vector<Queue> printers = _printers->all();
+    const bool isOnlyOne = std::ranges::count(printers, _chosen->name, &Queue::name) <= 1;
+    return isOnlyOne && _chosen->server.isStandard
+               ? QString()
+               : tr("They count for every printer of the name %1, whatever server it is on.")
+                     .arg(fromModel(_chosen->name));
 }
 
-void MainWindow::renameSet()
+/// Looks anew at what is kept. The settings on the screen stay as they are.
+void MainWindow::takeKept(const QueueId &printer, const std::optional<std::string> &set)
 {
-    const std::string set = session()->set.value_or("");
-    bool accepted = false;
-    const QString name =
-        QInputDialog::getText(this, tr("Rename Set"), tr("New name of %1:").arg(fromModel(set)),
-                              QLineEdit::Normal, fromModel(set), &accepted);
-    if (accepted && !name.isEmpty())
-        changeKept([keeper = _setup.kept, queue = session()->queue.name, set,
-                    newName = name.toStdString()] { return keeper.rename(queue, set, newName); },
-                   tr("%1 is now %2.").arg(fromModel(set), name), name.toStdString());
+    _sessions.at(printer).setSet(set);
+    for (const auto &[id, session] : _sessions)
+        if (id.name == printer.name)
+            lookAt(session.queue());
 }
-
-void MainWindow::removeSet()
-{
-    const std::string set = session()->set.value_or("");
-    const QString question = set.empty() ? tr("Remove your defaults for %1?").arg(_chosen)
-                                         : tr("Remove the set %1?").arg(fromModel(set));
-    if (QMessageBox::question(this, tr("Remove Set"), question) == QMessageBox::Yes)
-        changeKept([keeper = _setup.kept, queue = session()->queue.name,
-                    set] { return keeper.remove(queue, set); },
-                   tr("Removed. The settings stay as they are on the screen."), std::nullopt);
-}
-
-/// Changes what is kept, then looks at it anew. The settings on the screen stay as they are.
-void MainWindow::changeKept(std::function<std::optional<Words>()> change, const QString &done,
-                            const std::optional<std::string> &setAfterwards)
-{
-    const QString printer = _chosen;
-    inBackground(this, std::move(change),
-                 [this, printer, done, setAfterwards](const std::optional<Words> &whyNot) {
-                     say(whyNot ? inWords(*whyNot) : done);
-                     const auto changed = _sessions.find(printer);
-                     if (!whyNot && changed != _sessions.end()) {
-                         changed->second.set = setAfterwards;
-                         lookAt(changed->second.queue);
-                     }
-                 });
-}
-
-// MARK: printing
 
 void MainWindow::printNow()
 {
@@ -540,17 +468,19 @@ void MainWindow::printNow()
         Words whyNot;
     };
     const QString title = QFileInfo(_document).fileName();
-    _print->setEnabled(false); // until the server has answered: one press, one job
-    inBackground(
+    _isSending = true;
+    updateButtons();
+    carryOut(
         this,
-        [queue = session()->queue, path = _document.toStdString(), title = title.toStdString(),
-         options = session()->settings.options()] {
+        [queue = session()->queue(), path = _document.toStdString(), title = title.toStdString(),
+         options = session()->settings().options()] {
             Answer answer;
-            answer.job = print(queue, path, title, options, kBound, &answer.whyNot);
+            answer.job = print(queue, path, title, options, kServerPatience, &answer.whyNot);
             return answer;
         },
         [this, title](const Answer &answer) {
-            _print->setEnabled(session() != nullptr && !_document.isEmpty());
+            _isSending = false;
+            updateButtons();
             say(answer.job ? QString() : inWords(answer.whyNot));
             if (answer.job)
                 _jobs->follow(*answer.job, title);
@@ -561,33 +491,42 @@ void MainWindow::copyCommand()
 {
     if (!isReadyToUse())
         return;
-    const Session &current = *session();
-    Secrets secrets = Secrets::AsTheyAre;
-    if (current.settings.hasSecrets()) {
-        const auto answer = QMessageBox::question(
-            this, tr("Copy as Command"),
-            tr("Put the PIN and passwords into the command? Whoever sees the command can read "
-               "them."),
-            QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::No);
-        if (answer == QMessageBox::Cancel)
-            return;
-        secrets = answer == QMessageBox::Yes ? Secrets::AsTheyAre : Secrets::Hidden;
-    }
+    const auto secrets = secretsForCommand();
+    if (!secrets)
+        return;
     QGuiApplication::clipboard()->setText(fromModel(Model::commandLine(
-        current.queue, current.settings.optionsOver(optionsOf(current, {}), secrets),
-        _document.toStdString())));
+        session()->queue(), session()->optionsForCommand(*secrets), _document.toStdString())));
     say(tr("The command is on the clipboard."));
 }
 
-/// Screen readers say it, too, but not again and again.
+/// Asks what is to become of them, if there are any; nullopt when there is to be no command.
+std::optional<Secrets> MainWindow::secretsForCommand()
+{
+    if (!session()->settings().hasSecrets())
+        return Secrets::AsTheyAre;
+    const auto answer = QMessageBox::question(
+        this, tr("Copy as Command"),
+        tr("Put the PIN and passwords into the command? Whoever sees the command can read "
+           "them."),
+        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::No);
+    if (answer == QMessageBox::Cancel)
+        return std::nullopt;
+    return answer == QMessageBox::Yes ? Secrets::AsTheyAre : Secrets::Hidden;
+}
+
+/// One press of Print Now is one job: it is not possible while one is on its way.
+void MainWindow::updateButtons()
+{
+    const bool hasSettings = session() != nullptr;
+    _keep->setEnabled(hasSettings);
+    _copy->setEnabled(hasSettings);
+    _print->setEnabled(hasSettings && !_document.isEmpty() && !_isSending);
+    _print->setToolTip(hasSettings && _document.isEmpty()
+                           ? tr("Open a document first")
+                           : _print->shortcut().toString(QKeySequence::NativeText));
+}
+
 void MainWindow::say(const QString &words)
 {
-    if (words == _message->text())
-        return;
-    _message->setText(words);
-    _message->setVisible(!words.isEmpty());
-    if (words.isEmpty())
-        return;
-    QAccessibleEvent alert(_message, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    tell(*_message, words);
 }

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "KeptSettings.h"
 #include "PreviewMaker.h"
-#include "QueueSettings.h"
-#include "Queues.h"
+#include "Printers.h"
+#include "Session.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -12,6 +11,7 @@
 #include <optional>
 
 class JobsView;
+class Keeping;
 class PreviewPane;
 class PrinterRow;
 class QLabel;
@@ -29,7 +29,7 @@ class MainWindow : public QMainWindow {
 public:
     struct Setup {
         PreviewPrograms programs;
-        Model::ServerAddress server;
+        std::vector<Model::ServerAddress> servers; ///< the standard one first
         Model::KeptSettings kept;
         QString printer;  ///< the one to begin with; empty for the user's default
         QString set;      ///< the set to begin with; empty for the user's defaults
@@ -47,50 +47,32 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
-    /// A printer, as it was when it was looked at last, and what is set for it.
-    struct Session {
-        Model::Queue queue;
-        Model::PPDCopy ppd;
-        Model::QueueSettings settings;
-        std::vector<Model::KeptSet> sets = {};
-        std::optional<std::string> set =
-            {}; ///< that was begun with; none for the printer's own settings
-    };
-    /// What was found out about a printer.
-    struct Findings {
-        Model::Queue queue;
-        std::optional<Model::PPDCopy> ppd;
-        Model::Words whyNoPPD;
-        std::vector<Model::KeptSet> sets;
-        std::optional<Model::Words> whyNoSets;
-    };
-
+    QWidget *makeWords();
     QWidget *makeSettings();
-    QWidget *makeNoPrinters();
     QWidget *makeButtons();
     void connectPrinterRow();
+    void connectKeeping();
 
     // Printers and their PPDs, looked at again and again.
-    void lookForPrinters();
-    void takePrinters(const Model::QueueList &list);
-    void showNoPrinters(const Model::QueueList &list);
-    QString printerToBeginWith();
-    const Model::Queue *printer(const QString &name) const;
-    void choosePrinter(const QString &name);
+    void takePrinters(const Model::ServerAddress &server, bool isWell);
+    void showPrinters();
+    void leaveLostPrinter();
+    void beginWithAPrinter();
+    QString wordsWithoutPrinter() const;
+    std::optional<Model::QueueId> printerToBeginWith();
+    void choosePrinter(const Model::QueueId &printer);
     void lookAt(const Model::Queue &queue);
     void takeFindings(Findings &findings);
     void beginSession(Findings &findings);
+    void beginWithWantedSet(Session &session);
     void goOnWithSession(Session &session, Findings &findings);
     Session *session();
-    /// What print dialogs and lp(1) make of a set: its options over those that are kept without a
-    /// name; an empty name for these alone.
-    static JobOptions optionsOf(const Session &session, const std::string &name);
 
     // Settings.
     void edit(const QString &field, const QString &value);
     void beginWithSet(const std::optional<std::string> &name);
     void showSession();
-    void showNoSession();
+    void showWords(const QString &words);
     void showSets();
     void showPreview();
     void settleOnProblem(const Model::Problem &problem);
@@ -99,28 +81,28 @@ private:
     // What is done with them.
     void chooseDocument();
     void keep();
-    void keepAs(const std::string &set, Model::Secrets secrets);
-    void renameSet();
-    void removeSet();
-    void changeKept(std::function<std::optional<Model::Words>()> change, const QString &done,
-                    const std::optional<std::string> &setAfterwards);
+    QString otherPrintersOfThatName();
+    void takeKept(const Model::QueueId &printer, const std::optional<std::string> &set);
     void printNow();
     void copyCommand();
+    std::optional<Model::Secrets> secretsForCommand();
 
+    void updateButtons();
     void say(const QString &words);
 
     Setup _setup;
-    std::vector<Model::Queue> _printers;
-    QString _chosen; ///< the printer's name; empty as long as none is
-    std::map<QString, Session> _sessions;
-    QString _document; ///< empty for the sample
-    bool _isLooking = false;
-    QTimer _clock;        ///< looks for printers again
-    QTimer _previewDelay; ///< several changes in a row are one
+    std::optional<Model::QueueId> _chosen;
+    std::map<Model::QueueId, Session> _sessions;
+    QString _document;       ///< empty for the sample
+    bool _isPatient = true;  ///< the standard server may still tell of its printers
+    bool _isSending = false; ///< a job is on its way to its server
+    QTimer _previewDelay;    ///< several changes in a row are one
 
+    Printers *_printers; ///< this object's, as the next
+    Keeping *_keeping;
     PrinterRow *_printerRow; ///< the widget tree's, as the next
-    QStackedWidget *_stack;  ///< "no printers", or the settings
-    QLabel *_noPrinters;
+    QStackedWidget *_stack;  ///< words, or the settings
+    QLabel *_words;          ///< in the place of settings
     SettingsPages *_pages;
     PreviewPane *_preview;
     QLabel *_message;

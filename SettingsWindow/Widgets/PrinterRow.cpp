@@ -1,4 +1,5 @@
 #include "PrinterRow.h"
+#include "tell.h"
 #include "words.h"
 
 #include <QAction>
@@ -10,6 +11,9 @@
 #include <QSignalBlocker>
 #include <QToolButton>
 
+#include <algorithm>
+#include <utility>
+
 using Model::Queue;
 
 namespace {
@@ -18,13 +22,23 @@ constexpr int kStateRole = Qt::UserRole + 1;
 /// Which of the sets an entry is: the data is its name, not valid for the printer's own settings.
 constexpr int kSetRole = Qt::UserRole;
 
-QString nameAndDescription(const Queue &queue)
+/// Whether another server has a printer of that name, too.
+bool isAmbiguous(const std::vector<Queue> &queues, const Queue &queue)
+{
+    return std::ranges::count(queues, queue.name, &Queue::name) > 1;
+}
+
+/// The server is named where it is another computer, and where nothing else tells two apart.
+QString labelOf(const Queue &queue, bool isAmbiguous)
 {
     const QString name = fromModel(queue.name);
     const QString description = fromModel(queue.description);
-    return description.isEmpty() || description == name
-               ? name
-               : name + QStringLiteral(" – ") + description;
+    QString label = name;
+    if (!description.isEmpty() && description != name)
+        label += QStringLiteral(" – ") + description;
+    if (isAmbiguous || !queue.server.isOwn)
+        label += QStringLiteral(" (%1)").arg(inWords(queue.server));
+    return label;
 }
 
 QString stateInWords(const Queue &queue)
@@ -77,6 +91,7 @@ PrinterRow::PrinterRow(QWidget *parent)
     : QWidget(parent),
       _printers(new QComboBox(this)),
       _state(new QLabel(this)),
+      _problems(new QLabel(this)),
       _sets(new QComboBox(this))
 {
     _printers->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -85,8 +100,12 @@ PrinterRow::PrinterRow(QWidget *parent)
     _sets->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     _sets->setMinimumContentsLength(20);
     _sets->setAccessibleName(tr("Settings to begin with"));
-    _state->setTextFormat(Qt::PlainText);
-    _state->setWordWrap(true);
+    for (QLabel *label : {_state, _problems}) {
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+    }
+    _problems->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    _problems->hide();
 
     auto *menu = new QMenu(this);
     _rename = menu->addAction(tr("&Rename This Set…"), this, &PrinterRow::renameWanted);
@@ -110,33 +129,52 @@ PrinterRow::PrinterRow(QWidget *parent)
     layout->addWidget(_sets, 0, 3);
     layout->addWidget(more, 0, 4);
     layout->addWidget(_state, 1, 1, 1, 4);
+    layout->addWidget(_problems, 2, 1, 1, 4);
     layout->setColumnStretch(1, 3);
     layout->setColumnStretch(3, 2);
 
-    connect(_printers, &QComboBox::activated, this,
-            [this](int index) { emit printerChosen(_printers->itemData(index).toString()); });
+    connect(_printers, &QComboBox::activated, this, &PrinterRow::reportPrinter);
     connect(_printers, &QComboBox::currentIndexChanged, this, &PrinterRow::showState);
     connect(_sets, &QComboBox::activated, this, &PrinterRow::reportSet);
 }
 
-void PrinterRow::showPrinters(const std::vector<Queue> &queues, const QString &chosen)
+void PrinterRow::showPrinters(const std::vector<Queue> &queues,
+                              const std::optional<Model::QueueId> &chosen, const QString &problems)
 {
     {
         const QSignalBlocker quiet(_printers);
-        QStringList names;
-        for (const Queue &queue : queues)
-            names << fromModel(queue.name);
-        setEntries(*_printers, {names.begin(), names.end()});
-        for (int index = 0; index < static_cast<int>(queues.size()); ++index) {
-            const Queue &queue = queues[static_cast<std::size_t>(index)];
-            _printers->setItemText(index, nameAndDescription(queue));
-            _printers->setItemData(index, stateInWords(queue), kStateRole);
-            _printers->setItemData(index, stateInWords(queue), Qt::ToolTipRole);
-        }
-        if (const int index = _printers->findData(chosen); index != _printers->currentIndex())
+        takeEntries(queues);
+        const auto current = chosen ? std::ranges::find(_ids, *chosen) : _ids.end();
+        const int index = current == _ids.end() ? -1 : static_cast<int>(current - _ids.begin());
+        if (index != _printers->currentIndex())
             _printers->setCurrentIndex(index);
     }
     showState(_printers->currentIndex());
+    tell(*_problems, problems);
+}
+
+void PrinterRow::takeEntries(const std::vector<Queue> &queues)
+{
+    std::vector<Model::QueueId> ids;
+    for (const Queue &queue : queues)
+        ids.push_back(queue.id());
+    // A list that stays as it is is left alone: somebody may just be choosing from it.
+    if (std::exchange(_ids, ids) != ids) {
+        _printers->clear();
+        for (std::size_t count = 0; count < ids.size(); ++count)
+            _printers->addItem({});
+    }
+    for (int index = 0; index < _printers->count(); ++index) {
+        const Queue &queue = queues[static_cast<std::size_t>(index)];
+        _printers->setItemText(index, labelOf(queue, isAmbiguous(queues, queue)));
+        _printers->setItemData(index, stateInWords(queue), kStateRole);
+        _printers->setItemData(index, stateInWords(queue), Qt::ToolTipRole);
+    }
+}
+
+void PrinterRow::reportPrinter(int index)
+{
+    emit printerChosen(_ids[static_cast<std::size_t>(index)]);
 }
 
 void PrinterRow::showState(int index)
@@ -146,7 +184,7 @@ void PrinterRow::showState(int index)
 }
 
 void PrinterRow::showSets(bool hasDefaults, const QStringList &names,
-                          const std::optional<QString> &chosen)
+                          const std::optional<QString> &chosen, bool isOwn)
 {
     QVariantList entries = {QVariant()};
     if (hasDefaults)
@@ -164,8 +202,8 @@ void PrinterRow::showSets(bool hasDefaults, const QStringList &names,
         if (chosen ? set.isValid() && set.toString() == *chosen : !set.isValid())
             _sets->setCurrentIndex(index);
     }
-    _rename->setEnabled(chosen && !chosen->isEmpty());
-    _remove->setEnabled(chosen.has_value());
+    _rename->setEnabled(isOwn && !chosen->isEmpty());
+    _remove->setEnabled(isOwn);
 }
 
 void PrinterRow::reportSet(int index)

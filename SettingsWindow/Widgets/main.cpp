@@ -1,4 +1,5 @@
 #include "MainWindow.h"
+#include "inBackground.h"
 #include "language.h"
 
 #include <QApplication>
@@ -33,7 +34,7 @@ MainWindow::Setup setupFromArguments(const QCoreApplication &program)
 
     const QString wanted = parser.value(destination);
     return {PreviewPrograms::ofThisProgram(),
-            Model::ServerAddress::standard(),
+            Model::serversOfTheUser(),
             {},
             wanted.section(u'/', 0, 0),
             wanted.section(u'/', 1),
@@ -49,9 +50,8 @@ bool isQuestion(int argc, char *argv[])
     });
 }
 
-} // namespace
-
-int main(int argc, char *argv[])
+/// Shows the window until it is closed. @return the program's exit status
+int run(int argc, char *argv[])
 {
     QCoreApplication::setApplicationName(QStringLiteral("jobfilter-settings"));
     QCoreApplication::setApplicationVersion(QStringLiteral(KL_VERSION));
@@ -68,4 +68,11 @@ int main(int argc, char *argv[])
     MainWindow window(setupFromArguments(program));
     window.show();
     return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    endProgram(run(argc, argv));
 }

@@ -8,3 +8,16 @@ QString inWords(const Model::Words &words)
         return QCoreApplication::translate("Model", std::string(english).c_str()).toStdString();
     }));
 }
+
+QString inWords(const Model::ServerAddress &server)
+{
+    return server.isOwn ? QCoreApplication::translate("words", "this computer")
+                        : fromModel(server.name());
+}
+
+QString inWords(const Model::QueueId &printer)
+{
+    const QString name = fromModel(printer.name);
+    return printer.server.isOwn ? name
+                                : QStringLiteral("%1 (%2)").arg(name, inWords(printer.server));
+}

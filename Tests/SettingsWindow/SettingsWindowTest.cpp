@@ -1,6 +1,7 @@
 #include "FieldEditor.h"
 #include "MainWindow.h"
 #include "PJLChecker.h"
+#include "PrinterRow.h"
 #include "PrivateScheduler.h"
 #include "Program.h"
 #include "RecordingPrinter.h"
@@ -36,6 +37,7 @@ namespace fs = std::filesystem;
 using Support::PrivateScheduler;
 using Support::RecordingPrinter;
 using testing::AllOf;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -59,6 +61,28 @@ RecordingPrinter &printer()
     return instance;
 }
 
+/// A scheduler beside it, as that of this computer beside a server's.
+class OtherScheduler {
+public:
+    Model::ServerAddress address() const { return {_folder.file("cups.sock"), 0, false, true}; }
+
+    RecordingPrinter printer;
+
+private:
+    Support::TemporaryFolder _folder;
+
+public:
+    PrivateScheduler scheduler{
+        {KL_JOBFILTER, KL_NOJCL, KL_CHAIN}, 1, "Listen " + address().host + "\n"};
+};
+
+/// A PPD of the sample driver, without questions to the printer's SNMP agent, of which ours has
+/// none.
+std::string quietPPD()
+{
+    return Support::readFile(KL_SAMPLE_PDF_PPD) + "*cupsSNMPSupplies: False\n";
+}
+
 /// The window, on a scheduler, a printer and a home of the test's own.
 class SettingsWindowTest : public testing::Test {
 protected:
@@ -75,10 +99,9 @@ protected:
     }
 
     /// A queue with the PPD of the sample driver, which lasts as long as the test.
-    void addQueue(const std::string &name, const std::string &ppd = KL_SAMPLE_PDF_PPD)
+    void addQueue(const std::string &name)
     {
-        const std::string copy =
-            folder.write(name + ".ppd", Support::readFile(ppd) + "*cupsSNMPSupplies: False\n");
+        const std::string copy = folder.write(name + ".ppd", quietPPD());
         scheduler().addQueue(name, copy, printer().deviceURI(), {"-D", "The test's printer"});
         _queues.insert(name);
     }
@@ -96,7 +119,7 @@ protected:
     MainWindow::Setup setup(const QString &printer = "office")
     {
         return {{KL_PREVIEW, KL_TOOLKIT_BUNDLE},
-                server(),
+                {server()},
                 Model::KeptSettings(keptFile()),
                 printer,
                 {},
@@ -125,6 +148,30 @@ protected:
         auto *line = window.findChild<FieldEditor *>(field)->findChild<QLineEdit *>();
         line->clear();
         QTest::keyClicks(line, text);
+    }
+
+    static QString typed(const MainWindow &window, const QString &field)
+    {
+        return window.findChild<FieldEditor *>(field)->findChild<QLineEdit *>()->text();
+    }
+
+    static QComboBox *printers(const MainWindow &window)
+    {
+        return window.findChild<PrinterRow *>()->findChildren<QComboBox *>().front();
+    }
+
+    static QStringList printersIn(const MainWindow &window)
+    {
+        QStringList labels;
+        for (int index = 0; index < printers(window)->count(); ++index)
+            labels << printers(window)->itemText(index);
+        return labels;
+    }
+
+    static void choosePrinter(const MainWindow &window, int index)
+    {
+        printers(window)->setCurrentIndex(index);
+        emit printers(window)->activated(index);
     }
 
     static void choose(const MainWindow &window, const QString &field, const QString &choice)
@@ -279,9 +326,7 @@ TEST_F(SettingsWindowTest, WhatIsKeptIsWhatLpAndTheNextWindowBeginWith)
     auto again = setup();
     again.set = "board";
     const auto window = openWindow(again);
-    EXPECT_EQ(
-        window->findChild<FieldEditor *>("KLDepartmentCode")->findChild<QLineEdit *>()->text(),
-        "0815");
+    EXPECT_EQ(typed(*window, "KLDepartmentCode"), "0815");
 }
 
 /// Print dialogs and lp(1) lay a named set over the user's defaults.
@@ -305,9 +350,7 @@ TEST_F(SettingsWindowTest, ASetSaysWhatIsOtherwiseInTheDefaults)
     const auto window = openWindow(again);
     EXPECT_EQ(window->findChild<FieldEditor *>("Staple")->findChild<QComboBox *>()->currentData(),
               "None");
-    EXPECT_EQ(
-        window->findChild<FieldEditor *>("KLDepartmentCode")->findChild<QLineEdit *>()->text(),
-        "0815");
+    EXPECT_EQ(typed(*window, "KLDepartmentCode"), "0815");
 }
 
 TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByAScreenReader)
@@ -348,8 +391,7 @@ TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByAScreenReader)
     printer().forgetJobs();
     scheduler().run({"env", "HOME=" + home, "lp", "-d", "office/board", kDocument});
     EXPECT_TRUE(Support::comesTrue([] { return !printer().jobs().empty(); }));
-    EXPECT_THAT(printer().jobs(),
-                testing::ElementsAre(HasSubstr("DSSC PRINT ACCESSCODE=0815\r\n")));
+    EXPECT_THAT(printer().jobs(), ElementsAre(HasSubstr("DSSC PRINT ACCESSCODE=0815\r\n")));
 }
 
 TEST_F(SettingsWindowTest, ADocumentThatIsDroppedIsShown)
@@ -406,17 +448,6 @@ TEST_F(SettingsWindowTest, WithoutAPrinterItSaysWhatToDo)
     EXPECT_FALSE(button(window, "Print Now")->isEnabled());
 }
 
-TEST_F(SettingsWindowTest, AServerThatDoesNotAnswerIsSaid)
-{
-    const Support::ScriptedServer silent(
-        [](int, int) { std::this_thread::sleep_for(std::chrono::minutes(1)); });
-    auto silentSetup = setup();
-    silentSetup.server = {"127.0.0.1", silent.port(), true};
-    MainWindow window(silentSetup);
-    window.show();
-    EXPECT_TRUE(comesTrue([&] { return says(window, "does not answer"); }));
-}
-
 TEST_F(SettingsWindowTest, APrinterThatVanishesTakesNothingAlong)
 {
     addQueue("office");
@@ -426,9 +457,7 @@ TEST_F(SettingsWindowTest, APrinterThatVanishesTakesNothingAlong)
     removeQueue("office");
     QTest::keyClick(window.get(), Qt::Key_F5);
     EXPECT_TRUE(comesTrue([&] { return says(*window, "is not there any more"); }));
-    EXPECT_EQ(
-        window->findChild<FieldEditor *>("KLDepartmentCode")->findChild<QLineEdit *>()->text(),
-        "0815");
+    EXPECT_EQ(typed(*window, "KLDepartmentCode"), "0815");
 }
 
 TEST_F(SettingsWindowTest, ADriverThatChangesTakesOverWhatWasSet)
@@ -439,9 +468,7 @@ TEST_F(SettingsWindowTest, ADriverThatChangesTakesOverWhatWasSet)
     scheduler().run({"lpadmin", "-p", "office", "-o", "Staple=UpperLeft"}); // writes into the PPD
     QTest::keyClick(window.get(), Qt::Key_F5);
     EXPECT_TRUE(comesTrue([&] { return says(*window, "was taken over"); }));
-    EXPECT_EQ(
-        window->findChild<FieldEditor *>("KLDepartmentCode")->findChild<QLineEdit *>()->text(),
-        "0815");
+    EXPECT_EQ(typed(*window, "KLDepartmentCode"), "0815");
     EXPECT_EQ(window->findChild<FieldEditor *>("Staple")->findChild<QComboBox *>()->currentData(),
               "UpperLeft");
 }
@@ -479,6 +506,68 @@ TEST_F(SettingsWindowTest, ABookletIsSeenAndASheetTurnedOver)
     button(*window, "Turn Over")->click();
     EXPECT_TRUE(says(*window, "Sheet 1, back"));
     EXPECT_FALSE(button(*window, "Print Now")->isEnabled()) << "there is no document to print";
+}
+
+/// The printers of two servers, one of which may stop.
+TEST_F(SettingsWindowTest, PrintersOfTwoServersAreOneListAndStayApart)
+{
+    auto other = std::make_unique<OtherScheduler>();
+    addQueue("office");
+    other->scheduler.addQueue("office", folder.write("other.ppd", quietPPD()),
+                              other->printer.deviceURI());
+    auto both = setup();
+    both.servers.push_back(other->address());
+    const auto window = openWindow(both);
+    const QString name = QString::fromStdString(server().name());
+    ASSERT_TRUE(comesTrue([&] { return printers(*window)->count() == 2; }));
+    EXPECT_EQ(printersIn(*window), QStringList({"office – The test's printer (" + name + ")",
+                                                "office (this computer)"}));
+
+    // What is set for one is not set for the other.
+    type(*window, "KLDepartmentCode", "0815");
+    choosePrinter(*window, 1);
+    ASSERT_TRUE(comesTrue([&] {
+        return window->findChild<FieldEditor *>("KLDepartmentCode")->isVisible() &&
+               typed(*window, "KLDepartmentCode").isEmpty();
+    }));
+    type(*window, "KLDepartmentCode", "4711");
+    button(*window, "Print Now")->click();
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "on office): The printer has it"); }))
+        << wordsIn(*window).join("\n").toStdString();
+    other->printer.finishJobs();
+    EXPECT_THAT(other->printer.jobs(), ElementsAre(HasSubstr("ACCESSCODE=4711\r\n")));
+    EXPECT_THAT(printer().jobs(), testing::IsEmpty());
+    QGuiApplication::clipboard()->clear();
+    button(*window, "Copy as Command")->click();
+    EXPECT_THAT(QGuiApplication::clipboard()->text().toStdString(),
+                HasSubstr("lp -h " + other->address().name() + " -d office "));
+
+    const std::string gone = other->address().name();
+    button(*window, "Dismiss")->click();
+    other.reset();
+    QTest::keyClick(window.get(), Qt::Key_F5);
+    EXPECT_TRUE(comesTrue(
+        [&] { return says(*window, QString::fromStdString(gone) + " does not answer"); }));
+    EXPECT_EQ(typed(*window, "KLDepartmentCode"), "4711");
+    choosePrinter(*window, 0);
+    EXPECT_EQ(typed(*window, "KLDepartmentCode"), "0815");
+    EXPECT_THAT(printFrom(*window), HasSubstr("ACCESSCODE=0815\r\n"));
+}
+
+TEST_F(SettingsWindowTest, AServerThatSaysNothingIsSaidAndDoesNotHoldUpTheOther)
+{
+    const Support::ScriptedServer silent(
+        [](int, int) { std::this_thread::sleep_for(std::chrono::minutes(1)); });
+    addQueue("office");
+    auto both = setup({});
+    Model::ServerAddress second = server();
+    second.isStandard = false;
+    both.servers = {{"127.0.0.1", silent.port(), true}, second};
+    const auto window = openWindow(both);
+    EXPECT_FALSE(says(*window, "does not answer")) << "it was waited for";
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "does not answer"); }));
+    EXPECT_EQ(printers(*window)->count(), 1);
+    EXPECT_FALSE(button(*window, "Keep…")->isHidden());
 }
 
 } // namespace

@@ -67,7 +67,7 @@ void takePictures(const QString &folder, const QString &name, const QStringList 
     scheduler.addQueue("office", KL_SAMPLE_PDF_PPD, "file:///dev/null",
                        {"-D", "Kalmira Office MFP", "-L", "2nd floor"});
     MainWindow window({{KL_PREVIEW, KL_TOOLKIT_BUNDLE},
-                       {"127.0.0.1", scheduler.port(), true},
+                       {{"127.0.0.1", scheduler.port(), true, true}},
                        Model::KeptSettings(files.file("lpoptions")),
                        QStringLiteral("office"),
                        {},

@@ -130,6 +130,27 @@ TEST_F(PrintJobTest, CommandLineOfTheSettingsPrintsTheSame)
     EXPECT_THAT(printed, HasSubstr("BOXNAME=Sales \"team\" it's $HOME #1\r\n"));
 }
 
+TEST_F(PrintJobTest, QueueOfTheOtherServerPrintsThereAndItsCommandLineToo)
+{
+    otherPrinter().forgetJobs();
+    auto chosen = settings();
+    chosen.set("KLDepartmentCode", "Custom.0815");
+    Model::Queue other = queue();
+    other.server = otherServer();
+    Words whyNot;
+    const auto job = Model::print(other, document(), "t", chosen.options(), kBound, &whyNot);
+    ASSERT_TRUE(job) << inEnglish(whyNot);
+    EXPECT_EQ(JobStatus::State::Printed, follow(*job).state);
+    // lp(1) takes the first server unless the line says otherwise.
+    runAtHome(folder.path(),
+              {"/bin/sh", "-c", Model::commandLine(other, chosen.options(), document())});
+    follow({otherServer(), "office", otherScheduler().latestJob("office")});
+    otherPrinter().finishJobs();
+    EXPECT_THAT(otherPrinter().jobs(), testing::SizeIs(2));
+    EXPECT_THAT(otherPrinter().jobs(), testing::Each(HasSubstr(dssc("ACCESSCODE=0815"))));
+    EXPECT_THAT(printer().jobs(), testing::IsEmpty());
+}
+
 TEST_F(PrintJobTest, FilterThatRefusesAJobIsHeard)
 {
     const auto job = print({{"KLDepartmentCode", "Custom.47x11"}});

@@ -54,6 +54,14 @@ void QueuesTest::SetUpTestSuite()
     scheduler().addQueue("other", other, printer().deviceURI());
     scheduler().run({"lpadmin", "-p", "office", "-c", "pool"});
     scheduler().run({"lpadmin", "-d", "office"});
+    _parts->otherScheduler = std::make_unique<Support::PrivateScheduler>(
+        std::vector<std::string>{KL_CHAIN}, 1, "Listen " + otherServer().host + "\n");
+    otherScheduler().addQueue("office", sample, otherPrinter().deviceURI());
+}
+
+Model::ServerAddress QueuesTest::otherServer()
+{
+    return {_parts->folder.file("other.sock"), 0, false, true};
 }
 
 Model::ServerAddress QueuesTest::server()
@@ -143,6 +151,16 @@ TEST_F(QueuesTest, AreThoseOfASocket)
 {
     const auto list = queuesOfThisFilter({socketOf(), 0, true}, kBound);
     EXPECT_THAT(namesOf(list.queues), ElementsAre("archive", "office", "pool"));
+}
+
+TEST_F(QueuesTest, OfTheSameNameAreToldApartByTheirServers)
+{
+    const auto theirs = queuesOfThisFilter(server(), kBound).queues;
+    const auto others = queuesOfThisFilter(otherServer(), kBound).queues;
+    ASSERT_THAT(namesOf(others), ElementsAre("office"));
+    EXPECT_EQ(otherServer(), others[0].server);
+    EXPECT_EQ("office", theirs.at(1).name);
+    EXPECT_NE(theirs.at(1).id(), others[0].id());
 }
 
 TEST_F(QueuesTest, PPDIsCopiedAndTheCopyRemoved)

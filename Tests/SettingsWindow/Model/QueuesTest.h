@@ -22,6 +22,11 @@ protected:
     static Support::PrivateScheduler &scheduler() { return *_parts->scheduler; }
     static Support::RecordingPrinter &printer() { return _parts->printer; }
 
+    /// A second one, as that of this computer beside a server's, with a queue "office", too.
+    static Support::PrivateScheduler &otherScheduler() { return *_parts->otherScheduler; }
+    static Support::RecordingPrinter &otherPrinter() { return _parts->otherPrinter; }
+    static Model::ServerAddress otherServer();
+
     static Model::ServerAddress server();
     /// The path of its socket.
     static std::string socketOf();
@@ -36,7 +41,9 @@ private:
     struct Parts {
         Support::TemporaryFolder folder;
         Support::RecordingPrinter printer;
+        Support::RecordingPrinter otherPrinter;
         std::unique_ptr<Support::PrivateScheduler> scheduler;
+        std::unique_ptr<Support::PrivateScheduler> otherScheduler;
     };
 
     static std::unique_ptr<Parts> _parts;

@@ -1,13 +1,17 @@
 #include "Server.h"
 
 #include "Environment.h"
+#include "TemporaryFolder.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <thread>
 
 using Model::ServerAddress;
 using Support::ScopedEnvironment;
+using testing::ElementsAre;
+using testing::SizeIs;
 
 namespace {
 
@@ -29,7 +33,38 @@ TEST(ServerTest, StandardIsTheOneOfTheEnvironment)
 
 TEST(ServerTest, SocketHasNoPort)
 {
-    EXPECT_EQ((ServerAddress{"/run/cups/cups.sock", 0, true}), standardWith("/run/cups/cups.sock"));
+    EXPECT_EQ((ServerAddress{"/run/x.sock", 0, true}), standardWith("/run/x.sock"));
+}
+
+TEST(ServerTest, SchedulerOfThisComputerIsKnown)
+{
+    EXPECT_TRUE(standardWith(Model::socketOfThisComputer()).isOwn);
+    EXPECT_TRUE(standardWith("localhost").isOwn);
+    EXPECT_TRUE(standardWith("127.0.0.1:631").isOwn);
+    EXPECT_FALSE(standardWith("127.0.0.1:8631").isOwn);
+    EXPECT_FALSE(standardWith("print.example.com").isOwn);
+}
+
+/// The servers that a user has where the environment names one.
+std::vector<ServerAddress> serversWith(const std::string &server, const std::string &ownSocket)
+{
+    const ScopedEnvironment environment("CUPS_SERVER", server);
+    std::vector<ServerAddress> servers;
+    std::thread([&] { servers = Model::serversOfTheUser(ownSocket); }).join();
+    return servers;
+}
+
+TEST(ServerTest, SchedulerOfThisComputerIsAskedBesideAnother)
+{
+    const Support::TemporaryFolder folder;
+    const std::string socket = folder.write("cups.sock", "");
+    const ServerAddress remote = {"print.example.com", 631, true};
+    EXPECT_THAT(serversWith("print.example.com", socket),
+                ElementsAre(remote, ServerAddress{socket, 0, false, true}));
+    EXPECT_THAT(serversWith("print.example.com", folder.file("none")), ElementsAre(remote))
+        << "there is none here";
+    EXPECT_THAT(serversWith("localhost", socket), SizeIs(1)) << "that is the one";
+    EXPECT_THAT(serversWith(socket, socket), SizeIs(1)) << "that is the one";
 }
 
 TEST(ServerTest, IsCalledAsClientProgramsNameIt)

@@ -32,20 +32,21 @@ QPushButton *keep(const KeepDialog &dialog)
 
 TEST(KeepDialogTest, BeginsWithTheDefaults)
 {
-    const KeepDialog dialog("office", {}, {}, false, kWhere, nullptr);
+    const KeepDialog dialog("office", {}, {}, {}, false, kWhere, nullptr);
     EXPECT_EQ(dialog.set(), "");
     EXPECT_TRUE(keep(dialog)->isEnabled());
 }
 
 TEST(KeepDialogTest, BeginsWithTheSetThatIsBeingChanged)
 {
-    const KeepDialog dialog("office", {"confidential", "draft"}, "draft", false, kWhere, nullptr);
+    const KeepDialog dialog("office", {}, {"confidential", "draft"}, "draft", false, kWhere,
+                            nullptr);
     EXPECT_EQ(dialog.set(), "draft");
 }
 
 TEST(KeepDialogTest, ASetNeedsANameThatASetCanHave)
 {
-    KeepDialog dialog("office", {}, {}, false, kWhere, nullptr);
+    KeepDialog dialog("office", {}, {}, {}, false, kWhere, nullptr);
     dialog.show();
     asSet(dialog)->click();
     EXPECT_FALSE(keep(dialog)->isEnabled());
@@ -64,7 +65,7 @@ TEST(KeepDialogTest, ASetNeedsANameThatASetCanHave)
 
 TEST(KeepDialogTest, SecretsAreKeptOnlyWhenThatIsTicked)
 {
-    KeepDialog dialog("office", {}, {}, true, kWhere, nullptr);
+    KeepDialog dialog("office", {}, {}, {}, true, kWhere, nullptr);
     dialog.show();
     EXPECT_FALSE(dialog.withSecrets());
     EXPECT_EQ(dialog.findChild<QCheckBox *>()->accessibleDescription(), kWhere);
@@ -74,7 +75,7 @@ TEST(KeepDialogTest, SecretsAreKeptOnlyWhenThatIsTicked)
 
 TEST(KeepDialogTest, WithoutSecretsNothingIsAskedOfThem)
 {
-    KeepDialog dialog("office", {}, {}, false, kWhere, nullptr);
+    KeepDialog dialog("office", {}, {}, {}, false, kWhere, nullptr);
     dialog.show();
     EXPECT_FALSE(dialog.findChild<QCheckBox *>()->isVisible());
 }
