@@ -1,4 +1,5 @@
 #include "FieldEditor.h"
+#include "keys.h"
 #include "words.h"
 
 #include <QAction>
@@ -325,7 +326,7 @@ void FieldEditor::setControl(QWidget *control, QWidget *beside)
 {
     _control = control;
     const QString words = inWords(_madeFor.label);
-    _label->setText(inLines(words, fontMetrics()));
+    _label->setText(withoutMnemonic(inLines(words, fontMetrics())));
     _label->setBuddy(control);
     control->setAccessibleName(words);
     setFocusProxy(control);

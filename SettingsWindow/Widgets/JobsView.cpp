@@ -94,7 +94,7 @@ void JobsView::showWords(Row &row, const QString &state, const QString &message)
 {
     QString words = tr("%1 (job %2 on %3): %4")
                         .arg(row.title, QString::number(row.job.number),
-                             inWords(Model::QueueId{row.job.server, row.job.queue}), state);
+                             nameOf(Model::QueueId{row.job.server, row.job.queue}), state);
     if (!message.isEmpty())
         words += u'\n' + message;
     row.words->setText(words);

@@ -1,5 +1,6 @@
 #include "KeepDialog.h"
 #include "KeptSettings.h"
+#include "keys.h"
 #include "words.h"
 
 #include <QBoxLayout>
@@ -27,7 +28,8 @@ KeepDialog::KeepDialog(const QString &printer, const QString &countsFor, const Q
                        const QString &current, bool hasSecrets, const QString &whoCanRead,
                        QWidget *parent)
     : QDialog(parent),
-      _asDefaults(new QRadioButton(tr("As my &defaults for %1").arg(printer), this)),
+      _asDefaults(
+          new QRadioButton(tr("As my &defaults for %1").arg(withoutMnemonic(printer)), this)),
       _asSet(new QRadioButton(tr("As a set with a &name, which print dialogs list:"), this)),
       _name(new QComboBox(this)),
       _objection(sentence({}, this)),

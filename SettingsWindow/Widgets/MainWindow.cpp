@@ -7,6 +7,7 @@
 #include "SettingsPages.h"
 #include "commandLine.h"
 #include "inBackground.h"
+#include "keys.h"
 #include "tell.h"
 #include "words.h"
 
@@ -36,14 +37,6 @@ namespace {
 /// For how long the standard server may take before the window begins with another's printer.
 constexpr std::chrono::milliseconds kPatience = std::chrono::seconds(1);
 constexpr std::chrono::milliseconds kPreviewDelay{20};
-
-QPushButton *button(const QString &words, const QKeySequence &shortcut, QWidget *parent)
-{
-    auto *result = new QPushButton(words, parent);
-    result->setShortcut(shortcut);
-    result->setToolTip(shortcut.toString(QKeySequence::NativeText));
-    return result;
-}
 
 QString userName()
 {
@@ -129,9 +122,12 @@ QWidget *MainWindow::makeSettings()
 QWidget *MainWindow::makeButtons()
 {
     auto *row = new QWidget(this);
-    _keep = button(tr("&Keep…"), QKeySequence::Save, row);
-    _copy = button(tr("Cop&y as Command"), Qt::CTRL | Qt::SHIFT | Qt::Key_C, row);
-    _print = button(tr("&Print Now"), QKeySequence::Print, row);
+    _keep = new QPushButton(tr("&Keep…"), row);
+    _copy = new QPushButton(tr("Cop&y as Command"), row);
+    _print = new QPushButton(tr("&Print Now"), row);
+    addKeys(_keep, QKeySequence::Save);
+    addKeys(_copy, Qt::CTRL | Qt::SHIFT | Qt::Key_C);
+    addKeys(_print, QKeySequence::Print);
     _print->setDefault(true);
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins({});
@@ -200,7 +196,7 @@ void MainWindow::leaveLostPrinter()
     }
     say(tr("The printer %1 is not there any more. What you have set for it stays as long as this "
            "window is open.")
-            .arg(inWords(*_chosen)));
+            .arg(nameOf(*_chosen)));
 }
 
 /// Until somebody has chosen one.
@@ -250,7 +246,7 @@ void MainWindow::choosePrinter(const QueueId &printer)
     if (session() != nullptr)
         showSession();
     else
-        showWords(tr("Reading the driver of %1 …").arg(inWords(printer)));
+        showWords(tr("Reading the driver of %1 …").arg(nameOf(printer)));
     if (const Queue *queue = _printers->find(printer))
         lookAt(*queue);
 }
@@ -523,7 +519,7 @@ void MainWindow::updateButtons()
     _print->setEnabled(hasSettings && !_document.isEmpty() && !_isSending);
     _print->setToolTip(hasSettings && _document.isEmpty()
                            ? tr("Open a document first")
-                           : _print->shortcut().toString(QKeySequence::NativeText));
+                           : QKeySequence(QKeySequence::Print).toString(QKeySequence::NativeText));
 }
 
 void MainWindow::say(const QString &words)

@@ -1,5 +1,6 @@
 #include "PreviewPane.h"
 #include "SheetView.h"
+#include "keys.h"
 
 #include <QBoxLayout>
 #include <QFileInfo>
@@ -43,6 +44,7 @@ PreviewPane::PreviewPane(PreviewPrograms programs, QWidget *parent)
       _notes(wrappedLabel(this))
 {
     auto *open = new QPushButton(tr("&Open Document…"), this);
+    addKeys(open, QKeySequence::Open);
     connect(open, &QPushButton::clicked, this, &PreviewPane::documentWanted);
     auto *top = new QHBoxLayout;
     top->addWidget(_document, 1);
@@ -102,7 +104,7 @@ void PreviewPane::buildProgressRow()
     _progressRow = new QWidget(this);
     _progressWords = wrappedLabel(_progressRow);
     _progress = new QProgressBar(_progressRow);
-    auto *stop = new QPushButton(tr("Sto&p"), _progressRow);
+    auto *stop = new QPushButton(tr("&Stop"), _progressRow);
     auto *layout = new QHBoxLayout(_progressRow);
     layout->setContentsMargins({});
     layout->addWidget(_progressWords, 1);

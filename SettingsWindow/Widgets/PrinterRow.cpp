@@ -37,7 +37,7 @@ QString labelOf(const Queue &queue, bool isAmbiguous)
     if (!description.isEmpty() && description != name)
         label += QStringLiteral(" – ") + description;
     if (isAmbiguous || !queue.server.isOwn)
-        label += QStringLiteral(" (%1)").arg(inWords(queue.server));
+        label += QStringLiteral(" (%1)").arg(nameOf(queue.server));
     return label;
 }
 

@@ -86,8 +86,9 @@ void Session::beginWith(const std::optional<std::string> &set)
         return;
     }
     const auto found = std::ranges::find(_sets, *set, &KeptSet::name);
-    _settings.load(set->empty() || found == _sets.end() ? _defaults
-                                                        : Model::laidOver(_defaults, found->options));
+    _settings.load(set->empty() || found == _sets.end()
+                       ? _defaults
+                       : Model::laidOver(_defaults, found->options));
 }
 
 KeptSet Session::toKeep(const std::string &name, Model::Secrets secrets) const

@@ -9,15 +9,15 @@ QString inWords(const Model::Words &words)
     }));
 }
 
-QString inWords(const Model::ServerAddress &server)
+QString nameOf(const Model::ServerAddress &server)
 {
     return server.isOwn ? QCoreApplication::translate("words", "this computer")
                         : fromModel(server.name());
 }
 
-QString inWords(const Model::QueueId &printer)
+QString nameOf(const Model::QueueId &printer)
 {
     const QString name = fromModel(printer.name);
     return printer.server.isOwn ? name
-                                : QStringLiteral("%1 (%2)").arg(name, inWords(printer.server));
+                                : QStringLiteral("%1 (%2)").arg(name, nameOf(printer.server));
 }

@@ -9,10 +9,10 @@
 QString inWords(const Model::Words &words);
 
 /// What a server is called: "this computer", or its name.
-QString inWords(const Model::ServerAddress &server);
+QString nameOf(const Model::ServerAddress &server);
 
 /// What a printer is called: its name, and its server's unless that is this computer.
-QString inWords(const Model::QueueId &printer);
+QString nameOf(const Model::QueueId &printer);
 
 /// UTF-8 as the model has it; bytes that are no UTF-8 become U+FFFD.
 inline QString fromModel(std::string_view text)

@@ -76,6 +76,45 @@
     </message>
 </context>
 <context>
+    <name>Keeping</name>
+    <message>
+        <source>Kept as your defaults for %1.</source>
+        <translation>Als Ihre Vorgaben für %1 behalten.</translation>
+    </message>
+    <message>
+        <source>Kept as %1/%2.</source>
+        <translation>Als %1/%2 behalten.</translation>
+    </message>
+    <message>
+        <source>Rename Set</source>
+        <translation>Satz umbenennen</translation>
+    </message>
+    <message>
+        <source>New name of %1:</source>
+        <translation>Neuer Name von %1:</translation>
+    </message>
+    <message>
+        <source>%1 is now %2.</source>
+        <translation>%1 heißt jetzt %2.</translation>
+    </message>
+    <message>
+        <source>Remove your defaults for %1?</source>
+        <translation>Ihre Vorgaben für %1 entfernen?</translation>
+    </message>
+    <message>
+        <source>Remove the set %1?</source>
+        <translation>Den Satz %1 entfernen?</translation>
+    </message>
+    <message>
+        <source>Remove Set</source>
+        <translation>Satz entfernen</translation>
+    </message>
+    <message>
+        <source>Removed. The settings stay as they are on the screen.</source>
+        <translation>Entfernt. Die Einstellungen auf dem Bildschirm bleiben, wie sie sind.</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Print Settings</source>
@@ -138,42 +177,6 @@
         <translation>PDF-Dokumente (*.pdf);;Alle Dateien (*)</translation>
     </message>
     <message>
-        <source>Kept as your defaults for %1.</source>
-        <translation>Als Ihre Vorgaben für %1 behalten.</translation>
-    </message>
-    <message>
-        <source>Kept as %1/%2.</source>
-        <translation>Als %1/%2 behalten.</translation>
-    </message>
-    <message>
-        <source>Rename Set</source>
-        <translation>Satz umbenennen</translation>
-    </message>
-    <message>
-        <source>New name of %1:</source>
-        <translation>Neuer Name von %1:</translation>
-    </message>
-    <message>
-        <source>%1 is now %2.</source>
-        <translation>%1 heißt jetzt %2.</translation>
-    </message>
-    <message>
-        <source>Remove your defaults for %1?</source>
-        <translation>Ihre Vorgaben für %1 entfernen?</translation>
-    </message>
-    <message>
-        <source>Remove the set %1?</source>
-        <translation>Den Satz %1 entfernen?</translation>
-    </message>
-    <message>
-        <source>Remove Set</source>
-        <translation>Satz entfernen</translation>
-    </message>
-    <message>
-        <source>Removed. The settings stay as they are on the screen.</source>
-        <translation>Entfernt. Die Einstellungen auf dem Bildschirm bleiben, wie sie sind.</translation>
-    </message>
-    <message>
         <source>Copy as Command</source>
         <translation>Als Befehl kopieren</translation>
     </message>
@@ -184,6 +187,14 @@
     <message>
         <source>The command is on the clipboard.</source>
         <translation>Der Befehl ist in der Zwischenablage.</translation>
+    </message>
+    <message>
+        <source>Reading the driver of %1 …</source>
+        <translation>Der Treiber von %1 wird gelesen …</translation>
+    </message>
+    <message>
+        <source>They count for every printer of the name %1, whatever server it is on.</source>
+        <translation>Sie gelten für jeden Drucker mit dem Namen %1, gleich auf welchem Server er ist.</translation>
     </message>
 </context>
 <context>
@@ -301,10 +312,6 @@
         <translation>Blatt</translation>
     </message>
     <message>
-        <source>Sto&amp;p</source>
-        <translation>An&amp;halten</translation>
-    </message>
-    <message>
         <source>Stopped. The next change begins anew.</source>
         <translation>Angehalten. Die nächste Änderung beginnt von vorn.</translation>
     </message>
@@ -350,6 +357,10 @@
         <source> · on %1</source>
         <comment>a kind of paper</comment>
         <translation> · auf %1</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>An&amp;halten</translation>
     </message>
 </context>
 <context>
@@ -439,6 +450,13 @@
     <message>
         <source>A PDF file.</source>
         <translation>Eine PDF-Datei.</translation>
+    </message>
+</context>
+<context>
+    <name>words</name>
+    <message>
+        <source>this computer</source>
+        <translation>dieser Computer</translation>
     </message>
 </context>
 </TS>

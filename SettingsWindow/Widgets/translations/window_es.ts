@@ -76,6 +76,45 @@
     </message>
 </context>
 <context>
+    <name>Keeping</name>
+    <message>
+        <source>Kept as your defaults for %1.</source>
+        <translation>Conservado como sus valores predeterminados para %1.</translation>
+    </message>
+    <message>
+        <source>Kept as %1/%2.</source>
+        <translation>Conservado como %1/%2.</translation>
+    </message>
+    <message>
+        <source>Rename Set</source>
+        <translation>Cambiar el nombre del conjunto</translation>
+    </message>
+    <message>
+        <source>New name of %1:</source>
+        <translation>Nuevo nombre de %1:</translation>
+    </message>
+    <message>
+        <source>%1 is now %2.</source>
+        <translation>%1 se llama ahora %2.</translation>
+    </message>
+    <message>
+        <source>Remove your defaults for %1?</source>
+        <translation>¿Eliminar sus valores predeterminados para %1?</translation>
+    </message>
+    <message>
+        <source>Remove the set %1?</source>
+        <translation>¿Eliminar el conjunto %1?</translation>
+    </message>
+    <message>
+        <source>Remove Set</source>
+        <translation>Eliminar conjunto</translation>
+    </message>
+    <message>
+        <source>Removed. The settings stay as they are on the screen.</source>
+        <translation>Eliminado. Los ajustes en pantalla quedan como están.</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Print Settings</source>
@@ -138,42 +177,6 @@
         <translation>Documentos PDF (*.pdf);;Todos los archivos (*)</translation>
     </message>
     <message>
-        <source>Kept as your defaults for %1.</source>
-        <translation>Conservado como sus valores predeterminados para %1.</translation>
-    </message>
-    <message>
-        <source>Kept as %1/%2.</source>
-        <translation>Conservado como %1/%2.</translation>
-    </message>
-    <message>
-        <source>Rename Set</source>
-        <translation>Cambiar el nombre del conjunto</translation>
-    </message>
-    <message>
-        <source>New name of %1:</source>
-        <translation>Nuevo nombre de %1:</translation>
-    </message>
-    <message>
-        <source>%1 is now %2.</source>
-        <translation>%1 se llama ahora %2.</translation>
-    </message>
-    <message>
-        <source>Remove your defaults for %1?</source>
-        <translation>¿Eliminar sus valores predeterminados para %1?</translation>
-    </message>
-    <message>
-        <source>Remove the set %1?</source>
-        <translation>¿Eliminar el conjunto %1?</translation>
-    </message>
-    <message>
-        <source>Remove Set</source>
-        <translation>Eliminar conjunto</translation>
-    </message>
-    <message>
-        <source>Removed. The settings stay as they are on the screen.</source>
-        <translation>Eliminado. Los ajustes en pantalla quedan como están.</translation>
-    </message>
-    <message>
         <source>Copy as Command</source>
         <translation>Copiar como orden</translation>
     </message>
@@ -184,6 +187,14 @@
     <message>
         <source>The command is on the clipboard.</source>
         <translation>La orden está en el portapapeles.</translation>
+    </message>
+    <message>
+        <source>Reading the driver of %1 …</source>
+        <translation>Leyendo el controlador de %1…</translation>
+    </message>
+    <message>
+        <source>They count for every printer of the name %1, whatever server it is on.</source>
+        <translation>Valen para toda impresora de nombre %1, sea cual sea su servidor.</translation>
     </message>
 </context>
 <context>
@@ -301,10 +312,6 @@
         <translation>Hoja</translation>
     </message>
     <message>
-        <source>Sto&amp;p</source>
-        <translation>De&amp;tener</translation>
-    </message>
-    <message>
         <source>Stopped. The next change begins anew.</source>
         <translation>Detenido. El próximo cambio empieza de nuevo.</translation>
     </message>
@@ -350,6 +357,10 @@
         <source> · on %1</source>
         <comment>a kind of paper</comment>
         <translation> · en %1</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>De&amp;tener</translation>
     </message>
 </context>
 <context>
@@ -439,6 +450,13 @@
     <message>
         <source>A PDF file.</source>
         <translation>Un archivo PDF.</translation>
+    </message>
+</context>
+<context>
+    <name>words</name>
+    <message>
+        <source>this computer</source>
+        <translation>este equipo</translation>
     </message>
 </context>
 </TS>

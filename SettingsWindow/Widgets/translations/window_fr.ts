@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>Keep &amp;PIN and passwords, too</source>
-        <translation>Conserver aussi le &amp;code PIN et les mots de passe</translation>
+        <translation>Conserver aussi le code &amp;PIN et les mots de passe</translation>
     </message>
     <message>
         <source>Keep Settings</source>
@@ -73,6 +73,45 @@
     <message>
         <source>&amp;Keep</source>
         <translation>&amp;Conserver</translation>
+    </message>
+</context>
+<context>
+    <name>Keeping</name>
+    <message>
+        <source>Kept as your defaults for %1.</source>
+        <translation>Conservé comme vos réglages par défaut pour %1.</translation>
+    </message>
+    <message>
+        <source>Kept as %1/%2.</source>
+        <translation>Conservé comme %1/%2.</translation>
+    </message>
+    <message>
+        <source>Rename Set</source>
+        <translation>Renommer le jeu</translation>
+    </message>
+    <message>
+        <source>New name of %1:</source>
+        <translation>Nouveau nom de %1 :</translation>
+    </message>
+    <message>
+        <source>%1 is now %2.</source>
+        <translation>%1 s’appelle désormais %2.</translation>
+    </message>
+    <message>
+        <source>Remove your defaults for %1?</source>
+        <translation>Supprimer vos réglages par défaut pour %1 ?</translation>
+    </message>
+    <message>
+        <source>Remove the set %1?</source>
+        <translation>Supprimer le jeu %1 ?</translation>
+    </message>
+    <message>
+        <source>Remove Set</source>
+        <translation>Supprimer le jeu</translation>
+    </message>
+    <message>
+        <source>Removed. The settings stay as they are on the screen.</source>
+        <translation>Supprimé. Les réglages à l’écran restent tels quels.</translation>
     </message>
 </context>
 <context>
@@ -138,42 +177,6 @@
         <translation>Documents PDF (*.pdf);;Tous les fichiers (*)</translation>
     </message>
     <message>
-        <source>Kept as your defaults for %1.</source>
-        <translation>Conservé comme vos réglages par défaut pour %1.</translation>
-    </message>
-    <message>
-        <source>Kept as %1/%2.</source>
-        <translation>Conservé comme %1/%2.</translation>
-    </message>
-    <message>
-        <source>Rename Set</source>
-        <translation>Renommer le jeu</translation>
-    </message>
-    <message>
-        <source>New name of %1:</source>
-        <translation>Nouveau nom de %1 :</translation>
-    </message>
-    <message>
-        <source>%1 is now %2.</source>
-        <translation>%1 s’appelle désormais %2.</translation>
-    </message>
-    <message>
-        <source>Remove your defaults for %1?</source>
-        <translation>Supprimer vos réglages par défaut pour %1 ?</translation>
-    </message>
-    <message>
-        <source>Remove the set %1?</source>
-        <translation>Supprimer le jeu %1 ?</translation>
-    </message>
-    <message>
-        <source>Remove Set</source>
-        <translation>Supprimer le jeu</translation>
-    </message>
-    <message>
-        <source>Removed. The settings stay as they are on the screen.</source>
-        <translation>Supprimé. Les réglages à l’écran restent tels quels.</translation>
-    </message>
-    <message>
         <source>Copy as Command</source>
         <translation>Copier comme commande</translation>
     </message>
@@ -184,6 +187,14 @@
     <message>
         <source>The command is on the clipboard.</source>
         <translation>La commande est dans le presse-papiers.</translation>
+    </message>
+    <message>
+        <source>Reading the driver of %1 …</source>
+        <translation>Lecture du pilote de %1…</translation>
+    </message>
+    <message>
+        <source>They count for every printer of the name %1, whatever server it is on.</source>
+        <translation>Ils valent pour toute imprimante du nom de %1, quel que soit son serveur.</translation>
     </message>
 </context>
 <context>
@@ -301,10 +312,6 @@
         <translation>Feuille</translation>
     </message>
     <message>
-        <source>Sto&amp;p</source>
-        <translation>Arrê&amp;ter</translation>
-    </message>
-    <message>
         <source>Stopped. The next change begins anew.</source>
         <translation>Arrêté. Le prochain changement recommence.</translation>
     </message>
@@ -350,6 +357,10 @@
         <source> · on %1</source>
         <comment>a kind of paper</comment>
         <translation> · sur %1</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>&amp;Arrêter</translation>
     </message>
 </context>
 <context>
@@ -439,6 +450,13 @@
     <message>
         <source>A PDF file.</source>
         <translation>Un fichier PDF.</translation>
+    </message>
+</context>
+<context>
+    <name>words</name>
+    <message>
+        <source>this computer</source>
+        <translation>cet ordinateur</translation>
     </message>
 </context>
 </TS>

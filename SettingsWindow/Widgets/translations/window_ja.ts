@@ -76,6 +76,45 @@
     </message>
 </context>
 <context>
+    <name>Keeping</name>
+    <message>
+        <source>Kept as your defaults for %1.</source>
+        <translation>%1 の既定値として保存しました。</translation>
+    </message>
+    <message>
+        <source>Kept as %1/%2.</source>
+        <translation>%1/%2 として保存しました。</translation>
+    </message>
+    <message>
+        <source>Rename Set</source>
+        <translation>設定の名前を変更</translation>
+    </message>
+    <message>
+        <source>New name of %1:</source>
+        <translation>%1 の新しい名前：</translation>
+    </message>
+    <message>
+        <source>%1 is now %2.</source>
+        <translation>%1 の名前を %2 に変更しました。</translation>
+    </message>
+    <message>
+        <source>Remove your defaults for %1?</source>
+        <translation>%1 の既定値を削除しますか？</translation>
+    </message>
+    <message>
+        <source>Remove the set %1?</source>
+        <translation>設定 %1 を削除しますか？</translation>
+    </message>
+    <message>
+        <source>Remove Set</source>
+        <translation>設定を削除</translation>
+    </message>
+    <message>
+        <source>Removed. The settings stay as they are on the screen.</source>
+        <translation>削除しました。画面上の設定はそのままです。</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Print Settings</source>
@@ -138,42 +177,6 @@
         <translation>PDF 文書 (*.pdf);;すべてのファイル (*)</translation>
     </message>
     <message>
-        <source>Kept as your defaults for %1.</source>
-        <translation>%1 の既定値として保存しました。</translation>
-    </message>
-    <message>
-        <source>Kept as %1/%2.</source>
-        <translation>%1/%2 として保存しました。</translation>
-    </message>
-    <message>
-        <source>Rename Set</source>
-        <translation>設定の名前を変更</translation>
-    </message>
-    <message>
-        <source>New name of %1:</source>
-        <translation>%1 の新しい名前：</translation>
-    </message>
-    <message>
-        <source>%1 is now %2.</source>
-        <translation>%1 の名前を %2 に変更しました。</translation>
-    </message>
-    <message>
-        <source>Remove your defaults for %1?</source>
-        <translation>%1 の既定値を削除しますか？</translation>
-    </message>
-    <message>
-        <source>Remove the set %1?</source>
-        <translation>設定 %1 を削除しますか？</translation>
-    </message>
-    <message>
-        <source>Remove Set</source>
-        <translation>設定を削除</translation>
-    </message>
-    <message>
-        <source>Removed. The settings stay as they are on the screen.</source>
-        <translation>削除しました。画面上の設定はそのままです。</translation>
-    </message>
-    <message>
         <source>Copy as Command</source>
         <translation>コマンドとしてコピー</translation>
     </message>
@@ -184,6 +187,14 @@
     <message>
         <source>The command is on the clipboard.</source>
         <translation>コマンドをクリップボードにコピーしました。</translation>
+    </message>
+    <message>
+        <source>Reading the driver of %1 …</source>
+        <translation>%1 のドライバーを読み込んでいます…</translation>
+    </message>
+    <message>
+        <source>They count for every printer of the name %1, whatever server it is on.</source>
+        <translation>%1 という名前のプリンターすべてに、サーバーに関係なく適用されます。</translation>
     </message>
 </context>
 <context>
@@ -301,10 +312,6 @@
         <translation>用紙</translation>
     </message>
     <message>
-        <source>Sto&amp;p</source>
-        <translation>停止(&amp;S)</translation>
-    </message>
-    <message>
         <source>Stopped. The next change begins anew.</source>
         <translation>停止しました。次に変更すると最初から始まります。</translation>
     </message>
@@ -350,6 +357,10 @@
         <source> · on %1</source>
         <comment>a kind of paper</comment>
         <translation> · %1</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>停止(&amp;S)</translation>
     </message>
 </context>
 <context>
@@ -439,6 +450,13 @@
     <message>
         <source>A PDF file.</source>
         <translation>PDF ファイル。</translation>
+    </message>
+</context>
+<context>
+    <name>words</name>
+    <message>
+        <source>this computer</source>
+        <translation>このコンピューター</translation>
     </message>
 </context>
 </TS>

@@ -76,6 +76,45 @@
     </message>
 </context>
 <context>
+    <name>Keeping</name>
+    <message>
+        <source>Kept as your defaults for %1.</source>
+        <translation>已保存为您在 %1 上的默认设置。</translation>
+    </message>
+    <message>
+        <source>Kept as %1/%2.</source>
+        <translation>已保存为 %1/%2。</translation>
+    </message>
+    <message>
+        <source>Rename Set</source>
+        <translation>重命名设置</translation>
+    </message>
+    <message>
+        <source>New name of %1:</source>
+        <translation>%1 的新名称：</translation>
+    </message>
+    <message>
+        <source>%1 is now %2.</source>
+        <translation>%1 现在名为 %2。</translation>
+    </message>
+    <message>
+        <source>Remove your defaults for %1?</source>
+        <translation>要删除您在 %1 上的默认设置吗？</translation>
+    </message>
+    <message>
+        <source>Remove the set %1?</source>
+        <translation>要删除设置 %1 吗？</translation>
+    </message>
+    <message>
+        <source>Remove Set</source>
+        <translation>删除设置</translation>
+    </message>
+    <message>
+        <source>Removed. The settings stay as they are on the screen.</source>
+        <translation>已删除。屏幕上的设置保持不变。</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Print Settings</source>
@@ -138,42 +177,6 @@
         <translation>PDF 文档 (*.pdf);;所有文件 (*)</translation>
     </message>
     <message>
-        <source>Kept as your defaults for %1.</source>
-        <translation>已保存为您在 %1 上的默认设置。</translation>
-    </message>
-    <message>
-        <source>Kept as %1/%2.</source>
-        <translation>已保存为 %1/%2。</translation>
-    </message>
-    <message>
-        <source>Rename Set</source>
-        <translation>重命名设置</translation>
-    </message>
-    <message>
-        <source>New name of %1:</source>
-        <translation>%1 的新名称：</translation>
-    </message>
-    <message>
-        <source>%1 is now %2.</source>
-        <translation>%1 现在名为 %2。</translation>
-    </message>
-    <message>
-        <source>Remove your defaults for %1?</source>
-        <translation>要删除您在 %1 上的默认设置吗？</translation>
-    </message>
-    <message>
-        <source>Remove the set %1?</source>
-        <translation>要删除设置 %1 吗？</translation>
-    </message>
-    <message>
-        <source>Remove Set</source>
-        <translation>删除设置</translation>
-    </message>
-    <message>
-        <source>Removed. The settings stay as they are on the screen.</source>
-        <translation>已删除。屏幕上的设置保持不变。</translation>
-    </message>
-    <message>
         <source>Copy as Command</source>
         <translation>复制为命令</translation>
     </message>
@@ -184,6 +187,14 @@
     <message>
         <source>The command is on the clipboard.</source>
         <translation>命令已复制到剪贴板。</translation>
+    </message>
+    <message>
+        <source>Reading the driver of %1 …</source>
+        <translation>正在读取 %1 的驱动程序…</translation>
+    </message>
+    <message>
+        <source>They count for every printer of the name %1, whatever server it is on.</source>
+        <translation>这些设置适用于所有名为 %1 的打印机，无论它在哪个服务器上。</translation>
     </message>
 </context>
 <context>
@@ -301,10 +312,6 @@
         <translation>第</translation>
     </message>
     <message>
-        <source>Sto&amp;p</source>
-        <translation>停止(&amp;S)</translation>
-    </message>
-    <message>
         <source>Stopped. The next change begins anew.</source>
         <translation>已停止。下次更改时重新开始。</translation>
     </message>
@@ -350,6 +357,10 @@
         <source> · on %1</source>
         <comment>a kind of paper</comment>
         <translation> · %1</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>停止(&amp;S)</translation>
     </message>
 </context>
 <context>
@@ -439,6 +450,13 @@
     <message>
         <source>A PDF file.</source>
         <translation>一个 PDF 文件。</translation>
+    </message>
+</context>
+<context>
+    <name>words</name>
+    <message>
+        <source>this computer</source>
+        <translation>本机</translation>
     </message>
 </context>
 </TS>
