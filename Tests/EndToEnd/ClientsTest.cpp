@@ -1,5 +1,6 @@
 #include "EndToEndTest.h"
 
+#include "Needed.h"
 #include "Waiting.h"
 
 #include <set>
