@@ -38,7 +38,7 @@ void endWhenMemoryRunsOut(const char *line)
 // A program may replace the C library's allocation functions (its manual, "Replacing malloc"); all
 // libraries call these then. Memory still comes from where it always does.
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the C library's own
+// NOLINTBEGIN(clang-diagnostic-reserved-identifier): the C library's own
 extern "C" {
 
 void *__libc_malloc(std::size_t size);
@@ -47,7 +47,7 @@ void *__libc_realloc(void *memory, std::size_t size);
 void *__libc_memalign(std::size_t alignment, std::size_t size);
 
 } // extern "C"
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(clang-diagnostic-reserved-identifier)
 
 namespace {
 
