@@ -17,6 +17,7 @@ struct QueueId {
     ServerAddress server;
     std::string name;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): takes the zero of a comparison for a pointer
     auto operator<=>(const QueueId &) const = default;
 };
 

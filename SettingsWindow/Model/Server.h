@@ -20,6 +20,7 @@ struct ServerAddress {
     /// As client programs name it: "host:port" or a path.
     std::string name() const;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): takes the zero of a comparison for a pointer
     auto operator<=>(const ServerAddress &) const = default;
 };
 
