@@ -137,7 +137,7 @@ TEST_F(WinbindQuestionTest, SilentServerEndsWithTheLimit)
 
 TEST_F(WinbindQuestionTest, HostileBytesGiveNoDomain)
 {
-    std::string hugeLength = bytesOf({.numbers = {{0, kProtocol}}});
+    std::string hugeLength = bytesOf({.numbers = {{0, protocol()}}});
     std::fill_n(hugeLength.begin(), 4, '\xff');
     for (const std::string &bytes :
          {std::string(), std::string("garbage\n\x1b[2J"), std::string(kAnswerSize, '\0'),
@@ -151,8 +151,8 @@ TEST_F(WinbindQuestionTest, HostileBytesGiveNoDomain)
 
 TEST_F(WinbindQuestionTest, EndlessAnswerEndsWithALimit)
 {
-    const std::string said = outcomeOfBytes([](int socket, int) {
-        const std::string greeting = bytesOf({.numbers = {{0, kProtocol}}});
+    const std::string greeting = bytesOf({.numbers = {{0, protocol()}}});
+    const std::string said = outcomeOfBytes([&](int socket, int) {
         while (Support::sendAll(socket, greeting)) {
         }
     });

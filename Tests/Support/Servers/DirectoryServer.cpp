@@ -3,8 +3,10 @@
 #include "Loopback.h"
 #include "Program.h"
 
+#include <array>
 #include <chrono>
 #include <csignal>
+#include <ctime>
 #include <filesystem>
 #include <stdexcept>
 #include <sys/prctl.h>
@@ -31,6 +33,18 @@ moduleload back_mdb
 std::string slapd()
 {
     return "/usr/sbin/slapd";
+}
+
+constexpr char kLongAgo[] = "20200101000000Z";
+
+/// That long from now, as openssl reads it.
+std::string inDays(int days)
+{
+    const std::time_t then = std::time(nullptr) + std::time_t{days} * 86400;
+    std::array<char, 32> text = {};
+    std::tm parts = {};
+    std::strftime(text.data(), text.size(), "%Y%m%d%H%M%SZ", gmtime_r(&then, &parts));
+    return text.data();
 }
 
 } // namespace
@@ -127,10 +141,16 @@ CertificateAuthority::Certificate CertificateAuthority::issue(const std::string 
     runOrThrow({"openssl", "req", "-new", "-newkey", "ec", "-pkeyopt",
                 "ec_paramgen_curve:prime256v1", "-nodes", "-subj", "/CN=Test server", "-keyout",
                 issued.key, "-out", request});
-    runOrThrow({"openssl", "x509", "-req", "-in", request, "-CA", certificate(), "-CAkey",
-                _folder.file("ca.key"), "-CAcreateserial", "-days", std::to_string(days),
-                "-extfile", _folder.write("names", "subjectAltName=" + alternativeNames + "\n"),
-                "-out", issued.certificate});
+    _folder.write("index", "");
+    const std::string rules = _folder.write(
+        "rules", "[ca]\ndefault_ca = test\n[test]\nrand_serial = yes\ndefault_md = sha256\n"
+                 "policy = names\nx509_extensions = extensions\ndatabase = " +
+                     _folder.file("index") + "\nnew_certs_dir = " + _folder.path() +
+                     "\n[names]\ncommonName = supplied\n[extensions]\nsubjectAltName = " +
+                     alternativeNames + "\n");
+    runOrThrow({"openssl", "ca", "-batch", "-notext", "-config", rules, "-cert", certificate(),
+                "-keyfile", _folder.file("ca.key"), "-startdate", kLongAgo, "-enddate",
+                inDays(days), "-in", request, "-out", issued.certificate});
     return issued;
 }
 

@@ -1,10 +1,16 @@
 #include "WinbindScript.h"
 
+#include "Program.h"
+
 #include <cstring>
+#include <filesystem>
 #include <sys/socket.h>
 
 namespace Support::WinbindScript {
 namespace {
+
+constexpr char kSocket[] = "/run/samba/winbindd/pipe";
+constexpr std::uint32_t kOlderProtocol = 32;
 
 constexpr std::size_t kRequestSize = 2136;
 constexpr std::size_t kPrefixSize = 8;
@@ -27,6 +33,31 @@ Answer identifier(const Request &request)
     return {.ok = false};
 }
 
+ScriptedServer::Script answeringEach(const std::function<Answer(const Request &)> &answer)
+{
+    return [=](int socket, int) {
+        std::string bytes(kRequestSize, '\0');
+        while (recv(socket, bytes.data(), bytes.size(), MSG_WAITALL) ==
+               static_cast<ssize_t>(bytes.size())) {
+            Request request = {0, bytes};
+            std::memcpy(&request.command, bytes.data() + 4, sizeof request.command);
+            if (!sendAll(socket, bytesOf(answer(request))))
+                return;
+        }
+    };
+}
+
+bool isTheLibrarys(std::uint32_t protocol)
+{
+    const auto greet = [protocol](const Request &) {
+        return Answer{.numbers = {{kFirstText, protocol}}};
+    };
+    const ScriptedServer server(kSocket, answeringEach(greet));
+    const bool isIt = runProgram({.arguments = {"wbinfo", "--ping"}}).exitStatus == 0;
+    std::filesystem::remove(kSocket);
+    return isIt;
+}
+
 } // namespace
 
 std::string bytesOf(const Answer &answer)
@@ -44,18 +75,17 @@ std::string bytesOf(const Answer &answer)
     return bytes;
 }
 
+std::uint32_t protocol()
+{
+    static const std::uint32_t tried =
+        isTheLibrarys(kOlderProtocol) ? kOlderProtocol : kOlderProtocol + 1;
+    return tried;
+}
+
 ScriptedServer::Script answering(const std::function<Answer(const Request &)> &answer)
 {
-    return [=](int socket, int) {
-        std::string bytes(kRequestSize, '\0');
-        while (recv(socket, bytes.data(), bytes.size(), MSG_WAITALL) ==
-               static_cast<ssize_t>(bytes.size())) {
-            Request request = {0, bytes};
-            std::memcpy(&request.command, bytes.data() + 4, sizeof request.command);
-            if (!sendAll(socket, bytesOf(answer(request))))
-                return;
-        }
-    };
+    protocol(); // before there is a server at the socket
+    return answeringEach(answer);
 }
 
 Answer answer(const Request &request)
@@ -63,7 +93,7 @@ Answer answer(const Request &request)
     const bool sales = request.holds("SALES");
     switch (request.command) {
     case Greeting:
-        return {.numbers = {{kFirstText, kProtocol}}};
+        return {.numbers = {{kFirstText, protocol()}}};
     case Separator:
         return {.texts = {{kFirstText, "+4.17"}}};
     case DomainOfHost:

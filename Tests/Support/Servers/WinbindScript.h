@@ -9,12 +9,14 @@
 #include <string>
 
 /// A little of what winbindd speaks on its socket, /run/samba/winbindd/pipe: requests and answers
-/// of a fixed size each, a length and a number first, then texts at fixed places. Client library
-/// and daemon are of one release, Debian 12's.
+/// of a fixed size each, a length and a number first, then texts at fixed places.
 namespace Support::WinbindScript {
 
 inline constexpr std::size_t kAnswerSize = 4008;
-inline constexpr std::uint32_t kProtocol = 32;
+
+/// What the daemon calls its language in its greeting: 32 or, of newer Samba, 33. The client library
+/// listens to no other than its own; which that is, is tried out once, at the daemon's socket.
+std::uint32_t protocol();
 
 enum Command : std::uint32_t {
     Greeting = 0,
