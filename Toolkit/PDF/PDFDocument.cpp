@@ -52,8 +52,11 @@ constexpr char kUnreadable[] = "not all of its objects can be read";
     throw damaged(how);
 }
 
-/// The library walks the page tree by recursion, so a tree without end must not get there.
-void refuseDeepPageTree(QPDFObjectHandle root)
+constexpr char kLostPages[] = "not all of its pages are there";
+
+/// The library walks the page tree by recursion, so a tree without end must not get there. From 12
+/// on it leaves out the pages that are not there, and says so on standard error.
+void refuseDeepOrTornPageTree(QPDFObjectHandle root)
 {
     std::vector<std::pair<QPDFObjectHandle, int>> pending = {{std::move(root), 0}};
     std::set<QPDFObjGen> seen;
@@ -62,6 +65,8 @@ void refuseDeepPageTree(QPDFObjectHandle root)
         pending.pop_back();
         if (level > kMostLevels)
             throw damaged("its pages are nested too deeply");
+        if (level > 0 && !node.isDictionary())
+            throw damaged(kLostPages);
         if (!node.isDictionary() || !node.hasKey("/Kids"))
             continue;
         // The library refuses it as well, but only when it gets there.
@@ -97,14 +102,13 @@ bool lacksContents(QPDFObjectHandle page)
 /// may lead nowhere, and the page is blank.
 void refuseLosses(QPDF &document, const std::vector<QPDFObjectHandle> &pages)
 {
-    const auto isNoPage = [](QPDFObjectHandle page) { return !page.isDictionary(); };
     QPDFObjectHandle count = document.getRoot().getKey("/Pages").getKey("/Count");
     const bool lacksPages =
         count.isInteger() && count.getIntValue() > static_cast<long long>(pages.size());
     // The library notices damage only while it looks for the contents.
     const bool isIncomplete = std::ranges::any_of(pages, lacksContents) || lacksPages;
-    if (std::ranges::any_of(pages, isNoPage) || (isIncomplete && document.anyWarnings()))
-        throw damaged("not all of its pages are there");
+    if (isIncomplete && document.anyWarnings())
+        throw damaged(kLostPages);
 }
 
 /// What a page draws with: its contents, its resources wherever they are inherited from, and the
@@ -155,7 +159,7 @@ bool lacksObjects(std::vector<QPDFObjectHandle> pending, std::set<QPDFObjGen> &s
 
 std::vector<QPDFObjectHandle> pagesOf(QPDF &document)
 {
-    refuseDeepPageTree(document.getRoot().getKey("/Pages"));
+    refuseDeepOrTornPageTree(document.getRoot().getKey("/Pages"));
     std::vector<QPDFObjectHandle> pages = document.getAllPages();
     refuseLosses(document, pages);
     // Whatever it said: others believe it.

@@ -9,6 +9,7 @@
 
 namespace {
 
+using testing::AnyOf;
 using testing::HasSubstr;
 
 /// Documents with a table and with streams of cross-references; those the library cannot mend.
@@ -92,24 +93,35 @@ TEST_P(PDFInputTest, AChangeThatBrokeOffIsNoJunk)
 {
     const std::string change = "99 0 obj\n<< /Type /Page >>\nendobj\n";
     const std::string result = booklet(_sound + change + std::string(2000, '\n'));
-    if (isPacked()) {
-        EXPECT_THAT(result, HasSubstr("is damaged"));
-    } else {
-        EXPECT_TRUE(_booklet == result); // the library finds that nothing leads to it
+    // The library finds that nothing leads to it; before version 12, only where objects are plain.
+    if (!isPacked() || !result.starts_with("The PDF document is damaged: ")) {
+        EXPECT_TRUE(_booklet == result) << result.substr(0, 100);
     }
 }
 
-// Where the table should be: a document that was cut off.
+// Where the table should be: a document that was cut off. What is told as missing is what the
+// library misses first: before version 12 the table, since then, where objects are plain, some of
+// them.
 TEST_P(PDFInputTest, WhatStaysRefusedSaysWhatIsWrongAndWhatToTry)
 {
-    std::string document = _sound.substr(0, _sound.size() / 2);
-    EXPECT_EQ("The PDF document is damaged: the table of its objects, at its end, is missing or "
-              "wrong; open it and print it to a new PDF.",
-              booklet(document));
-    document = kLine + _sound;
+    EXPECT_THAT(
+        booklet(_sound.substr(0, _sound.size() / 2)),
+        AnyOf("The PDF document is damaged: the table of its objects, at its end, is missing "
+              "or wrong; open it and print it to a new PDF.",
+              "The PDF document is damaged: not all parts of its pages are there; open it "
+              "and print it to a new PDF.",
+              "The PDF document is damaged: not all of its pages are there; open it and "
+              "print it to a new PDF."));
+}
+
+// The library mends it where objects are plain, from version 12 on in any document.
+TEST_P(PDFInputTest, ATableThatIsElsewhereIsFoundOrMissed)
+{
+    std::string document = kLine + _sound;
     document.replace(document.rfind("startxref\n") + 10, 1, "9");
-    if (isPacked()) {
-        EXPECT_THAT(booklet(document), HasSubstr("; open it and print it to a new PDF."));
+    const std::string result = booklet(document);
+    if (!isPacked() || !result.ends_with("; open it and print it to a new PDF.")) {
+        EXPECT_TRUE(_booklet == result) << result.substr(0, 100);
     }
 }
 

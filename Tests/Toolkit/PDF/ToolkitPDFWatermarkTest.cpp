@@ -648,12 +648,14 @@ TEST_F(ToolkitPDFWatermarkTest, ContentsThatLeadIntoThemselvesAreNone)
 
 TEST_F(ToolkitPDFWatermarkTest, AnObjectNumberBeyondAllNumbersIsDamage)
 {
-    // The library comes upon it while it looks for the objects that the table does not tell.
+    // The library comes upon it while it looks for the objects that the table does not tell. From
+    // 12 on it passes it over, and finds all that the document has.
     std::string document = onePage();
     document.replace(document.find("xref"), 4, "99999999999999999999 99999999999999999999 obj");
-    EXPECT_EQ("The PDF document is damaged: not all of its objects can be read; open it and print "
-              "it to a new PDF.",
-              problem(document));
+    EXPECT_THAT(problem(document),
+                testing::AnyOf("The PDF document is damaged: not all of its objects can be read; "
+                               "open it and print it to a new PDF.",
+                               "none"));
 }
 
 TEST_F(ToolkitPDFWatermarkTest, ATruncatedDocumentIsRefusedOrKeepsAllItsPages)
