@@ -190,6 +190,13 @@ bool isYesOrNo(const PPD::ShownOption &option)
     return option.isFlag && option.choices.size() == 2 && has("True") && has("False");
 }
 
+/// libcups puts options without a group into one that no PPD has words for.
+Words wordsOfGroup(const PPD::ShownOption &option)
+{
+    const bool isOfLibcups = option.group == kGeneral && option.groupWords == kGeneral;
+    return isOfLibcups ? Words{kGeneral} : asTheyAre(option.groupWords);
+}
+
 QueueField fieldOf(const PPD &ppd, const PPD::ShownOption &option)
 {
     const std::string key = keyOf(ppd, option.keyword);
@@ -198,7 +205,7 @@ QueueField fieldOf(const PPD &ppd, const PPD::ShownOption &option)
         setting != nullptr ? setting->isSecret : option.typing && option.typing->isHidden;
     QueueField made = {.field = {.id = option.keyword,
                                  .label = asTheyAre(option.words),
-                                 .group = asTheyAre(option.groupWords),
+                                 .group = wordsOfGroup(option),
                                  .kind = isYesOrNo(option) ? Kind::Flag : Kind::Choice,
                                  .isSecret = isSecret},
                        .page = setting != nullptr ? setting->page : Page::Printer,

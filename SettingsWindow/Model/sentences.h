@@ -18,6 +18,7 @@ inline constexpr std::string_view kNoSuchChoice = "There is no such choice";
 inline constexpr std::string_view kYes = "Yes";
 inline constexpr std::string_view kNo = "No";
 inline constexpr std::string_view kAnother = "Another value";
+inline constexpr std::string_view kGeneral = "General"; ///< heading of options without a group
 
 // What is wrong with something typed.
 inline constexpr std::string_view kDigitsBetween = "Must be %1 to %2 digits, and nothing else";
@@ -92,6 +93,7 @@ inline constexpr std::string_view kSentences[] = {kOnlyWith,
                                                   kYes,
                                                   kNo,
                                                   kAnother,
+                                                  kGeneral,
                                                   kDigitsBetween,
                                                   kDigits,
                                                   kDigitsAlone,

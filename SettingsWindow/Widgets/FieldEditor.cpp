@@ -1,7 +1,9 @@
 #include "FieldEditor.h"
 #include "keys.h"
+#include "labels.h"
 #include "words.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QBoxLayout>
 #include <QCheckBox>
@@ -216,10 +218,17 @@ private:
 };
 
 /// A list that a mouse wheel changes only once somebody is in it: on a page that scrolls, the wheel
-/// is on its way past it.
+/// is on its way past it. When it is opened, each choice is seen as a whole.
 class ChoiceList : public QComboBox {
 public:
     using QComboBox::QComboBox;
+
+    void showPopup() override
+    {
+        view()->setMinimumWidth(view()->sizeHintForColumn(0) +
+                                style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+        QComboBox::showPopup();
+    }
 
 protected:
     void wheelEvent(QWheelEvent *event) override
@@ -313,11 +322,9 @@ FieldEditor::FieldEditor(const Field &field, QWidget *parent)
       _fieldId(fromModel(field.id)),
       _madeFor(field),
       _label(new QLabel(this)),
-      _problem(new QLabel(this))
+      _problem(plainLabel({}, this))
 {
     _label->setTextFormat(Qt::PlainText);
-    _problem->setTextFormat(Qt::PlainText);
-    _problem->setWordWrap(true);
     _problem->hide();
     setObjectName(_fieldId);
 }

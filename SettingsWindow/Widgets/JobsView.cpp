@@ -1,5 +1,6 @@
 #include "JobsView.h"
 #include "inBackground.h"
+#include "labels.h"
 #include "words.h"
 
 #include <QBoxLayout>
@@ -30,10 +31,7 @@ JobsView::JobsView(QWidget *parent) : QWidget(parent)
 void JobsView::follow(const PrintJob &job, const QString &title)
 {
     auto *widget = new QWidget(this);
-    auto *words = new QLabel(widget);
-    words->setTextFormat(Qt::PlainText);
-    words->setWordWrap(true);
-    words->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    QLabel *words = copiedLabel({}, widget);
     auto *button = new QPushButton(tr("Cancel Job"), widget);
     auto *row = new QHBoxLayout(widget);
     row->setContentsMargins({});

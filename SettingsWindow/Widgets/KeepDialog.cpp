@@ -1,6 +1,7 @@
 #include "KeepDialog.h"
 #include "KeptSettings.h"
 #include "keys.h"
+#include "labels.h"
 #include "words.h"
 
 #include <QBoxLayout>
@@ -12,18 +13,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 
-namespace {
-
-QLabel *sentence(const QString &words, QWidget *parent)
-{
-    auto *label = new QLabel(words, parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
-} // namespace
-
 KeepDialog::KeepDialog(const QString &printer, const QString &countsFor, const QStringList &sets,
                        const QString &current, bool hasSecrets, const QString &whoCanRead,
                        QWidget *parent)
@@ -32,7 +21,7 @@ KeepDialog::KeepDialog(const QString &printer, const QString &countsFor, const Q
           new QRadioButton(tr("As my &defaults for %1").arg(withoutMnemonic(printer)), this)),
       _asSet(new QRadioButton(tr("As a set with a &name, which print dialogs list:"), this)),
       _name(new QComboBox(this)),
-      _objection(sentence({}, this)),
+      _objection(plainLabel({}, this)),
       _secrets(new QCheckBox(tr("Keep &PIN and passwords, too"), this))
 {
     setWindowTitle(tr("Keep Settings"));
@@ -44,9 +33,9 @@ KeepDialog::KeepDialog(const QString &printer, const QString &countsFor, const Q
     (current.isEmpty() ? _asDefaults : _asSet)->setChecked(true);
     _secrets->setVisible(hasSecrets);
     _secrets->setAccessibleDescription(whoCanRead);
-    QLabel *where = sentence(whoCanRead, this);
+    QLabel *where = plainLabel(whoCanRead, this);
     where->setVisible(hasSecrets);
-    QLabel *others = sentence(countsFor, this);
+    QLabel *others = plainLabel(countsFor, this);
     others->setVisible(!countsFor.isEmpty());
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);

@@ -8,7 +8,7 @@
 #include "commandLine.h"
 #include "inBackground.h"
 #include "keys.h"
-#include "tell.h"
+#include "labels.h"
 #include "words.h"
 
 #include <QBoxLayout>
@@ -58,16 +58,13 @@ MainWindow::MainWindow(Setup setup)
       _keeping(new Keeping(_setup.kept, this)),
       _printerRow(new PrinterRow(this)),
       _stack(new QStackedWidget(this)),
-      _message(new QLabel(this)),
+      _message(copiedLabel({}, this)),
       _jobs(new JobsView(this))
 {
     setWindowTitle(tr("Print Settings"));
     setAcceptDrops(true);
     _stack->addWidget(makeWords());
     _stack->addWidget(makeSettings());
-    _message->setTextFormat(Qt::PlainText);
-    _message->setWordWrap(true);
-    _message->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     _message->hide();
 
     auto *content = new QWidget(this);
@@ -96,12 +93,9 @@ MainWindow::~MainWindow() = default;
 
 QWidget *MainWindow::makeWords()
 {
-    _words = new QLabel(tr("Looking for printers …"), this);
-    _words->setTextFormat(Qt::PlainText);
-    _words->setWordWrap(true);
+    _words = copiedLabel(tr("Looking for printers …"), this);
     _words->setAlignment(Qt::AlignCenter);
     _words->setMargin(3 * fontMetrics().averageCharWidth());
-    _words->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     return _words;
 }
 

@@ -1,6 +1,7 @@
 #include "PreviewPane.h"
 #include "SheetView.h"
 #include "keys.h"
+#include "labels.h"
 
 #include <QBoxLayout>
 #include <QFileInfo>
@@ -25,23 +26,15 @@ QToolButton *arrow(QWidget *parent, Qt::ArrowType type, const QString &name)
     return button;
 }
 
-QLabel *wrappedLabel(QWidget *parent)
-{
-    auto *label = new QLabel(parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
 } // namespace
 
 PreviewPane::PreviewPane(PreviewPrograms programs, QWidget *parent)
     : QWidget(parent),
       _maker(std::move(programs), {}, this),
       _view(new SheetView(this)),
-      _document(wrappedLabel(this)),
-      _caption(wrappedLabel(this)),
-      _notes(wrappedLabel(this))
+      _document(plainLabel({}, this)),
+      _caption(plainLabel({}, this)),
+      _notes(copiedLabel({}, this))
 {
     auto *open = new QPushButton(tr("&Open Document…"), this);
     addKeys(open, QKeySequence::Open);
@@ -51,7 +44,6 @@ PreviewPane::PreviewPane(PreviewPrograms programs, QWidget *parent)
     top->addWidget(open);
 
     _caption->setAlignment(Qt::AlignCenter);
-    _notes->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     buildSheetRow();
     buildProgressRow();
 
@@ -102,7 +94,7 @@ void PreviewPane::buildSheetRow()
 void PreviewPane::buildProgressRow()
 {
     _progressRow = new QWidget(this);
-    _progressWords = wrappedLabel(_progressRow);
+    _progressWords = plainLabel({}, _progressRow);
     _progress = new QProgressBar(_progressRow);
     auto *stop = new QPushButton(tr("&Stop"), _progressRow);
     auto *layout = new QHBoxLayout(_progressRow);

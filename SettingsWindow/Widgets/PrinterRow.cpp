@@ -1,5 +1,5 @@
 #include "PrinterRow.h"
-#include "tell.h"
+#include "labels.h"
 #include "words.h"
 
 #include <QAction>
@@ -90,8 +90,8 @@ QLabel *labelFor(const QString &words, QWidget *control, QWidget *parent)
 PrinterRow::PrinterRow(QWidget *parent)
     : QWidget(parent),
       _printers(new QComboBox(this)),
-      _state(new QLabel(this)),
-      _problems(new QLabel(this)),
+      _state(plainLabel({}, this)),
+      _problems(copiedLabel({}, this)),
       _sets(new QComboBox(this))
 {
     _printers->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -100,11 +100,6 @@ PrinterRow::PrinterRow(QWidget *parent)
     _sets->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     _sets->setMinimumContentsLength(20);
     _sets->setAccessibleName(tr("Settings to begin with"));
-    for (QLabel *label : {_state, _problems}) {
-        label->setTextFormat(Qt::PlainText);
-        label->setWordWrap(true);
-    }
-    _problems->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     _problems->hide();
 
     auto *menu = new QMenu(this);

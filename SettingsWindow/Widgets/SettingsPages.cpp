@@ -133,10 +133,9 @@ QWidget *SettingsPages::makePage(const PageOfFields &page)
     _editors.append(QList<FieldEditor *>());
 
     // Headings where the printer's own groups change.
-    Model::Words group = page.fields.front().group;
+    Model::Words group;
     for (const Field &field : page.fields) {
-        if (page.page == Model::Page::Printer &&
-            (_editors.last().isEmpty() || field.group != group))
+        if (page.page == Model::Page::Printer && field.group != group)
             form->addRow(heading(inWords(field.group), content));
         group = field.group;
         addField(*form, field);

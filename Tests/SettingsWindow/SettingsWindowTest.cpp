@@ -1,3 +1,4 @@
+#include "Environment.h"
 #include "FieldEditor.h"
 #include "MainWindow.h"
 #include "PJLChecker.h"
@@ -550,7 +551,6 @@ TEST_F(SettingsWindowTest, PrintersOfTwoServersAreOneListAndStayApart)
                 HasSubstr("lp -h " + other->address().name() + " -d office "));
 
     const std::string gone = other->address().name();
-    button(*window, "Dismiss")->click();
     other.reset();
     QTest::keyClick(window.get(), Qt::Key_F5);
     EXPECT_TRUE(comesTrue(
@@ -558,7 +558,34 @@ TEST_F(SettingsWindowTest, PrintersOfTwoServersAreOneListAndStayApart)
     EXPECT_EQ(typed(*window, "KLDepartmentCode"), "4711");
     choosePrinter(*window, 0);
     EXPECT_EQ(typed(*window, "KLDepartmentCode"), "0815");
-    EXPECT_THAT(printFrom(*window), HasSubstr("ACCESSCODE=0815\r\n"));
+    button(*window, "Print Now")->click();
+    const QString printed = "on office (" + name + ")): The printer has it";
+    EXPECT_TRUE(comesTrue([&] { return says(*window, printed); }));
+    printer().finishJobs();
+    EXPECT_THAT(printer().jobs(), ElementsAre(HasSubstr("ACCESSCODE=0815\r\n")));
+
+    // Jobs are told apart by their servers, too, whatever their numbers.
+    button(*window, "Dismiss")->click(); // the first one
+    EXPECT_TRUE(comesTrue([&] { return !says(*window, "on office): "); }));
+    EXPECT_TRUE(says(*window, printed));
+}
+
+/// lp(1) adds what the administrator has set for everybody.
+TEST_F(SettingsWindowTest, EverybodysDefaultsAreBegunWithAndTheCommandSaysWhatIsOtherwise)
+{
+    addQueue("office");
+    const Support::ScopedEnvironment settings("CUPS_SERVERROOT", folder.path());
+    folder.write("lpoptions", "Dest office Staple=UpperLeft Duplex=DuplexNoTumble\n");
+    const auto window = openWindow(setup());
+    const auto *staple = window->findChild<FieldEditor *>("Staple")->findChild<QComboBox *>();
+    EXPECT_EQ(staple->currentData(), "UpperLeft");
+    choose(*window, "Staple", "None");
+    button(*window, "Copy as Command")->click();
+    EXPECT_THAT(QGuiApplication::clipboard()->text().toStdString(), HasSubstr(" -o Staple=None "));
+    pressAndAnswer<QDialog>(*window, "Keep…",
+                            [&](QDialog &dialog) { button(dialog, "Keep")->click(); });
+    EXPECT_TRUE(comesTrue([&] { return fs::exists(keptFile()); }));
+    EXPECT_THAT(Support::readFile(keptFile()), HasSubstr("Staple=None"));
 }
 
 TEST_F(SettingsWindowTest, AServerThatSaysNothingIsSaidAndDoesNotHoldUpTheOther)

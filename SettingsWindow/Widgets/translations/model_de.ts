@@ -236,6 +236,10 @@
         <translation>Vorderes Deckblatt</translation>
     </message>
     <message>
+        <source>General</source>
+        <translation>Allgemein</translation>
+    </message>
+    <message>
         <source>Held</source>
         <translation>Zurückgehalten</translation>
     </message>

@@ -236,6 +236,10 @@
         <translation>Portada</translation>
     </message>
     <message>
+        <source>General</source>
+        <translation>General</translation>
+    </message>
+    <message>
         <source>Held</source>
         <translation>Retenido</translation>
     </message>

@@ -236,6 +236,10 @@
         <translation>Première de couverture</translation>
     </message>
     <message>
+        <source>General</source>
+        <translation>Général</translation>
+    </message>
+    <message>
         <source>Held</source>
         <translation>Retenu</translation>
     </message>

@@ -236,6 +236,10 @@
         <translation>表表紙</translation>
     </message>
     <message>
+        <source>General</source>
+        <translation>全般</translation>
+    </message>
+    <message>
         <source>Held</source>
         <translation>保留中</translation>
     </message>

@@ -236,6 +236,10 @@
         <translation>封面</translation>
     </message>
     <message>
+        <source>General</source>
+        <translation>常规</translation>
+    </message>
+    <message>
         <source>Held</source>
         <translation>已保留</translation>
     </message>

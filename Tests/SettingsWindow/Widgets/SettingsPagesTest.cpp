@@ -2,6 +2,7 @@
 #include "FieldEditor.h"
 #include "OffscreenApplication.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -206,6 +207,34 @@ TEST_F(SettingsPagesTest, ThePrintersWordsAreInTheReadersLanguage)
     settings = sampleSettings("de_DE");
     pages.show(settings);
     EXPECT_EQ(control<QComboBox>("KLWatermarkText")->accessibleName(), "Wasserzeichen");
+}
+
+TEST_F(SettingsPagesTest, HeadingsHaveWordsAndTheOneOfLibcupsIsTranslatable)
+{
+    for (const QLabel *label : pages.findChildren<QLabel *>())
+        EXPECT_FALSE(label->font().bold() && label->text().isEmpty()) << "a heading of nothing";
+    for (const Model::Field &field : settings.fields(Model::Page::Printer))
+        if (field.id == "PageSize") {
+            EXPECT_EQ(Model::Words{"General"}, field.group);
+        }
+}
+
+TEST_F(SettingsPagesTest, AListThatIsOpenedIsAsWideAsItsLongestChoice)
+{
+    auto *list = control<QComboBox>("KLWatermarkText");
+    list->setItemText(0, QString(70, u'x'));
+    ASSERT_LT(list->width(), list->fontMetrics().horizontalAdvance(list->itemText(0)));
+    list->showPopup();
+    EXPECT_GT(list->view()->width(), list->fontMetrics().horizontalAdvance(list->itemText(0)));
+    list->hidePopup();
+}
+
+TEST_F(SettingsPagesTest, AnAmpersandOfTheDriverIsNoUnderlinedLetter)
+{
+    Model::Field field = settings.fields(Model::Page::Identity).front();
+    field.label = Model::asTheyAre("Store & Print");
+    const std::unique_ptr<FieldEditor> made(FieldEditor::make(field, nullptr));
+    EXPECT_EQ(made->label()->text(), "Store && Print");
 }
 
 } // namespace

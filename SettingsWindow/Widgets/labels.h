@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+class QLabel;
+class QWidget;
+
+/// A label for plain text, in as many lines as it takes, which begins where lines begin in the
+/// window's language, whatever language the text is in.
+QLabel *plainLabel(const QString &words, QWidget *parent);
+
+/// The same for text that somebody may want to copy, with the mouse or with the keyboard alone.
+QLabel *copiedLabel(const QString &words, QWidget *parent);
+
+/// Has a label say something, hides one that has nothing to say. Screen readers say it, too, but
+/// not again and again.
+void tell(QLabel &label, const QString &words);
