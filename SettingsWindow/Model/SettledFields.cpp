@@ -104,6 +104,13 @@ std::string SettledFields::valueOfKey(std::string_view key) const
 // Setting
 //
 
+/// Options of the field's own name that it has no use for, as a choice that the PPD no longer has,
+/// would count instead of what it is set to.
+void SettledFields::forgetNamesakes(std::size_t field)
+{
+    std::erase_if(_foreign, [&](const auto &option) { return ofOption(option.first) == field; });
+}
+
 /// Options of others that say the same of a field in other words ("sides") do so no longer.
 void SettledFields::forgetAliases(const QueueField &field)
 {
@@ -122,6 +129,7 @@ void SettledFields::forgetAliases(const QueueField &field)
 
 void SettledFields::set(std::size_t field, std::string value)
 {
+    forgetNamesakes(field);
     forgetAliases(_fields[field]);
     State &state = _states[field];
     state.age = ++_ages;
@@ -137,6 +145,8 @@ void SettledFields::setAll(const std::vector<std::pair<std::size_t, std::string>
 {
     _states.assign(_fields.size(), {});
     _foreign = std::move(foreign);
+    for (const auto &[field, value] : values)
+        forgetNamesakes(field);
     findStandards();
     for (const auto &[field, value] : values) {
         if (value == _states[field].standard)

@@ -72,6 +72,7 @@ private:
     JobOptions keysOfJob() const;
     std::vector<std::size_t> setFields() const;
     bool canCount(std::size_t field) const;
+    void forgetNamesakes(std::size_t field);
     void forgetAliases(const QueueField &field);
 
     std::optional<Words> whyForced(const QueueField &field) const;

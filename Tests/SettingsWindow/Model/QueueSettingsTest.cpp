@@ -507,6 +507,15 @@ TEST_F(QueueSettingsTest, OptionsOfOthersAreKeptApart)
     EXPECT_THAT(settings.options(), IsEmpty());
 }
 
+TEST_F(QueueSettingsTest, ChoiceThatTheDriverNoLongerHasYieldsToOneThatItHas)
+{
+    QueueSettings settings = sample();
+    settings.load({{"staple", "InTheMiddle"}});
+    EXPECT_EQ("None", settings.value("Staple"));
+    settings.set("Staple", "Left");
+    EXPECT_THAT(settings.options(), ElementsAre(std::pair("Staple", "Left")));
+}
+
 TEST_F(QueueSettingsTest, OptionsInOtherWordsShowInTheFieldsAndYieldToThem)
 {
     QueueSettings settings = minimal(kMarkers);
