@@ -135,6 +135,11 @@ void PreviewMaker::Implementation::begin()
     _process = new PreviewProcess(_programs, _limits, _maker);
     connect(_process, &PreviewProcess::answered, _maker,
             [this](const PreviewAnswer &message) { answer(message); });
+    connect(_process, &PreviewProcess::working, _maker, [this](int command, int percent) {
+        emit _maker->progress(
+            percent,
+            QCoreApplication::translate("Preview", "Preparing the pages, step %L1").arg(command));
+    });
     connect(_process, &PreviewProcess::failed, _maker,
             [this](Failure failure, const QString &detail) { takeEnd(failure, detail); });
     _isPreparing = true;

@@ -19,6 +19,8 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds kTimeToEnd(1500);
+constexpr milliseconds kLook(250);
+constexpr char kFilesOfCommands[] = "toolkit-*"; // as KLToolkitProcessor calls them
 constexpr char kFolderPrefix[] = "jobfilter-preview-";
 constexpr qint64 kRoomBeside = qint64{64} << 20;
 
@@ -75,6 +77,7 @@ PreviewProcess::PreviewProcess(PreviewPrograms programs, const PreviewLimits &li
     _clock.setSingleShot(true);
     _process.setStandardErrorFile(QProcess::nullDevice());
     connect(&_clock, &QTimer::timeout, this, [this] { fail(Failure::TooLong); });
+    connect(&_look, &QTimer::timeout, this, &PreviewProcess::lookAtFiles);
     connect(&_process, &QProcess::readyReadStandardOutput, this, &PreviewProcess::readAnswers);
     connect(&_process, &QProcess::finished, this, &PreviewProcess::handleEnd);
     connect(&_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
@@ -115,6 +118,8 @@ void PreviewProcess::prepare(const PreviewJob &job)
     _process.start(_programs.worker, {});
     const QString document =
         job.documentPath.isEmpty() ? QString() : QFileInfo(job.documentPath).absoluteFilePath();
+    _documentBytes = QFileInfo(document).size();
+    _look.start(kLook);
     request(PreviewRequests::Prepare{job.optionString, document, _programs.toolkitBundle,
                                      job.userName, job.title, _limits.memory, _limits.writing,
                                      _limits.pages, secondsOf(_limits.preparing),
@@ -139,12 +144,28 @@ void PreviewProcess::readAnswers()
     while (const auto answer = _reader.next()) {
         const bool moreFollow =
             std::holds_alternative<Refusal>(*answer) || std::holds_alternative<Note>(*answer);
-        if (!moreFollow)
+        if (!moreFollow) {
             _clock.stop();
+            _look.stop();
+        }
         emit answered(*answer);
     }
     if (_reader.isNonsense())
         fail(Failure::Ended, qt_error_string(EPROTO));
+}
+
+/// The toolkit does not say how far it has come, but what it writes is about as much as it reads.
+void PreviewProcess::lookAtFiles()
+{
+    const auto files =
+        QDir(_folder->path()).entryInfoList({kFilesOfCommands}, QDir::Files, QDir::Time);
+    if (files.isEmpty() || _documentBytes == 0)
+        return;
+    for (const QFileInfo &file : files)
+        _written.insert(file.fileName());
+    const qint64 percent = 100 * files.front().size() / _documentBytes;
+    emit working(static_cast<int>(_written.size()),
+                 static_cast<int>(std::min<qint64>(percent, 99)));
 }
 
 void PreviewProcess::handleEnd(int exitCode, QProcess::ExitStatus status)
@@ -161,6 +182,7 @@ void PreviewProcess::handleEnd(int exitCode, QProcess::ExitStatus status)
 void PreviewProcess::fail(Failure failure, const QString &detail)
 {
     _clock.stop();
+    _look.stop();
     _process.disconnect(this);
     emit failed(failure, detail);
 }
@@ -169,6 +191,7 @@ void PreviewProcess::retire()
 {
     disconnect(); // nobody hears of it
     _clock.stop();
+    _look.stop();
     _process.disconnect(this);
     if (_process.state() == QProcess::NotRunning) {
         deleteLater();

@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QProcess>
+#include <QSet>
 #include <QTimer>
 
 #include <memory>
@@ -31,12 +32,17 @@ public:
 
 signals:
     void answered(const PreviewAnswer &answer);
+    /// The toolkit is at work on a large document.
+    /// @param command  how many commands of it have begun, as far as that was seen
+    /// @param percent  of the document that the last one has written, about
+    void working(int command, int percent);
     /// It is of no more use, and why.
     void failed(Failure failure, const QString &detail);
 
 private:
     void request(const PreviewRequest &request, std::chrono::milliseconds limit);
     void readAnswers();
+    void lookAtFiles();
     void handleEnd(int exitCode, QProcess::ExitStatus status);
     void fail(Failure failure, const QString &detail = {});
     void endProcess();
@@ -46,6 +52,9 @@ private:
     std::unique_ptr<QTemporaryDir> _folder;
     QProcess _process;
     QTimer _clock;
+    QTimer _look;              ///< at what the toolkit has written
+    qint64 _documentBytes = 0; ///< 0 for the sample
+    QSet<QString> _written;    ///< the names of the files that commands have begun
     MessageReader<PreviewAnswer> _reader;
 };
 

@@ -283,6 +283,10 @@
         <source>This queue names no toolkit: it prints without watermark, booklet and covers.</source>
         <translation>Diese Warteschlange nennt kein Toolkit: Sie druckt ohne Wasserzeichen, Broschüre und Deckblätter.</translation>
     </message>
+    <message>
+        <source>Preparing the pages, step %L1</source>
+        <translation>Die Seiten werden vorbereitet, Schritt %L1</translation>
+    </message>
 </context>
 <context>
     <name>PreviewPane</name>

@@ -283,6 +283,10 @@
         <source>This queue names no toolkit: it prints without watermark, booklet and covers.</source>
         <translation>Esta cola no nombra ningún toolkit: imprime sin marca de agua, folleto ni portadas.</translation>
     </message>
+    <message>
+        <source>Preparing the pages, step %L1</source>
+        <translation>Preparando las páginas, paso %L1</translation>
+    </message>
 </context>
 <context>
     <name>PreviewPane</name>

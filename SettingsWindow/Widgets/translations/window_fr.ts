@@ -283,6 +283,10 @@
         <source>This queue names no toolkit: it prints without watermark, booklet and covers.</source>
         <translation>Cette file ne nomme aucun toolkit : elle imprime sans filigrane, livret ni couvertures.</translation>
     </message>
+    <message>
+        <source>Preparing the pages, step %L1</source>
+        <translation>Préparation des pages, étape %L1</translation>
+    </message>
 </context>
 <context>
     <name>PreviewPane</name>

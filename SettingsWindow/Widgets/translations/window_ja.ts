@@ -283,6 +283,10 @@
         <source>This queue names no toolkit: it prints without watermark, booklet and covers.</source>
         <translation>このキューにはツールキットの指定がないため、透かし、小冊子、表紙なしで印刷されます。</translation>
     </message>
+    <message>
+        <source>Preparing the pages, step %L1</source>
+        <translation>ページを準備しています（手順 %L1）</translation>
+    </message>
 </context>
 <context>
     <name>PreviewPane</name>

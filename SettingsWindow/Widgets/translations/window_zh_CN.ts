@@ -283,6 +283,10 @@
         <source>This queue names no toolkit: it prints without watermark, booklet and covers.</source>
         <translation>此队列没有指定工具包：打印时没有水印、小册子和封面。</translation>
     </message>
+    <message>
+        <source>Preparing the pages, step %L1</source>
+        <translation>正在准备页面，第 %L1 步</translation>
+    </message>
 </context>
 <context>
     <name>PreviewPane</name>

@@ -31,8 +31,10 @@ namespace fs = std::filesystem;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::EndsWith;
+using testing::Ge;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Le;
 using testing::StartsWith;
 
 constexpr QSize kA4(595, 842); // a pixel is a point then
@@ -53,6 +55,7 @@ struct Said {
     std::vector<std::string> notes;
     std::vector<std::string> failures;
     std::vector<std::string> work;
+    std::vector<int> percents; ///< with each
     int stops = 0;
 };
 
@@ -147,14 +150,16 @@ protected:
     /// Those that work for the preview.
     std::vector<pid_t> processes() const { return Support::processesStartedWith(_runtime); }
 
-    /// A toolkit that is never done.
-    void useSleepingToolkit()
+    /// A toolkit that is a script.
+    void useToolkit(const std::string &bundle, const std::string &script)
     {
-        const std::string programs = folder.file("Sleeping.bundle/Contents/Linux");
-        fs::create_directories(programs);
-        folder.writeScript("Sleeping.bundle/Contents/Linux/toolkit", "exec sleep 100\n");
-        _programs.toolkitBundle = QString::fromStdString(folder.file("Sleeping.bundle"));
+        fs::create_directories(folder.file(bundle + "/Contents/Linux"));
+        folder.writeScript(bundle + "/Contents/Linux/toolkit", script);
+        _programs.toolkitBundle = QString::fromStdString(folder.file(bundle));
     }
+
+    /// A toolkit that is never done.
+    void useSleepingToolkit() { useToolkit("Sleeping.bundle", "exec sleep 100\n"); }
 
     /// Pages of a text processor, with fonts of its own, on A4 in whole points: at a pixel for a
     /// point they fill a box of whole pixels.
@@ -207,7 +212,10 @@ void PreviewMakerTest::listen()
     QObject::connect(maker, &PreviewMaker::failed, maker, into(said.failures));
     QObject::connect(maker, &PreviewMaker::stopped, maker, [this] { ++said.stops; });
     QObject::connect(maker, &PreviewMaker::progress, maker,
-                     [this](int, const QString &what) { said.work.push_back(what.toStdString()); });
+                     [this](int percent, const QString &what) {
+                         said.percents.push_back(percent);
+                         said.work.push_back(what.toStdString());
+                     });
     QObject::connect(maker, &PreviewMaker::sheetsKnown, maker,
                      [this](const QList<Sheet> &sheets) { said.sheets = sheets; });
     QObject::connect(maker, &PreviewMaker::sheetReady, maker,
@@ -553,9 +561,7 @@ TEST_F(PreviewMakerTest, TheToolkitRefusesInItsOwnWordsAndTheRestIsShown)
 
 TEST_F(PreviewMakerTest, TheWordsOfAToolkitThatEndsAtOnceAreHeard)
 {
-    fs::create_directories(folder.file("Quick.bundle/Contents/Linux"));
-    folder.writeScript("Quick.bundle/Contents/Linux/toolkit", "echo No. >&2; exit 1\n");
-    _programs.toolkitBundle = QString::fromStdString(folder.file("Quick.bundle"));
+    useToolkit("Quick.bundle", "echo No. >&2; exit 1\n");
     sheetsOf(job("com.kalmira.pde.watermark.text=DRAFT BookletPaperSize=A4"));
     EXPECT_THAT(said.refusals,
                 ElementsAre("Unable to apply watermark: No.", "Unable to apply booklet mode: No."));
@@ -777,6 +783,19 @@ TEST_F(PreviewMakerTest, NothingIsStoppedWhereNothingIsUnderWay)
     pictureOf(job("", documentOf(1)), 0, Side::Front);
     maker().stop();
     EXPECT_EQ(0, said.stops);
+}
+
+TEST_F(PreviewMakerTest, HowFarACommandHasComeIsToldInPercent)
+{
+    useToolkit("Half.bundle", "for last; do input=$output; output=$last; done\n"
+                              "head -c $(($(wc -c <\"$input\") / 2)) \"$input\" >\"$output\"\n"
+                              "exec sleep 100\n");
+    maker().setJob(job("com.kalmira.pde.watermark.text=DRAFT", documentOf(9)));
+    ASSERT_TRUE(waitFor([this] { return said.work.size() >= 2; }));
+    EXPECT_EQ(-1, said.percents.front()) << "nobody knows yet";
+    EXPECT_EQ("Preparing the pages, step 1", said.work.back());
+    ASSERT_TRUE(waitFor([this] { return said.percents.back() > 0; }));
+    EXPECT_THAT(said.percents.back(), AllOf(Ge(48), Le(50)));
 }
 
 TEST_F(PreviewMakerTest, WorkIsToldFromItsBeginningToItsEnd)
