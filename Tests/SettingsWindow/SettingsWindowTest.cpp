@@ -448,6 +448,20 @@ TEST_F(SettingsWindowTest, SettingsWithAProblemAreNotPrinted)
     EXPECT_EQ(scheduler().latestJob("office"), 0);
 }
 
+TEST_F(SettingsWindowTest, OnePressOfPrintNowIsOneJobWhateverIsDoneMeanwhile)
+{
+    addQueue("office");
+    const auto window = openWindow(setup());
+    const auto *print = button(*window, "Print Now");
+    button(*window, "Print Now")->click();
+    EXPECT_FALSE(print->isEnabled());
+    auto *sets = window->findChild<PrinterRow *>()->findChildren<QComboBox *>().back();
+    emit sets->activated(0); // the printer's own settings
+    EXPECT_FALSE(print->isEnabled()) << "the job is still on its way";
+    EXPECT_TRUE(comesTrue([&] { return print->isEnabled(); }));
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "The printer has it"); }));
+}
+
 TEST_F(SettingsWindowTest, WithoutAPrinterItSaysWhatToDo)
 {
     MainWindow window(setup());
@@ -536,6 +550,7 @@ TEST_F(SettingsWindowTest, PrintersOfTwoServersAreOneListAndStayApart)
     ASSERT_TRUE(hasSettings(*window));
     type(*window, "KLDepartmentCode", "0815");
     choosePrinter(*window, 1);
+    EXPECT_TRUE(says(*window, "Reading the driver of office"));
     ASSERT_TRUE(hasSettings(*window));
     EXPECT_EQ(typed(*window, "KLDepartmentCode"), "");
     type(*window, "KLDepartmentCode", "4711");
