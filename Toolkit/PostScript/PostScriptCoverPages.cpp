@@ -138,8 +138,7 @@ void CoverPagesWriter::writeProlog()
 {
     const std::uint64_t procedures = _document.beginOfProcedures();
     _writer.copy({_document.header().end, procedures});
-    _writer.procedures("KLToolkitCoverPages", "",
-                       std::string(kKeptStateProcSet).append(kCoverPagesProcSet));
+    _writer.procedures("KLToolkitCoverPages", "", kCoverPagesProcSet);
     _writer.proceduresForCutOffPage();
     _writer.copy({procedures, _document.pages().front().begin});
     if (_plan.back && _plan.back->pages.isEmpty())

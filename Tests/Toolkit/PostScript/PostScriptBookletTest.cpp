@@ -856,6 +856,115 @@ TEST(PostScriptBookletTest, DocumentWithoutSetupGetsOne)
     EXPECT_EQ(kBlue, colourAt(sheets.pages[1], kRight, kMiddle));
 }
 
+// --- What the setup has made of the graphics state
+// ------------------------------------------------
+
+namespace {
+
+/// What a setup may leave behind, and then a page, which draws a line and a box.
+const std::vector<std::string> kStates = {
+    "0.5 0.8 scale 9 setlinewidth 1 setlinecap [20 15] 1 setdash 1 0 0 setrgbcolor\n",
+    "30 rotate 50 0 translate 9 setlinewidth 2 setlinejoin newpath 0 0 moveto\n"
+    "90 0 lineto 20 90 lineto clip newpath\n",
+    "0.5 0.5 scale [/Indexed /DeviceRGB 1 <00ff000000ff>] setcolorspace 1 setcolor\n"
+    "100 100 moveto 300 300 lineto\n",
+    "0.4 setgray { dup 0.5 lt { pop 0 } if } settransfer\n",
+};
+constexpr char kMarks[] = "20 20 moveto 90 20 lineto 20 190 lineto stroke\n"
+                          "30 50 60 50 rectfill showpage\n";
+
+/// How a page frames its marks, so that the state of the setup is there again behind it.
+struct Frame {
+    const char *setup;
+    const char *before;
+    const char *behind;
+};
+const std::vector<Frame> kFrames = {
+    {"", "save\n", "restore\n"},
+    {"", "gsave\n", "grestore\n"},
+    {"", "save gsave\n", "grestoreall restore\n"},
+    {"/level save def\n", "level restore /level save def\n", ""},
+    {"/level save def\n", "", "level restore /level save def\n"},
+    {"/level save def\n",
+     "level restore /level save def << /MediaType (x) >> setpagedevice\n"
+     "level restore /level save def\n",
+     ""},
+};
+
+void expectSameBooklets(const std::string &expected, const std::vector<std::string> &documents,
+                        const Booklet &request)
+{
+    std::vector<std::string> booklets = {processed(expected, request)};
+    for (const std::string &document : documents)
+        booklets.push_back(processed(document, request));
+    const auto results = Support::renderEach(booklets, {.resolution = 36});
+    ASSERT_EQ(2U, results[0].pages.size());
+    for (std::size_t index = 1; index < results.size(); ++index) {
+        EXPECT_EQ("", results[index].log) << index;
+        EXPECT_TRUE(results[0].pages == results[index].pages) << index;
+    }
+}
+
+/// Of documents with four pages that begin with the state of the setup.
+void expectStateOnEveryPage(const std::string &state, const PostScriptSample &plain,
+                            const Booklet &request)
+{
+    PostScriptSample expected = plain;
+    expected.pages.assign(4, state + kMarks);
+    std::vector<std::string> documents;
+    for (const Frame &frame : kFrames) {
+        PostScriptSample sample = plain;
+        sample.setup += state + frame.setup;
+        sample.pages.assign(4, std::string(frame.before) + kMarks + frame.behind);
+        documents.push_back(sample.text());
+    }
+    expectSameBooklets(expected.text(), documents, request);
+}
+
+} // namespace
+
+class PostScriptBookletStateTest : public testing::TestWithParam<std::string> {};
+
+TEST_P(PostScriptBookletStateTest, IsThereOnEveryPageThatBringsItBack)
+{
+    expectStateOnEveryPage(GetParam(), {}, booklet());
+}
+
+TEST_P(PostScriptBookletStateTest, IsThereOnTurnedPages)
+{
+    Booklet request = booklet();
+    request.turnLandscape = true;
+    expectStateOnEveryPage(GetParam(), {.setup = "<< /PageSize [300 200] >> setpagedevice\n"},
+                           request);
+}
+
+TEST_P(PostScriptBookletStateTest, IsThereOnTheFirstPageOnlyWhereNoneBringsItBack)
+{
+    PostScriptSample expected;
+    expected.pages.assign(4, kMarks);
+    PostScriptSample sample = expected;
+    sample.setup += GetParam();
+    expected.pages[0].insert(0, GetParam());
+    expectSameBooklets(expected.text(), {sample.text()}, booklet());
+}
+
+INSTANTIATE_TEST_SUITE_P(States, PostScriptBookletStateTest, testing::ValuesIn(kStates),
+                         [](const auto &example) {
+                             return "State" + std::to_string(example.index);
+                         });
+
+TEST(PostScriptBookletTest, ProcedureAtTheBeginOfAPageIsNotUndoneByWhatPagesLeave)
+{
+    PostScriptSample expected;
+    expected.pages.assign(4,
+                          "0.5 0.5 scale 9 setlinewidth 1 0 0 setrgbcolor\n" + std::string(kMarks));
+    PostScriptSample sample;
+    sample.setup = "<< /PageSize [200 300] /BeginPage { pop 0.5 0.5 scale 9 setlinewidth\n"
+                   "1 0 0 setrgbcolor } >> setpagedevice\n";
+    sample.pages.assign(4, kMarks);
+    expectSameBooklets(expected.text(), {sample.text()}, booklet());
+}
+
 // --- With the other commands ---------------------------------------------------------------------
 
 TEST(PostScriptBookletTest, WatermarkStaysOnEveryPage)
