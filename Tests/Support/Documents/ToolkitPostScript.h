@@ -6,6 +6,8 @@
 #include "Streams.h"
 #include "TemporaryFolder.h"
 
+#include <cstdio>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -33,19 +35,32 @@ struct PostScriptSample {
     }
 };
 
+/// All that a stream holds.
+inline std::string contentsOf(std::FILE *stream)
+{
+    std::fseek(stream, 0, SEEK_END);
+    std::string text(static_cast<std::size_t>(std::ftell(stream)), '\0');
+    std::rewind(stream);
+    text.resize(std::fread(text.data(), 1, text.size(), stream));
+    return text;
+}
+
 /// What a command makes of a document.
 /// @param ppd  text of the queue's PPD; empty for none
 /// @throws ToolkitError as the command does
 inline std::string processed(std::string_view document, const Command &command,
                              const std::string &ppd = {})
 {
-    const Support::TemporaryFolder folder;
-    const Platform::Stream input = Platform::openForReading(folder.write("input.ps", document));
-    Platform::Stream output = Platform::openForWriting(folder.file("output.ps"));
-    const Job job = {input.get(), output.get(), ppd.empty() ? "" : folder.write("queue.ppd", ppd)};
+    std::optional<Support::TemporaryFolder> folder;
+    const std::string ppdPath = ppd.empty() ? "" : folder.emplace().write("queue.ppd", ppd);
+    // In memory: with thousands of documents, files take longer than what is done to them.
+    const Platform::Stream input = Platform::openTemporary();
+    const Platform::Stream output = Platform::openTemporary();
+    std::fwrite(document.data(), 1, document.size(), input.get());
+    std::rewind(input.get());
+    const Job job = {input.get(), output.get(), ppdPath};
     std::visit([&](const auto &request) { applyToPostScript(request, job); }, command);
-    Platform::closeStream(std::move(output));
-    return Support::readFile(folder.file("output.ps"));
+    return contentsOf(output.get());
 }
 
 /// How often the text occurs.
