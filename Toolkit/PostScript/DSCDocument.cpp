@@ -340,6 +340,11 @@ bool DSCDocument::showsPageAheadOfPages() const
     return runsAnyOf({"showpage", "copypage"}, {_file, _headerEnd, _pages.front().begin});
 }
 
+bool DSCDocument::usesGlobalDictionaryAheadOfPages() const
+{
+    return runsAnyOf({"globaldict"}, {_file, _headerEnd, _pages.front().begin});
+}
+
 DSCComment DSCDocument::pageComment(const DSCPage &page) const
 {
     return DSCScanner(_file, page.begin, page.content).next().value_or(DSCComment());

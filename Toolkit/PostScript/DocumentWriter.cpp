@@ -56,6 +56,7 @@ void writeBlock(std::span<const char> block, std::FILE *stream)
 DocumentWriter::DocumentWriter(const DSCDocument &document, std::FILE *output)
     : _document(document),
       _run(document.countOfOurProcSets() + 1),
+      _hearsGlobalMeanings(document.usesGlobalDictionaryAheadOfPages()),
       _output(output),
       _buffer(kBufferSize)
 {
@@ -140,10 +141,18 @@ void DocumentWriter::procedures(std::string_view name, std::string_view request,
     text += procedures;
     text += begin;
     text += kBindingProcSet;
+    if (_hearsGlobalMeanings)
+        text += kGlobalMeaningsProcSet;
     text += "end\n";
     if (_document.namesOperatorDictionary())
         text += kSystemdictProcSet;
     procSet(name, text);
+}
+
+void DocumentWriter::callAheadOfPages()
+{
+    if (_hearsGlobalMeanings)
+        call("KLToolkitGlobalMeanings");
 }
 
 void DocumentWriter::proceduresForCutOffPage()

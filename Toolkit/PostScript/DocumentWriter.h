@@ -50,6 +50,12 @@ public:
     /// @throws ToolkitError when writing fails
     void procedures(std::string_view name, std::string_view request, std::string_view procedures);
 
+    /// Writes what stands between the setup and the first page in a document for which procedures()
+    /// has written: a call where that is needed for the meanings that it gives to names; else
+    /// nothing.
+    /// @throws ToolkitError when writing fails
+    void callAheadOfPages();
+
     /// Writes the procedures that copyContent() needs for a page that the end of the document cuts
     /// off; nothing when there is none.
     /// @throws ToolkitError when writing fails
@@ -74,6 +80,7 @@ private:
 
     const DSCDocument &_document;
     const unsigned _run; ///< of the toolkit on the document, from 1
+    const bool _hearsGlobalMeanings;
     std::FILE *_output;
     std::vector<char> _buffer;
     std::size_t _filled = 0; ///< of the buffer, with what is still to be written

@@ -113,6 +113,7 @@ void BookletWriter::writeProlog()
     if (!hasSetup)
         _writer.lines("%%EndSetup\n");
     _writer.copy({setup, firstPage});
+    _writer.callAheadOfPages();
 }
 
 /// What the procedures have to know of the booklet (Booklet.ps).

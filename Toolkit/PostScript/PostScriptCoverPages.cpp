@@ -141,6 +141,7 @@ void CoverPagesWriter::writeProlog()
     _writer.procedures("KLToolkitCoverPages", "", kCoverPagesProcSet);
     _writer.proceduresForCutOffPage();
     _writer.copy({procedures, _document.pages().front().begin});
+    _writer.callAheadOfPages();
     if (_plan.back && _plan.back->pages.isEmpty())
         _writer.call("KLToolkitCoverPagesPages");
 }

@@ -116,6 +116,10 @@ void WatermarkedCopy::beginPages()
         if (!_isRight)
             return;
         endPage(number - 1);
+        if (number == 1) {
+            copyTo(pages.front().begin);
+            _writer.callAheadOfPages();
+        }
         copyTo(pages[number - 1].content);
         _stamp.callFor(number, _writer);
         _areLandscape.push_back(_stamp.isLandscape(number));

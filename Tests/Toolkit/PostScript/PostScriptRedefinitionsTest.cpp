@@ -6,6 +6,7 @@
 
 #include <array>
 #include <fmt/format.h>
+#include <ostream>
 
 using Support::Rendering;
 
@@ -48,6 +49,11 @@ struct Operator {
     std::string behind;
     Command command; ///< one that gives it another meaning, too
 };
+
+void PrintTo(const Operator &op, std::ostream *out)
+{
+    *out << op.name;
+}
 
 std::string box(int page)
 {
@@ -113,12 +119,17 @@ struct Dictionary {
     std::string beginOfPage;
     std::string endOfPage;
     bool isLeftOpen = false;
+    bool isGlobal = false; ///< holds nothing local, and no restore takes back what is in it
+
+    bool isSeenByAll() const { return end.empty() || isGlobal; }
 };
 
 const std::vector<Dictionary> kDictionaries = {
     {"the user's dictionary", "", "", "", ""},
     {"its own dictionary", "/D 9 dict def D begin\n", "end\n", "D begin\n", "end\n"},
     {"an open dictionary", "9 dict begin\n", "", "", "", true},
+    {"the global dictionary", "currentglobal true setglobal globaldict begin\n", "end setglobal\n",
+     "", "", false, true},
 };
 
 enum class Place { Prolog, Setup, Page };
@@ -168,7 +179,9 @@ bool isSound(const Combination &c)
         return false;
     if (!c.isKeptFirst && c.meaning->needsKept)
         return false;
-    const bool isSeenByKeeping = !c.isKeptFirst && c.dictionary->end.empty();
+    if (c.dictionary->isGlobal && (c.meaning->needsKept || c.placeOfMeaning == Place::Page))
+        return false;
+    const bool isSeenByKeeping = !c.isKeptFirst && c.dictionary->isSeenByAll();
     return !c.hasMeaning() || (c.keeping->isAtOnce && !isSeenByKeeping);
 }
 
@@ -206,6 +219,9 @@ std::string textOf(const Combination &c)
         replaceAll(text, "OP", c.op->name);
     }
     PostScriptSample sample;
+    if (c.dictionary->isGlobal)
+        sample.trailer =
+            "globaldict /" + c.op->name + " undef\n"; // the next document is not to see it
     sample.prolog = at(Place::Prolog);
     sample.setup += at(Place::Setup);
     for (int page = 1; page <= 2; ++page)
@@ -252,6 +268,11 @@ struct Chain {
     const char *name;
     std::vector<Command> commands;
 };
+
+void PrintTo(const Chain &chain, std::ostream *out)
+{
+    *out << chain.name;
+}
 
 const std::vector<Chain> kChains = {
     {"None", {}},
@@ -330,4 +351,50 @@ TEST_P(PostScriptRedefinitionsChainTest, ChangeNothing)
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, PostScriptRedefinitionsChainTest, testing::ValuesIn(kChains),
+                         [](const auto &example) { return example.param.name; });
+
+// --- What the other meaning does -----------------------------------------------------------------
+
+namespace {
+
+const std::string kMore = "1 0 0 setrgbcolor 20 120 160 40 rectfill ";
+
+/// Its pages are ended by a name that draws more first.
+std::string textWithMoreOnPages(const std::string &name, const Dictionary &dictionary, Place place)
+{
+    const std::string meaning =
+        dictionary.begin + "/" + name + " { " + kMore + "real } def\n" + dictionary.end;
+    PostScriptSample sample;
+    sample.prolog = "/real { " + name + " } bind def\n" + (place == Place::Prolog ? meaning : "");
+    sample.setup += place == Place::Setup ? meaning : "";
+    for (int page = 1; page <= 2; ++page)
+        sample.pages.push_back(dictionary.beginOfPage + box(page) + name + " erasepage\n" +
+                               dictionary.endOfPage);
+    if (dictionary.isGlobal)
+        sample.trailer = "globaldict /" + name + " undef\n";
+    return sample.text();
+}
+
+} // namespace
+
+class PostScriptMeaningsTest : public testing::TestWithParam<Chain> {};
+
+TEST_P(PostScriptMeaningsTest, AreHeard)
+{
+    std::vector<Document> documents;
+    const auto end = [](int page) { return box(page) + kMore + "showpage\n"; };
+    documents.push_back({"plain", PostScriptSample{.pages = {end(1), end(2)}}.text()});
+    for (const Dictionary &dictionary : kDictionaries)
+        for (const char *name : {"showpage", "copypage"})
+            for (const Place place : {Place::Prolog, Place::Setup})
+                documents.push_back(
+                    {dictionary.name + ", " + name, textWithMoreOnPages(name, dictionary, place)});
+    const std::vector<Rendering> results = renderedBy(GetParam().commands, documents);
+    const Rendering &wanted = results[1];
+    EXPECT_FALSE(wanted.pages == results[0].pages);
+    for (std::size_t index = 1; index < documents.size(); ++index)
+        EXPECT_TRUE(wanted.pages == results[index + 1].pages) << documents[index].name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, PostScriptMeaningsTest, testing::ValuesIn(kChains),
                          [](const auto &example) { return example.param.name; });
