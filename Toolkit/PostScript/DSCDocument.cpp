@@ -340,6 +340,15 @@ bool DSCDocument::showsPageAheadOfPages() const
     return runsAnyOf({"showpage", "copypage"}, {_file, _headerEnd, _pages.front().begin});
 }
 
+bool DSCDocument::drawsAheadOfPages() const
+{
+    return runsAnyOf({"fill",     "eofill",  "stroke", "rectfill",  "rectstroke", "ufill",
+                      "ueofill",  "ustroke", "shfill", "image",     "imagemask",  "colorimage",
+                      "execform", "show",    "ashow",  "widthshow", "awidthshow", "kshow",
+                      "xshow",    "yshow",   "xyshow", "glyphshow", "cshow"},
+                     {_file, _headerEnd, _pages.front().begin});
+}
+
 bool DSCDocument::usesGlobalDictionaryAheadOfPages() const
 {
     return runsAnyOf({"globaldict"}, {_file, _headerEnd, _pages.front().begin});

@@ -85,6 +85,9 @@ public:
     /// Whether what stands ahead of the pages shows one, as far as its words tell.
     /// @throws ToolkitError when it cannot be read
     bool showsPageAheadOfPages() const;
+    /// Whether it draws there, shown or not, likewise.
+    /// @throws ToolkitError when it cannot be read
+    bool drawsAheadOfPages() const;
     /// Whether it makes use of the global dictionary there, likewise.
     /// @throws ToolkitError when it cannot be read
     bool usesGlobalDictionaryAheadOfPages() const;

@@ -12,6 +12,7 @@
 #include <fmt/format.h>
 #include <map>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -71,7 +72,8 @@ private:
     enum class Sheet { Cover, Job };
     void scheduleSettings(Sheet sheet, const std::string &source, const std::string &media,
                           const std::string &duplex);
-    void writeSettings();
+    std::string takeSettings();
+    void writeAhead(const std::string &code);
     void writePages(const PageRange &pages);
     void writePage(const DSCPage &page);
     void writeBlankSide();
@@ -85,6 +87,7 @@ private:
     DocumentWriter _writer;
     std::string _settings;   ///< to be made where the next side begins
     std::int64_t _sides = 0; ///< written so far
+    bool _mayTakeMarksOff;   ///< what comes next, those that the document makes ahead of its pages
 };
 
 CoverPagesWriter::CoverPagesWriter(const CoverPages &request, const Job &job)
@@ -93,7 +96,8 @@ CoverPagesWriter::CoverPagesWriter(const CoverPages &request, const Job &job)
       _features(job.ppdPath),
       _plan(coverPlan(static_cast<std::int64_t>(_document.pages().size()), request.front.style,
                       request.back.style, request.duplex == "none")),
-      _writer(_document, job.output)
+      _writer(_document, job.output),
+      _mayTakeMarksOff(_plan.front && _document.drawsAheadOfPages())
 {
 }
 
@@ -106,11 +110,12 @@ void CoverPagesWriter::write()
     if (_plan.blankSideBehindFront)
         writeBlankSide();
     writeJob();
+    _mayTakeMarksOff = false;
     if (_plan.back)
         writeCover(*_plan.back, _request.back);
     if (_plan.back || (_plan.front && _plan.job.isEmpty()))
         scheduleSettings(Sheet::Job, _request.source, _request.media, duplexInPPD(_request.duplex));
-    writeSettings();
+    writeAhead(takeSettings());
     _writer.copyWithout(_document.trailer(), kCountComment);
     _writer.finish();
 }
@@ -138,7 +143,10 @@ void CoverPagesWriter::writeProlog()
 {
     const std::uint64_t procedures = _document.beginOfProcedures();
     _writer.copy({_document.header().end, procedures});
-    _writer.procedures("KLToolkitCoverPages", "", kCoverPagesProcSet);
+    std::string procSet(kCoverPagesProcSet);
+    if (_mayTakeMarksOff)
+        procSet += kMarksAheadProcSet;
+    _writer.procedures("KLToolkitCoverPages", "", procSet);
     _writer.proceduresForCutOffPage();
     _writer.copy({procedures, _document.pages().front().begin});
     _writer.callAheadOfPages();
@@ -199,17 +207,25 @@ std::string CoverPagesWriter::codeOfDuplex(const std::string &choice) const
     return code;
 }
 
-void CoverPagesWriter::writeSettings()
+std::string CoverPagesWriter::takeSettings()
 {
-    _writer.lines(_settings);
-    _settings.clear();
+    return std::exchange(_settings, {});
+}
+
+/// Writes what stands at the begin of a side, ahead of the document's own marks.
+/// @param code  whole lines; may be empty
+void CoverPagesWriter::writeAhead(const std::string &code)
+{
+    if (!_mayTakeMarksOff || code.empty())
+        return _writer.lines(code);
+    _writer.lines("{\n" + code + "}\n");
+    _writer.call("KLToolkitCoverPagesUnlessMarked");
 }
 
 void CoverPagesWriter::writeBlankSide()
 {
     _writer.lines(fmt::format("%%Page: (blank) {}\n", ++_sides));
-    writeSettings();
-    _writer.call("KLToolkitCoverPagesBlank");
+    writeAhead(takeSettings() + _writer.callOf("KLToolkitCoverPagesBlank"));
 }
 
 void CoverPagesWriter::writePages(const PageRange &pages)
@@ -223,7 +239,7 @@ void CoverPagesWriter::writePage(const DSCPage &page)
     const DSCComment comment = _document.pageComment(page);
     _writer.lines(fmt::format("%%Page: {} {}\n", labelOfPage(comment), ++_sides));
     _writer.copy({comment.end, page.content});
-    writeSettings();
+    writeAhead(takeSettings());
     _writer.copyContent(page);
 }
 

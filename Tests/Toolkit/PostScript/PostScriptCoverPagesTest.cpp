@@ -516,3 +516,79 @@ INSTANTIATE_TEST_SUITE_P(
                     "0.5 setgray 6 45 { pop } setscreen",
                     "0.4 setgray { dup 0.5 lt { pop 0 } if } settransfer"),
     [](const auto &example) { return "State" + std::to_string(example.index); });
+
+// --- What the document draws ahead of its pages --------------------------------------------------
+
+namespace {
+
+/// What a setup may do, and whether there are marks then that the first page shows.
+struct Ahead {
+    const char *name;
+    std::string setup;
+    bool leavesMarks;
+};
+
+void PrintTo(const Ahead &ahead, std::ostream *stream)
+{
+    *stream << ahead.name;
+}
+
+const std::string kMark = "0 0 1 setrgbcolor 20 200 90 90 rectfill\n";
+
+const std::vector<Ahead> kAhead = {
+    {"Marks", kMark, true},
+    {"MarksInASavedState", "save " + kMark + "restore\n", true},
+    {"MarksInAKeptState", "gsave " + kMark + "grestore\n", true},
+    {"MarksOfABoundProcedure", "/F { rectfill } bind def 20 200 90 90 F\n", true},
+    {"Text", "/Courier 90 selectfont 20 200 moveto (x) show\n", true},
+    {"MarksThatAreShown", kMark + "showpage\n", false},
+    {"MarksThatAreWhitened", kMark + "erasepage\n", false},
+    {"MarksOnOtherPaper", kMark + "<< /PageSize [200 300] >> setpagedevice\n", false},
+    {"MarksOnNoPage", "gsave nulldevice " + kMark + "grestore\n", false},
+    {"MarksThatAreMeasured",
+     "<< /FontType 3 /FontMatrix [1 0 0 1 0 0] /FontBBox [0 0 1 1] /Encoding 256 array\n"
+     "dup 0 1 255 { /x put dup } for pop /BuildChar { pop pop 1 0 setcharwidth 0 0 1 1 rectfill }\n"
+     ">> /F exch definefont 20 scalefont setfont (x) stringwidth pop pop 0 { (x) show } repeat\n",
+     false},
+};
+
+} // namespace
+
+class PostScriptCoverPagesAheadTest : public testing::TestWithParam<Ahead> {};
+
+TEST_P(PostScriptCoverPagesAheadTest, NoMarksAreLostBehindAFrontCover)
+{
+    const bool leavesMarks = GetParam().leavesMarks;
+    PostScriptSample sample;
+    sample.setup += GetParam().setup;
+    sample.pages.assign(3, kMarks);
+    for (const CoverStyle style : {NoPrint, Print1, Print}) {
+        const auto results = Support::renderEach(
+            {sample.text(), processed(sample.text(), covers(style, NoPrint, "none"))},
+            {.resolution = 18});
+        std::vector<Support::RenderedPage> wanted = results[0].pages;
+        const std::ptrdiff_t ahead = wanted.size() == 4 ? 1 : 0;
+        const Support::RenderedPage blank =
+            renderText(PostScriptSample{.pages = {"showpage\n"}}.text(), {.resolution = 18})
+                .pages[0];
+        wanted.push_back(blank);
+        if (style == NoPrint && !leavesMarks)
+            wanted.insert(wanted.begin() + ahead, blank);
+        EXPECT_EQ("", results[1].log);
+        EXPECT_TRUE(wanted == results[1].pages) << static_cast<int>(style);
+    }
+}
+
+TEST_P(PostScriptCoverPagesAheadTest, CoverHasItsSettingsWhereNoMarksAreLost)
+{
+    PostScriptSample sample = pages(2);
+    sample.setup = GetParam().setup;
+    const std::string log = logOf(sample, covers(Print1, NoPrint));
+    EXPECT_EQ(!GetParam().leavesMarks,
+              log.find(kFront + std::string(kOneSide) + page(1)) != std::string::npos);
+    EXPECT_THAT(log, testing::EndsWith(page(1) + kJob + kTwoSides + page(2) + kShow + kBack +
+                                       kOneSide + kShow + kJob + kTwoSides));
+}
+
+INSTANTIATE_TEST_SUITE_P(Setups, PostScriptCoverPagesAheadTest, testing::ValuesIn(kAhead),
+                         [](const auto &example) { return example.param.name; });
