@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -133,8 +134,9 @@ bool runsAnyOf(std::set<std::string> operators, PostScriptWords words)
 {
     // What is read of a procedure, or of the program around all of them.
     struct Body {
-        std::string name = {}; ///< that the next procedure gets
-        bool holdsOne = false; ///< a procedure without a name, which runs one of them
+        std::string name = {};   ///< that the next procedure gets
+        std::string before = {}; ///< the name in front of that, if one stands there
+        bool holdsOne = false;   ///< a procedure without a name, which runs one of them
         bool runsOne = false;
     };
     static const std::set<std::string_view> kRunning = {"exec",   "for",  "forall", "if",
@@ -159,12 +161,15 @@ bool runsAnyOf(std::set<std::string> operators, PostScriptWords words)
                 endBody();
         } else if (word->text != "bind") {
             Body &body = bodies.back();
+            if (word->text == "load" && !body.before.empty() && operators.contains(body.name))
+                operators.insert(body.before);
             body.runsOne = body.runsOne || operators.contains(word->text) ||
                            (body.holdsOne && kRunning.contains(word->text));
             if (word->text == "quit") // what it tells instead of the pages
                 body.runsOne = false;
             body.holdsOne = false;
-            body.name = word->isLiteralName() ? word->text.substr(1) : "";
+            body.before =
+                std::exchange(body.name, word->isLiteralName() ? word->text.substr(1) : "");
         }
         if (bodies.front().runsOne)
             return true;

@@ -587,11 +587,16 @@ TEST_F(DSCDocumentTest, TrailerMayHaveTheWordsOfPages)
 
 class DSCDocumentAheadTest : public DSCDocumentTest {
 protected:
-    bool shows(const std::string &prolog)
+    const DSCDocument &ahead(const std::string &prolog)
     {
         return read("%!PS-Adobe-3.0\n%%EndComments\n" + prolog +
-                    "\n%%Page: 1 1\n0 0 9 9 rectfill showpage\n")
-            .showsPageAheadOfPages();
+                    "\n%%Page: 1 1\nglobaldict pop 0 0 9 9 rectfill showpage\n");
+    }
+    bool shows(const std::string &prolog) { return ahead(prolog).showsPageAheadOfPages(); }
+    bool draws(const std::string &prolog) { return ahead(prolog).drawsAheadOfPages(); }
+    bool usesGlobalDictionary(const std::string &prolog)
+    {
+        return ahead(prolog).usesGlobalDictionaryAheadOfPages();
     }
 };
 
@@ -599,7 +604,8 @@ TEST_F(DSCDocumentAheadTest, WordsThatShowAPage)
 {
     for (const auto *prolog :
          {"showpage", "copypage", "/ep { gsave showpage grestore } bind def\nep",
-          "/ep{showpage}def/eq{ep}def eq", "/x where { pop } { showpage } ifelse",
+          "/ep{showpage}def/eq{ep}def eq", "/ep /showpage load def/eq{ep}def eq",
+          "/x where { pop } { showpage } ifelse",
           "/ep { x { { showpage } exec } if } def 3 { ep } bind repeat", "(\\)) <7d> showpage",
           "% {\n<< /a { } >> showpage", "currentfile eexec\n{(</cleartomark showpage",
           "%%BeginBinary: 3\n{(<\n%%EndBinary\nshowpage"})
@@ -616,4 +622,22 @@ TEST_F(DSCDocumentAheadTest, WordsThatShowNone)
           "currentfile eexec showpage cleartomark",
           "%%BeginData: 1 ASCII Lines\nshowpage\n%%EndData"})
         EXPECT_FALSE(shows(prolog)) << prolog;
+}
+
+TEST_F(DSCDocumentAheadTest, WordsThatDraw)
+{
+    for (const auto *prolog :
+         {"0 0 9 9 rectfill", "/S { stroke } bind def 0 0 moveto 9 9 lineto S",
+          "/Helvetica 9 selectfont 0 0 moveto (a) show", "/F/fill load def 0 0 9 9 rectpath F"})
+        EXPECT_TRUE(draws(prolog)) << prolog;
+    for (const auto *prolog : {"", "0.5 setgray 2 setlinewidth", "/S { stroke } bind def showpage",
+                               "2 lt { (no) show showpage quit } if"})
+        EXPECT_FALSE(draws(prolog)) << prolog;
+}
+
+TEST_F(DSCDocumentAheadTest, WordsForTheGlobalDictionary)
+{
+    EXPECT_TRUE(usesGlobalDictionary("globaldict begin /a 1 def end"));
+    EXPECT_TRUE(usesGlobalDictionary("/g { globaldict begin } def g /a 1 def end"));
+    EXPECT_FALSE(usesGlobalDictionary("/globaldict where { pop } if"));
 }

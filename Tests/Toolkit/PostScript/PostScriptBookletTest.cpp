@@ -1148,6 +1148,22 @@ TEST(PostScriptBookletTest, CutOffDataDoNotHideTheSidesBehindThem)
 }
 
 /// The next command does not take the first side for a comment that has strayed into the setup.
+TEST(PostScriptBookletTest, PagesAheadOfTheFirstCommentHaveSheetsOfTheirOwn)
+{
+    PostScriptSample sample = colouredPages(4);
+    const std::string shown = "0 0 1 setrgbcolor 0 0 90 90 rectfill showpage\n";
+    const std::string asks = "<< /MediaType (x) >> setpagedevice\n";
+    const auto sidesAhead = [&](const std::string &setup) {
+        sample.setup = setup;
+        return rendered(processed(sample.text(), booklet())).pages.size() - 2;
+    };
+    EXPECT_EQ(0U, sidesAhead(""));
+    EXPECT_EQ(2U, sidesAhead(shown));
+    EXPECT_EQ(2U, sidesAhead(shown + shown));
+    EXPECT_EQ(4U, sidesAhead(shown + "copypage " + shown));
+    EXPECT_EQ(1U, sidesAhead(shown + asks)); // what is asked for begins another sheet
+}
+
 TEST(PostScriptBookletTest, PageThatBeginsWithinTheSetupStaysAPage)
 {
     const std::string text = "%!PS-Adobe-3.0\n%%EndComments\n%%BeginSetup\n%%Page: 1 1\n"
