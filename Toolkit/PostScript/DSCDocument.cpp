@@ -6,8 +6,6 @@
 #include "ToolkitError.h"
 
 #include <algorithm>
-#include <set>
-#include <string>
 
 namespace {
 
@@ -335,23 +333,21 @@ bool DSCDocument::hasEmptyPagesOnly() const
            });
 }
 
-bool DSCDocument::showsPageAheadOfPages() const
+bool DSCDocument::runsAheadOfPages(const std::set<std::string> &operators) const
 {
-    return runsAnyOf({"showpage", "copypage"}, {_file, _headerEnd, _pages.front().begin});
+    return runsAnyOf(operators, {_file, _headerEnd, _pages.front().begin});
 }
 
-bool DSCDocument::drawsAheadOfPages() const
+bool DSCDocument::namesAheadOfPages(std::string_view word) const
 {
-    return runsAnyOf({"fill",     "eofill",  "stroke", "rectfill",  "rectstroke", "ufill",
-                      "ueofill",  "ustroke", "shfill", "image",     "imagemask",  "colorimage",
-                      "execform", "show",    "ashow",  "widthshow", "awidthshow", "kshow",
-                      "xshow",    "yshow",   "xyshow", "glyphshow", "cshow"},
-                     {_file, _headerEnd, _pages.front().begin});
-}
-
-bool DSCDocument::usesGlobalDictionaryAheadOfPages() const
-{
-    return runsAnyOf({"globaldict"}, {_file, _headerEnd, _pages.front().begin});
+    FileWindow window(_file, _pages.front().begin, word);
+    std::uint64_t position = 0;
+    std::string_view bytes = window.from(position, 1);
+    while (!bytes.empty() && !window.hasSeenWatched()) {
+        position += bytes.size();
+        bytes = window.from(position, 1);
+    }
+    return window.hasSeenWatched();
 }
 
 DSCComment DSCDocument::pageComment(const DSCPage &page) const

@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <functional>
 #include <optional>
+#include <set>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -82,15 +84,15 @@ public:
     /// From behind the last page to the end of the file.
     DSCRange trailer() const { return {_trailer, _file.size()}; }
 
-    /// Whether what stands ahead of the pages shows one, as far as its words tell.
+    /// Whether what stands ahead of the pages runs one of some operators, as far as its words tell
+    /// (see runsAnyOf()).
     /// @throws ToolkitError when it cannot be read
-    bool showsPageAheadOfPages() const;
-    /// Whether it draws there, shown or not, likewise.
+    bool runsAheadOfPages(const std::set<std::string> &operators) const;
+
+    /// Whether a word stands anywhere ahead of the pages.
+    /// @param word  of two bytes or more
     /// @throws ToolkitError when it cannot be read
-    bool drawsAheadOfPages() const;
-    /// Whether it makes use of the global dictionary there, likewise.
-    /// @throws ToolkitError when it cannot be read
-    bool usesGlobalDictionaryAheadOfPages() const;
+    bool namesAheadOfPages(std::string_view word) const;
 
     /// Whether there is only one page, and it holds the end of the prolog or of the setup.
     bool hasPartInOnlyPage() const { return _hasPartInOnlyPage; }

@@ -56,7 +56,7 @@ void writeBlock(std::span<const char> block, std::FILE *stream)
 DocumentWriter::DocumentWriter(const DSCDocument &document, std::FILE *output)
     : _document(document),
       _run(document.countOfOurProcSets() + 1),
-      _hearsGlobalMeanings(document.usesGlobalDictionaryAheadOfPages()),
+      _hearsGlobalMeanings(document.namesAheadOfPages("globaldict")),
       _output(output),
       _buffer(kBufferSize)
 {

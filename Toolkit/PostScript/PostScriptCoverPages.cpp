@@ -11,6 +11,7 @@
 #include <array>
 #include <fmt/format.h>
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -22,6 +23,12 @@ constexpr std::array<std::string_view, 1> kCountComment = {"%%Pages"};
 constexpr std::string_view kSourceKeys = "/MediaPosition /ManualFeed /TraySwitch ";
 constexpr std::string_view kMediaKeys = "/MediaType /MediaColor /MediaWeight /MediaClass ";
 constexpr std::string_view kDuplexKeys = "/Duplex /Tumble ";
+
+const std::set<std::string> kPaintingOperators = {
+    "fill",     "eofill",  "stroke", "rectfill",  "rectstroke", "ufill",
+    "ueofill",  "ustroke", "shfill", "image",     "imagemask",  "colorimage",
+    "execform", "show",    "ashow",  "widthshow", "awidthshow", "kshow",
+    "xshow",    "yshow",   "xyshow", "glyphshow", "cshow"};
 
 /// The PPD's name of a paper source that the toolkit's command line names otherwise.
 std::string sourceInPPD(const std::string &source, const PrinterFeatures &features)
@@ -97,7 +104,7 @@ CoverPagesWriter::CoverPagesWriter(const CoverPages &request, const Job &job)
       _plan(coverPlan(static_cast<std::int64_t>(_document.pages().size()), request.front.style,
                       request.back.style, request.duplex == "none")),
       _writer(_document, job.output),
-      _mayTakeMarksOff(_plan.front && _document.drawsAheadOfPages())
+      _mayTakeMarksOff(_plan.front && _document.runsAheadOfPages(kPaintingOperators))
 {
 }
 

@@ -72,7 +72,7 @@ WatermarkedCopy::WatermarkedCopy(const Watermark &watermark, const DSCDocument &
     _writer.copy({0, _copied});
     _writer.procedures("KLToolkitWatermark", _stamp.request(), _stamp.procedures());
     // What is shown ahead of the pages belongs to the first one.
-    if (document.showsPageAheadOfPages())
+    if (document.runsAheadOfPages({"showpage", "copypage"}))
         _stamp.callFor(1, _writer);
 }
 

@@ -45,6 +45,7 @@ private:
 };
 
 /// Whether a program runs one of some operators itself, under whatever condition: by its name, by
-/// one that it has loaded it under, or in a procedure that it has made of it. What it runs ahead of "quit" does not count.
+/// one that it has loaded it under, or in a procedure that it has made of it. What it runs ahead of
+/// "quit" does not count.
 /// @throws ToolkitError when reading fails
 bool runsAnyOf(std::set<std::string> operators, PostScriptWords words);

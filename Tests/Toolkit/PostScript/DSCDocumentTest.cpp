@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -587,17 +588,13 @@ TEST_F(DSCDocumentTest, TrailerMayHaveTheWordsOfPages)
 
 class DSCDocumentAheadTest : public DSCDocumentTest {
 protected:
-    const DSCDocument &ahead(const std::string &prolog)
+    bool runs(const std::set<std::string> &operators, const std::string &prolog)
     {
         return read("%!PS-Adobe-3.0\n%%EndComments\n" + prolog +
-                    "\n%%Page: 1 1\nglobaldict pop 0 0 9 9 rectfill showpage\n");
+                    "\n%%Page: 1 1\nglobaldict pop 0 0 9 9 rectfill showpage\n")
+            .runsAheadOfPages(operators);
     }
-    bool shows(const std::string &prolog) { return ahead(prolog).showsPageAheadOfPages(); }
-    bool draws(const std::string &prolog) { return ahead(prolog).drawsAheadOfPages(); }
-    bool usesGlobalDictionary(const std::string &prolog)
-    {
-        return ahead(prolog).usesGlobalDictionaryAheadOfPages();
-    }
+    bool shows(const std::string &prolog) { return runs({"showpage", "copypage"}, prolog); }
 };
 
 TEST_F(DSCDocumentAheadTest, WordsThatShowAPage)
@@ -624,20 +621,25 @@ TEST_F(DSCDocumentAheadTest, WordsThatShowNone)
         EXPECT_FALSE(shows(prolog)) << prolog;
 }
 
-TEST_F(DSCDocumentAheadTest, WordsThatDraw)
+TEST_F(DSCDocumentAheadTest, WordsForOtherOperators)
 {
+    const std::set<std::string> operators = {"fill", "stroke"};
+    for (const auto *prolog : {"fill", "/S { stroke } bind def 0 0 moveto 9 9 lineto S",
+                               "/F/fill load def 0 0 9 9 rectpath F"})
+        EXPECT_TRUE(runs(operators, prolog)) << prolog;
     for (const auto *prolog :
-         {"0 0 9 9 rectfill", "/S { stroke } bind def 0 0 moveto 9 9 lineto S",
-          "/Helvetica 9 selectfont 0 0 moveto (a) show", "/F/fill load def 0 0 9 9 rectpath F"})
-        EXPECT_TRUE(draws(prolog)) << prolog;
-    for (const auto *prolog : {"", "0.5 setgray 2 setlinewidth", "/S { stroke } bind def showpage",
-                               "2 lt { (no) show showpage quit } if"})
-        EXPECT_FALSE(draws(prolog)) << prolog;
+         {"", "0.5 setgray", "/S { stroke } bind def showpage", "2 lt { fill showpage quit } if"})
+        EXPECT_FALSE(runs(operators, prolog)) << prolog;
 }
 
-TEST_F(DSCDocumentAheadTest, WordsForTheGlobalDictionary)
+TEST_F(DSCDocumentAheadTest, WordAnywhere)
 {
-    EXPECT_TRUE(usesGlobalDictionary("globaldict begin /a 1 def end"));
-    EXPECT_TRUE(usesGlobalDictionary("/g { globaldict begin } def g /a 1 def end"));
-    EXPECT_FALSE(usesGlobalDictionary("/globaldict where { pop } if"));
+    const auto names = [this](const std::string &prolog) {
+        return read("%!PS-Adobe-3.0\n" + prolog + "\n%%Page: 1 1\nglobaldict pop showpage\n")
+            .namesAheadOfPages("globaldict");
+    };
+    EXPECT_FALSE(names(""));
+    EXPECT_TRUE(names("/globaldict where { pop } if"));
+    for (const std::size_t length : {131'000U, 131'050U, 300'000U}) // past what is held at a time
+        EXPECT_TRUE(names(std::string(length, ' ') + "globaldict"));
 }
