@@ -199,6 +199,8 @@ void DSCReader::readBody(const DSCComment &comment)
 {
     if (comment.is("%%EndProlog") || comment.is("%%EndSetup"))
         _openPart = {};
+    if (comment.is("%%EndProlog"))
+        _document._beginOfSetup = {}; // in the prolog: it may lie within a procedure
     else if (comment.is("%%BeginSetup"))
         _openPart = "%%EndSetup";
     if (comment.is("%%BeginSetup") && !_document._beginOfSetup)

@@ -70,7 +70,7 @@ public:
     std::uint64_t endOfFirstLine() const { return _endOfFirstLine; }
     /// Where procedures can be defined ahead of all that the document itself defines.
     std::uint64_t beginOfProcedures() const { return _beginOfProcedures; }
-    /// Behind the %%BeginSetup comment; nullopt when there is none.
+    /// Behind the %%BeginSetup comment; nullopt when there is none behind the prolog.
     std::optional<std::uint64_t> beginOfSetup() const { return _beginOfSetup; }
     /// At least one.
     const std::vector<DSCPage> &pages() const { return _pages; }

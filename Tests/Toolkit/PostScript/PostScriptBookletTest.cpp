@@ -856,8 +856,7 @@ TEST(PostScriptBookletTest, DocumentWithoutSetupGetsOne)
     EXPECT_EQ(kBlue, colourAt(sheets.pages[1], kRight, kMiddle));
 }
 
-// --- What the setup has made of the graphics state
-// ------------------------------------------------
+// --- What the setup has made of the graphics state -----------------------------------------------
 
 namespace {
 
@@ -891,6 +890,13 @@ const std::vector<Frame> kFrames = {
      ""},
 };
 
+std::string withoutSetupComments(std::string text)
+{
+    for (const std::string comment : {"%%BeginSetup\n", "%%EndSetup\n"})
+        text.erase(text.find(comment), comment.size());
+    return text;
+}
+
 void expectSameBooklets(const std::string &expected, const std::vector<std::string> &documents,
                         const Booklet &request)
 {
@@ -917,6 +923,8 @@ void expectStateOnEveryPage(const std::string &state, const PostScriptSample &pl
         sample.setup += state + frame.setup;
         sample.pages.assign(4, std::string(frame.before) + kMarks + frame.behind);
         documents.push_back(sample.text());
+        if (std::string(frame.setup).empty())
+            documents.push_back(withoutSetupComments(sample.text()));
     }
     expectSameBooklets(expected.text(), documents, request);
 }
@@ -1162,6 +1170,16 @@ TEST(PostScriptBookletTest, PagesAheadOfTheFirstCommentHaveSheetsOfTheirOwn)
     EXPECT_EQ(2U, sidesAhead(shown + shown));
     EXPECT_EQ(4U, sidesAhead(shown + "copypage " + shown));
     EXPECT_EQ(1U, sidesAhead(shown + asks)); // what is asked for begins another sheet
+}
+
+TEST(PostScriptBookletTest, SetupThatBeginsWithinTheProcedureOfAPrologIsNone)
+{
+    PostScriptSample sample = colouredPages(4);
+    sample.prolog = "/never {\n%%BeginSetup\n} def\n";
+    const auto sides = rendered(processed(sample.text(), booklet())).pages;
+    ASSERT_EQ(2U, sides.size());
+    EXPECT_NEAR(kSheetWidth, sides[0].width(), 2);
+    EXPECT_EQ(colourOf(1), colourAt(sides[0], kRight, kMiddle));
 }
 
 TEST(PostScriptBookletTest, PageThatBeginsWithinTheSetupStaysAPage)
