@@ -23,6 +23,73 @@ bool isRegular(int byte)
            std::string_view("()<>[]{}/%").find(static_cast<char>(byte)) == std::string_view::npos;
 }
 
+/// Follows a program word by word, and with it the names by which some operators are run.
+class ProgramReader {
+public:
+    explicit ProgramReader(std::set<std::string> operators) : _operators(std::move(operators)) {}
+
+    void read(const PostScriptWord &word);
+
+    /// Whether the program has run one of them by now.
+    bool runsOne() const { return _bodies.front().runsOne; }
+
+private:
+    /// What has been read of a procedure, or of the program around all of them.
+    struct Body {
+        std::string name = {};       ///< that stands last, with a slash: the next procedure's
+        std::string nameBefore = {}; ///< that stands in front of this
+        bool holdsOne = false;       ///< a procedure without a name, which runs one of them
+        bool runsOne = false;
+    };
+
+    void endBody();
+    void readWord(const PostScriptWord &word);
+
+    std::set<std::string> _operators; ///< and what does the same
+    std::vector<Body> _bodies = std::vector<Body>(1);
+};
+
+void ProgramReader::read(const PostScriptWord &word)
+{
+    if (word.text == "{")
+        _bodies.emplace_back();
+    else if (word.text == "}")
+        endBody();
+    else if (word.text != "bind")
+        readWord(word);
+}
+
+void ProgramReader::endBody()
+{
+    if (_bodies.size() == 1)
+        return;
+    const bool runsOne = _bodies.back().runsOne;
+    _bodies.pop_back();
+    Body &around = _bodies.back();
+    if (around.name.empty())
+        around.holdsOne = around.holdsOne || runsOne;
+    else if (runsOne)
+        _operators.insert(around.name);
+    else
+        _operators.erase(around.name);
+}
+
+void ProgramReader::readWord(const PostScriptWord &word)
+{
+    static const std::set<std::string_view> kRunning = {"exec",   "for",  "forall", "if",
+                                                        "ifelse", "loop", "repeat", "stopped"};
+    Body &body = _bodies.back();
+    if (word.text == "load" && !body.nameBefore.empty() && _operators.contains(body.name))
+        _operators.insert(body.nameBefore);
+    if (word.text == "quit") // what it tells instead of the pages
+        body.runsOne = false;
+    else if (_operators.contains(word.text) || (body.holdsOne && kRunning.contains(word.text)))
+        body.runsOne = true;
+    body.holdsOne = false;
+    body.nameBefore = std::move(body.name);
+    body.name = word.isLiteralName() ? word.text.substr(1) : "";
+}
+
 } // namespace
 
 PostScriptWords::PostScriptWords(const InputFile &file, std::uint64_t begin, std::uint64_t end)
@@ -132,46 +199,10 @@ std::string PostScriptWords::takeRegular()
 
 bool runsAnyOf(std::set<std::string> operators, PostScriptWords words)
 {
-    // What is read of a procedure, or of the program around all of them.
-    struct Body {
-        std::string name = {};   ///< that the next procedure gets
-        std::string before = {}; ///< the name in front of that, if one stands there
-        bool holdsOne = false;   ///< a procedure without a name, which runs one of them
-        bool runsOne = false;
-    };
-    static const std::set<std::string_view> kRunning = {"exec",   "for",  "forall", "if",
-                                                        "ifelse", "loop", "repeat", "stopped"};
-    std::vector<Body> bodies(1);
-    const auto endBody = [&] {
-        const bool runsOne = bodies.back().runsOne;
-        bodies.pop_back();
-        Body &around = bodies.back();
-        if (around.name.empty())
-            around.holdsOne = around.holdsOne || runsOne;
-        else if (runsOne)
-            operators.insert(around.name);
-        else
-            operators.erase(around.name);
-    };
+    ProgramReader reader(std::move(operators));
     while (const auto word = words.next()) {
-        if (word->text == "{") {
-            bodies.emplace_back();
-        } else if (word->text == "}") {
-            if (bodies.size() > 1)
-                endBody();
-        } else if (word->text != "bind") {
-            Body &body = bodies.back();
-            if (word->text == "load" && !body.before.empty() && operators.contains(body.name))
-                operators.insert(body.before);
-            body.runsOne = body.runsOne || operators.contains(word->text) ||
-                           (body.holdsOne && kRunning.contains(word->text));
-            if (word->text == "quit") // what it tells instead of the pages
-                body.runsOne = false;
-            body.holdsOne = false;
-            body.before =
-                std::exchange(body.name, word->isLiteralName() ? word->text.substr(1) : "");
-        }
-        if (bodies.front().runsOne)
+        reader.read(*word);
+        if (reader.runsOne())
             return true;
     }
     return false;
