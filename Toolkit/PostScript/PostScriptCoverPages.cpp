@@ -30,6 +30,15 @@ const std::set<std::string> kPaintingOperators = {
     "execform", "show",    "ashow",  "widthshow", "awidthshow", "kshow",
     "xshow",    "yshow",   "xyshow", "glyphshow", "cshow"};
 
+/// What the procedures have to know of them (MarksAhead.ps).
+std::string paintingRequest()
+{
+    std::string text = "/painting [";
+    for (const std::string &name : kPaintingOperators)
+        text += " /" + name;
+    return text + " ] def\n";
+}
+
 /// The PPD's name of a paper source that the toolkit's command line names otherwise.
 std::string sourceInPPD(const std::string &source, const PrinterFeatures &features)
 {
@@ -94,7 +103,7 @@ private:
     DocumentWriter _writer;
     std::string _settings;   ///< to be made where the next side begins
     std::int64_t _sides = 0; ///< written so far
-    bool _mayTakeMarksOff;   ///< what comes next, those that the document makes ahead of its pages
+    bool _mayTakeMarksOff; ///< what comes ahead of a side; those that the document has made before
 };
 
 CoverPagesWriter::CoverPagesWriter(const CoverPages &request, const Job &job)
@@ -150,10 +159,11 @@ void CoverPagesWriter::writeProlog()
 {
     const std::uint64_t procedures = _document.beginOfProcedures();
     _writer.copy({_document.header().end, procedures});
-    std::string procSet(kCoverPagesProcSet);
     if (_mayTakeMarksOff)
-        procSet += kMarksAheadProcSet;
-    _writer.procedures("KLToolkitCoverPages", "", procSet);
+        _writer.procedures("KLToolkitCoverPages", paintingRequest(),
+                           std::string(kCoverPagesProcSet).append(kMarksAheadProcSet));
+    else
+        _writer.procedures("KLToolkitCoverPages", "", kCoverPagesProcSet);
     _writer.proceduresForCutOffPage();
     _writer.copy({procedures, _document.pages().front().begin});
     _writer.callAheadOfPages();
