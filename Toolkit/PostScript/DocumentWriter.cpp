@@ -173,7 +173,9 @@ void DocumentWriter::copyContent(const DSCPage &page, std::span<const std::strin
     const std::string end = fmt::format("{}.{}", kEndOfCutOffPage, _run);
     if (isCutOff)
         call("KLToolkitRunCutOffPage",
-             fmt::format("currentfile 0 ({}) /SubFileDecode filter", end));
+             fmt::format("currentglobal true setglobal currentfile 0 ({}) /SubFileDecode filter "
+                         "exch setglobal",
+                         end));
     std::vector<std::string_view> dropped(keywords.begin(), keywords.end());
     if (_document.hasPartInOnlyPage())
         dropped.insert(dropped.end(), kEndsOfParts.begin(), kEndsOfParts.end());

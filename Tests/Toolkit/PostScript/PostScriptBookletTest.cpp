@@ -1155,7 +1155,6 @@ TEST(PostScriptBookletTest, CutOffDataDoNotHideTheSidesBehindThem)
     }
 }
 
-/// The next command does not take the first side for a comment that has strayed into the setup.
 TEST(PostScriptBookletTest, PagesAheadOfTheFirstCommentHaveSheetsOfTheirOwn)
 {
     PostScriptSample sample = colouredPages(4);
@@ -1182,6 +1181,7 @@ TEST(PostScriptBookletTest, SetupThatBeginsWithinTheProcedureOfAPrologIsNone)
     EXPECT_EQ(colourOf(1), colourAt(sides[0], kRight, kMiddle));
 }
 
+/// The next command does not take the first side for a comment that has strayed into the setup.
 TEST(PostScriptBookletTest, PageThatBeginsWithinTheSetupStaysAPage)
 {
     const std::string text = "%!PS-Adobe-3.0\n%%EndComments\n%%BeginSetup\n%%Page: 1 1\n"

@@ -452,11 +452,16 @@ TEST(PostScriptCoverPagesTest, CoverAroundABookletWithWatermark)
 
 TEST(PostScriptCoverPagesTest, CutOffPageDoesNotSwallowTheBackCover)
 {
-    std::string text = pages(2).text();
-    text.erase(text.find("%%Trailer"));
-    text += "%%Page: 3 3\n(page 3: ) print showpage (open";
-    EXPECT_EQ(page(1) + page(2) + page(3) + kShow + kBack + kOneSide + kShow + kJob + kTwoSides,
-              deviceLog(processed(text, covers(None, NoPrint), queuePPD())));
+    PostScriptSample sample = pages(2);
+    sample.setup = "/level save def\n";
+    for (const std::string begin : {"", "level restore /level save def "}) {
+        std::string text = sample.text();
+        text.erase(text.find("%%Trailer"));
+        text += "%%Page: 3 3\n" + begin + "(page 3: ) print showpage (open";
+        EXPECT_EQ(page(1) + page(2) + page(3) + kShow + kBack + kOneSide + kShow + kJob + kTwoSides,
+                  deviceLog(processed(text, covers(None, NoPrint), queuePPD())))
+            << begin;
+    }
 }
 
 // --- What the document has made of its graphics state -------------------------------------------
