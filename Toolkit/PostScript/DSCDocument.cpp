@@ -98,8 +98,10 @@ private:
     void findHeaderEnd();
     void readDocumentComment(const DSCComment &comment);
     void readPreamble(const DSCComment &comment);
+    void beginProlog(const DSCComment &comment);
     void readBody(const DSCComment &comment);
-    void readFirstPage(const DSCComment &comment);
+    void beginSetup(const DSCComment &comment);
+    void readOpenPart(const DSCComment &comment);
     void readPage(const DSCComment &comment);
     void beginPage(const DSCComment &comment);
     void readTrailer(const DSCComment &comment);
@@ -114,8 +116,9 @@ private:
     Part _part = Part::Preamble;
     std::string_view _inside; ///< what ends the section of the preamble that is being passed
     std::string_view _openPart = "%%EndProlog"; ///< what ends the one ahead of the pages
-    bool _firstPageIsNone = false;              ///< its comment lies in that part
-    std::optional<std::uint64_t> _setupBehindFirstPage;
+    bool _openPartHasBegun = false;             ///< with a comment of its own
+    bool _pagesAreNone = false;                 ///< so far: their comments lie in that part
+    std::optional<std::uint64_t> _setupBehindNone;
     bool _inTrailer = false;
     bool _hasEnded = false; ///< of the document, or of one that is embedded without a word
 };
@@ -187,7 +190,7 @@ void DSCReader::readPreamble(const DSCComment &comment)
         else if (comment.is("%%BeginPreview"))
             _inside = "%%EndPreview";
         else if (comment.is("%%BeginProlog"))
-            _document._beginOfProcedures = comment.end;
+            beginProlog(comment);
         if (!_inside.empty())
             return;
     }
@@ -195,28 +198,40 @@ void DSCReader::readPreamble(const DSCComment &comment)
     readBody(comment);
 }
 
+void DSCReader::beginProlog(const DSCComment &comment)
+{
+    _document._beginOfProcedures = comment.end;
+    _openPartHasBegun = true;
+}
+
 void DSCReader::readBody(const DSCComment &comment)
 {
     if (comment.is("%%EndProlog") || comment.is("%%EndSetup"))
         _openPart = {};
     if (comment.is("%%EndProlog"))
-        _document._beginOfSetup = {}; // in the prolog: it may lie within a procedure
+        _document._beginOfSetup = {}; // it would lie in the prolog, in a procedure perhaps
     else if (comment.is("%%BeginSetup"))
-        _openPart = "%%EndSetup";
-    if (comment.is("%%BeginSetup") && !_document._beginOfSetup)
-        _document._beginOfSetup = comment.end;
+        beginSetup(comment);
     else if (comment.is("%%BeginResource") &&
              comment.value().starts_with("procset " + std::string(DSCDocument::kOurProcSets)))
         ++_document._countOfOurProcSets;
 }
 
+void DSCReader::beginSetup(const DSCComment &comment)
+{
+    _openPart = "%%EndSetup";
+    _openPartHasBegun = true;
+    if (!_document._beginOfSetup)
+        _document._beginOfSetup = comment.end;
+}
+
 void DSCReader::beginPage(const DSCComment &comment)
 {
-    if (_firstPageIsNone && _document._pages.size() == 1) {
+    if (_pagesAreNone) {
         _document._pages.clear();
-        _firstPageIsNone = false;
+        _pagesAreNone = false;
         if (!_document._beginOfSetup)
-            _document._beginOfSetup = _setupBehindFirstPage;
+            _document._beginOfSetup = _setupBehindNone;
     }
     if (!_document._pages.empty())
         _document._pages.back().end = comment.begin;
@@ -227,22 +242,24 @@ void DSCReader::beginPage(const DSCComment &comment)
     _hasEnded = false;
 }
 
-/// Its comment may be one that stands in the prolog or in the setup, if these end only here. But
-/// there may be a document with a prolog of its own in the page.
-void DSCReader::readFirstPage(const DSCComment &comment)
+/// The page comments so far may be some that stand in the prolog or in the setup, if these end only
+/// here. But there may be a document with a prolog of its own in the page: of several pages that is
+/// believed only where that part has begun.
+void DSCReader::readOpenPart(const DSCComment &comment)
 {
+    if (_document._pages.size() > 1 && !_openPartHasBegun)
+        _openPart = {};
     const bool endsPart = !_openPart.empty() && comment.is(_openPart);
-    _firstPageIsNone = _firstPageIsNone || endsPart;
+    _pagesAreNone = _pagesAreNone || endsPart;
     if (endsPart || isOfHeader(comment))
         _openPart = {};
-    else if (_firstPageIsNone && comment.is("%%BeginSetup") && !_setupBehindFirstPage)
-        _setupBehindFirstPage = comment.end;
+    else if (_pagesAreNone && comment.is("%%BeginSetup") && !_setupBehindNone)
+        _setupBehindNone = comment.end;
 }
 
 void DSCReader::readPage(const DSCComment &comment)
 {
-    if (_document._pages.size() == 1)
-        readFirstPage(comment);
+    readOpenPart(comment);
     DSCPage &page = _document._pages.back();
     if (_inTrailer || comment.is("%%Trailer") || comment.is("%%EOF")) {
         readTrailer(comment);
@@ -278,7 +295,7 @@ void DSCReader::finish()
     if (const auto rest = restOfLastPage())
         readTrailerBehind(*rest);
     _document._complete = _inTrailer;
-    _document._hasPartInOnlyPage = _firstPageIsNone && _document._pages.size() == 1;
+    _document._hasPartInOnlyPage = _pagesAreNone && _document._pages.size() == 1;
     _document._missingEndOfData = _scanner.missingEndOfData();
     _document._pages.back().end = _document._trailer;
     _document._namesOperatorDictionary = _scanner.hasSeenWatched();

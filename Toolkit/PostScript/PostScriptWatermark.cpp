@@ -87,9 +87,9 @@ void WatermarkedCopy::goOnTo(std::uint64_t position)
 bool WatermarkedCopy::finish()
 {
     _scanner = nullptr;
-    for (std::size_t number = 1; number <= _areLandscape.size(); ++number)
-        _isRight = _isRight && _areLandscape[number - 1] == _stamp.isLandscape(number);
     _isRight = _isRight && isAsItSeemed();
+    for (std::size_t number = 1; _isRight && number <= _areLandscape.size(); ++number)
+        _isRight = _areLandscape[number - 1] == _stamp.isLandscape(number);
     beginPages();
     if (!_isRight)
         return false;

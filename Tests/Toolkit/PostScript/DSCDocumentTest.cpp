@@ -524,6 +524,24 @@ TEST_F(DSCDocumentTest, PageCommentInThePrologIsNone)
                 ElementsAre("%%Page: 1 1\nb\n", "%%Page: 2 2\n"));
 }
 
+TEST_F(DSCDocumentTest, SeveralPageCommentsInAPrologThatHasBegunAreNone)
+{
+    const std::string begin = "%!PS-Adobe-3.0\n%%EndComments\n";
+    const std::string rest = "/a 1 def\n%%Page: 8 8\n/b 2 def\n%%Page: 9 9\n/c 3 def\n"
+                             "%%EndProlog\n%%BeginSetup\na\n%%EndSetup\n%%Page: 1 1\nb\n";
+    EXPECT_THAT(pages(begin + "%%BeginProlog\n" + rest), ElementsAre("%%Page: 1 1\nb\n"));
+    EXPECT_EQ(3U, pages(begin + rest).size());
+}
+
+TEST_F(DSCDocumentTest, SetupWithinThePrologIsNone)
+{
+    const std::string prolog = "%!PS-Adobe-3.0\n%%EndComments\n%%BeginProlog\n/a {\n%%BeginSetup\n"
+                               "} def\n%%EndProlog\n";
+    EXPECT_FALSE(read(prolog + "%%Page: 1 1\nb\n").beginOfSetup());
+    const std::string setup = prolog + "%%BeginSetup\n";
+    EXPECT_EQ(setup.size(), read(setup + "%%EndSetup\n%%Page: 1 1\nb\n").beginOfSetup());
+}
+
 TEST_F(DSCDocumentTest, SetupBehindAPageCommentInThePrologIsTheDocuments)
 {
     const std::string begin = "%!PS-Adobe-3.0\n%%EndComments\n%%Page: 9 9\n%%EndProlog\n"

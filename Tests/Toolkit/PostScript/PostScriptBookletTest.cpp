@@ -1155,6 +1155,18 @@ TEST(PostScriptBookletTest, CutOffDataDoNotHideTheSidesBehindThem)
     }
 }
 
+TEST(PostScriptBookletTest, SetupThatTakesTheDeviceBackHasTheSheetsAllTheSame)
+{
+    PostScriptSample sample = colouredPages(4);
+    sample.setup += "showpage grestore\n";
+    Booklet request = booklet();
+    request.pageSize = "A3"; // no printer's own
+    const auto sides = rendered(processed(sample.text(), request)).pages;
+    ASSERT_EQ(4U, sides.size()); // two of them ahead
+    EXPECT_NEAR(kSheetHeight, sides[2].width(), 2);
+    EXPECT_EQ(colourOf(1), colourAt(sides[2], 2 * kSheetWidth * 3 / 4, kSheetHeight / 2));
+}
+
 TEST(PostScriptBookletTest, PagesAheadOfTheFirstCommentHaveSheetsOfTheirOwn)
 {
     PostScriptSample sample = colouredPages(4);
