@@ -4,7 +4,6 @@
 #include "TemporaryFolder.h"
 
 #include <algorithm>
-#include <iterator>
 #include <map>
 #include <optional>
 #include <sstream>
@@ -61,20 +60,27 @@ std::vector<std::string> popplerArguments(const std::string &path, const std::st
             path,       pages};
 }
 
-/// @param arguments  of a renderer that leaves a pixmap of each page in the folder, in order
 /// Renderers give memory back and ask for it again all the time, which takes the system a third of
 /// what they take themselves.
 const std::map<std::string, std::optional<std::string>> kMemoryThatIsKept = {
     {"MALLOC_TRIM_THRESHOLD_", "1000000000"}, {"MALLOC_TOP_PAD_", "16000000"}};
 
+ProgramResult runRenderer(const std::vector<std::string> &arguments,
+                          const RenderingOptions &options)
+{
+    ProgramResult result = runProgram(
+        {.arguments = arguments, .environment = kMemoryThatIsKept, .timeLimit = options.timeLimit});
+    if (result.exitStatus != 0)
+        throw std::runtime_error(arguments.front() + " failed: " + result.output + result.errors);
+    return result;
+}
+
+/// @param arguments  of a renderer that leaves a pixmap of each page in the folder, in order
 Rendering renderInto(const TemporaryFolder &folder, const std::vector<std::string> &arguments,
                      const RenderingOptions &options)
 {
-    const ProgramResult result = runProgram(
-        {.arguments = arguments, .environment = kMemoryThatIsKept, .timeLimit = options.timeLimit});
+    const ProgramResult result = runRenderer(arguments, options);
     Rendering rendering = {{}, result.output + result.errors};
-    if (result.exitStatus != 0)
-        throw std::runtime_error(arguments.front() + " failed: " + rendering.log);
     for (const std::string &page : folder.names())
         rendering.pages.emplace_back(readFile(folder.file(page)), options.resolution);
     return rendering;
@@ -227,8 +233,11 @@ Rendering renderText(std::string_view document, const RenderingOptions &options)
 
 namespace {
 
-/// Runs a file and tells how many pages have been shown by its end.
-constexpr char kRunner[] = "/Support.run { save /Support.level exch def\n"
+/// Runs a file and tells how many pages have been shown by its end. Each request to the device
+/// would look for the screen, of which this one has no need, in all folders.
+constexpr char kRunner[] = "/Default << /HalftoneType 1 /Frequency 60 /Angle 45\n"
+                           "/SpotFunction { pop } >> /Halftone defineresource pop\n"
+                           "/Support.run { save /Support.level exch def\n"
                            "{ run } stopped { (error: ) print $error /errorname get = } if\n"
                            "clear cleardictstack Support.level restore\n"
                            "(Support.pages ) print currentpagedevice /PageCount get = } bind def\n";
@@ -246,6 +255,20 @@ std::pair<std::string, std::size_t> takeLog(std::string_view &text)
     return log;
 }
 
+/// The first of some pixmaps that stand one behind the other; it is taken off them.
+std::string_view takePixmap(std::string_view &pixmaps)
+{
+    std::istringstream header{std::string(pixmaps.substr(0, 256))};
+    headerWord(header); // the kind
+    const std::size_t columns = std::stoul(headerWord(header));
+    const std::size_t rows = std::stoul(headerWord(header));
+    headerWord(header); // the largest value
+    const std::string_view pixmap =
+        pixmaps.substr(0, static_cast<std::size_t>(header.tellg()) + 1 + 3 * columns * rows);
+    pixmaps.remove_prefix(pixmap.size());
+    return pixmap;
+}
+
 } // namespace
 
 std::vector<Rendering> renderEach(const std::vector<std::string> &documents,
@@ -258,17 +281,22 @@ std::vector<Rendering> renderEach(const std::vector<std::string> &documents,
         runs += "(" + path + ") Support.run\n";
     }
     RenderingOptions reading = options;
-    reading.arguments.push_back("--permit-file-read=" + folder.path() + "/*");
-    Rendering all = renderText(runs, reading);
+    reading.arguments.insert(reading.arguments.end(),
+                             {"--permit-file-read=" + folder.path() + "/*", "-sstdout=%stderr"});
+    // All pages come through one pipe: a file for each takes longer than what is on it.
+    const ProgramResult result =
+        runRenderer(ghostscriptArguments(folder.write("runs", runs), "-", reading), options);
 
     std::vector<Rendering> renderings;
-    std::string_view text = all.log;
-    auto page = all.pages.begin();
+    std::string_view text = result.errors;
+    std::string_view pixmaps = result.output;
+    std::size_t shown = 0;
     for (std::size_t index = 0; index < documents.size(); ++index) {
         const auto [log, count] = takeLog(text);
-        const auto end = all.pages.begin() + static_cast<std::ptrdiff_t>(count);
-        renderings.push_back({{std::move_iterator(page), std::move_iterator(end)}, log});
-        page = end;
+        std::vector<RenderedPage> pages;
+        for (; shown < count; ++shown)
+            pages.emplace_back(takePixmap(pixmaps), options.resolution);
+        renderings.push_back({std::move(pages), log});
     }
     return renderings;
 }
