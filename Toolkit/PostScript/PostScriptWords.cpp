@@ -70,7 +70,7 @@ void ProgramReader::endBody()
         around.holdsOne = around.holdsOne || runsOne;
     else if (runsOne)
         _operators.insert(around.name);
-    else
+    else if (_bodies.size() == 1) // else whoever calls the procedure around makes it so
         _operators.erase(around.name);
 }
 

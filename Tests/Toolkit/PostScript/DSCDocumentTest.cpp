@@ -620,7 +620,7 @@ TEST_F(DSCDocumentAheadTest, WordsThatShowAPage)
     for (const auto *prolog :
          {"showpage", "copypage", "/ep { gsave showpage grestore } bind def\nep",
           "/ep{showpage}def/eq{ep}def eq", "/ep /showpage load def/eq{ep}def eq",
-          "/x where { pop } { showpage } ifelse",
+          "/x where { pop } { showpage } ifelse", "/embed { /showpage { } def } def showpage",
           "/ep { x { { showpage } exec } if } def 3 { ep } bind repeat", "(\\)) <7d> showpage",
           "% {\n<< /a { } >> showpage", "currentfile eexec\n{(</cleartomark showpage",
           "%%BeginBinary: 3\n{(<\n%%EndBinary\nshowpage"})
