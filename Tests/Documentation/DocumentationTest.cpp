@@ -10,6 +10,7 @@
 #include <regex>
 #include <set>
 #include <string>
+#include <vector>
 
 using Support::readFile;
 
@@ -153,16 +154,27 @@ TEST(DocumentationTest, FieldTableListsExactlyWhatFeedsAKeyInTheSample)
     EXPECT_EQ(fieldsOfTheSample(), documented);
 }
 
+/// What stands between the text and the next of some signs, each time that it does. Regular
+/// expressions cost seconds here, one for each option of a PPD.
+std::vector<std::string> between(const std::string &ppd, const std::string &before,
+                                 const char *signs)
+{
+    std::vector<std::string> found;
+    for (auto at = ppd.find(before); at != std::string::npos; at = ppd.find(before, at + 1)) {
+        const auto begin = at + before.size();
+        found.push_back(ppd.substr(begin, ppd.find_first_of(signs, begin) - begin));
+    }
+    return found;
+}
+
 /// The choices of an option, its default first: "`True`, `False`".
 std::string choicesOf(const std::string &ppd, const std::string &option)
 {
-    Keys first;
-    collect(first, ppd, "\n\\*Default" + option + ": (\\S+)");
-    std::string choices = "`" + *first.begin() + "`";
-    const std::regex line("\n\\*" + option + " ([^/:]+)[/:]");
-    for (std::sregex_iterator match(ppd.begin(), ppd.end(), line), end; match != end; ++match)
-        if (!first.contains(match->str(1)))
-            choices += ", `" + match->str(1) + "`";
+    const std::string first = between(ppd, "\n*Default" + option + ": ", " \r\n").at(0);
+    std::string choices = "`" + first + "`";
+    for (const std::string &choice : between(ppd, "\n*" + option + " ", "/:"))
+        if (choice != first)
+            choices += ", `" + choice + "`";
     return choices;
 }
 
