@@ -55,7 +55,8 @@ constexpr char kUnreadable[] = "not all of its objects can be read";
 constexpr char kLostPages[] = "not all of its pages are there";
 
 /// The library walks the page tree by recursion, so a tree without end must not get there. From 12
-/// on it leaves out the pages that are not there, and says so on standard error.
+/// on it leaves out the pages that are not there, without a warning in a document that it need not
+/// put together.
 void refuseDeepOrTornPageTree(QPDFObjectHandle root)
 {
     std::vector<std::pair<QPDFObjectHandle, int>> pending = {{std::move(root), 0}};
@@ -98,6 +99,18 @@ bool lacksContents(QPDFObjectHandle page)
     return value.isArray() ? std::ranges::any_of(value.getArrayAsVector(), isLost) : isLost(value);
 }
 
+/// Whether the library has put a document together and left pages out of its tree that are not
+/// there, as it does from 12 on. All that is left of them then is a warning.
+bool hasLeftPagesOut(QPDF &document)
+{
+    const std::vector<QPDFExc> warnings = document.getWarnings();
+    for (const QPDFExc &warning : warnings)
+        document.warn(warning); // or it would have none any more
+    return std::ranges::any_of(warnings, [](const QPDFExc &warning) {
+        return warning.getMessageDetail().starts_with("Pages tree includes non-dictionary object");
+    });
+}
+
 /// A damaged document would lose in silence what is not found. In a sound one a contents reference
 /// may lead nowhere, and the page is blank.
 void refuseLosses(QPDF &document, const std::vector<QPDFObjectHandle> &pages)
@@ -107,7 +120,7 @@ void refuseLosses(QPDF &document, const std::vector<QPDFObjectHandle> &pages)
         count.isInteger() && count.getIntValue() > static_cast<long long>(pages.size());
     // The library notices damage only while it looks for the contents.
     const bool isIncomplete = std::ranges::any_of(pages, lacksContents) || lacksPages;
-    if (isIncomplete && document.anyWarnings())
+    if (hasLeftPagesOut(document) || (isIncomplete && document.anyWarnings()))
         throw damaged(kLostPages);
 }
 

@@ -771,13 +771,13 @@ TEST_F(LDAPDirectoryServiceHostileTest, AttributeOfTwoMegabytesIsNotTakenIn)
 
 TEST_F(LDAPDirectoryServiceHostileTest, DomainOfTwoMegabytesIsNotTakenIn)
 {
-    const ScriptedServer server(decentBut([](const LDAPRequest &request) {
-        return request.mentions("associatedDomain")
-                   ? std::optional(
-                         Support::ldapEntry(request.id, kScriptedContext,
-                                            {{"associatedDomain", {std::string(2'000'000, 'x')}}}))
-                   : std::nullopt;
-    }));
+    const ScriptedServer server(
+        decentBut([](const LDAPRequest &request) -> std::optional<std::string> {
+            if (!request.mentions("associatedDomain"))
+                return std::nullopt;
+            return Support::ldapEntry(request.id, kScriptedContext,
+                                      {{"associatedDomain", {std::string(2'000'000, 'x')}}});
+        }));
     const Answer answer = askScripted(server);
     EXPECT_EQ(1U, answer.records);
     EXPECT_EQ("", answer.openError);

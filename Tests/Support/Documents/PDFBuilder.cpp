@@ -38,7 +38,7 @@ std::string PDFBuilder::document(std::string_view pagesEntries,
     std::string bytes = "%PDF-1.4\n";
     std::string table = "0000000000 65535 f \n";
     for (std::size_t i = 0; i < objects.size(); ++i) {
-        char entry[21];
+        char entry[32];
         std::snprintf(entry, sizeof entry, "%010zu 00000 n \n", bytes.size());
         table += entry;
         bytes += std::to_string(i + 1) + " 0 obj\n" + objects[i] + "\nendobj\n";
