@@ -1167,6 +1167,20 @@ TEST(PostScriptBookletTest, SetupThatTakesTheDeviceBackHasTheSheetsAllTheSame)
     EXPECT_EQ(colourOf(1), colourAt(sides[2], 2 * kSheetWidth * 3 / 4, kSheetHeight / 2));
 }
 
+TEST(PostScriptBookletTest, MarksAheadOfTheFirstCommentAreOnTheFirstSide)
+{
+    PostScriptSample sample;
+    sample.setup += "0 0 1 setrgbcolor 20 200 90 90 rectfill\n";
+    sample.pages.assign(4, "showpage\n");
+    const auto sides = rendered(processed(sample.text(), booklet())).pages;
+    ASSERT_EQ(2U, sides.size());
+    const auto marks = sides[0].boxOf(kBlue);
+    ASSERT_TRUE(marks); // as large as they are
+    EXPECT_NEAR(20, marks->left, 2);
+    EXPECT_NEAR(290, marks->top, 2);
+    EXPECT_EQ(0, sides[1].coverage());
+}
+
 TEST(PostScriptBookletTest, PagesAheadOfTheFirstCommentHaveSheetsOfTheirOwn)
 {
     PostScriptSample sample = colouredPages(4);
