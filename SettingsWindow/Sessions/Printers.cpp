@@ -2,6 +2,7 @@
 #include "inBackground.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 using Model::Queue;

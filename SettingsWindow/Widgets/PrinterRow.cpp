@@ -12,6 +12,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 using Model::Queue;
@@ -151,8 +152,7 @@ void PrinterRow::showPrinters(const std::vector<Queue> &queues,
 void PrinterRow::takeEntries(const std::vector<Queue> &queues)
 {
     std::vector<Model::QueueId> ids;
-    for (const Queue &queue : queues)
-        ids.push_back(queue.id());
+    std::ranges::transform(queues, std::back_inserter(ids), &Queue::id);
     // A list that stays as it is is left alone: somebody may just be choosing from it.
     if (std::exchange(_ids, ids) != ids) {
         _printers->clear();
