@@ -222,10 +222,26 @@ void limitMemory()
     rlim_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages;
     const rlim_t limit = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + kMore;
-    const rlimit limits = {limit, limit};
+    rlimit limits = {};
+    getrlimit(RLIMIT_AS, &limits);
+    limits.rlim_cur = limit;
     if (pages == 0 || setrlimit(RLIMIT_AS, &limits) != 0)
         _exit(2);
 }
+
+} // namespace
+
+/// A sanitizer calls this before it says that memory has ended. That takes memory, too: without
+/// any, it may wait for itself.
+extern "C" void __asan_on_error()
+{
+    rlimit limits = {};
+    getrlimit(RLIMIT_AS, &limits);
+    limits.rlim_cur = limits.rlim_max;
+    setrlimit(RLIMIT_AS, &limits);
+}
+
+namespace {
 
 /// Generates the watermark under a memory limit and ends the process: with 0 when the generator
 /// came back, with 1 and a word about it when memory ended first. (A sanitizer ends the process
@@ -233,7 +249,9 @@ void limitMemory()
 [[noreturn]] void generateWithLittleMemory(const KLPrintOptions &options)
 {
     limitMemory();
-    alarm(60);
+    constexpr rlimit kSeconds = {60, 60}; // of processor time: the machine may be busy
+    if (setrlimit(RLIMIT_CPU, &kSeconds) != 0)
+        _exit(2);
     try {
         options.generageWatermarkCode();
     } catch (const std::bad_alloc &) {
