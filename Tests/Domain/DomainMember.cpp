@@ -89,5 +89,6 @@ std::string ldapSSSDConfiguration(const std::string &uri, const std::string &bas
 {
     return "[sssd]\nservices = nss\ndomains = office\n[domain/office]\nid_provider = ldap\n"
            "ldap_uri = " +
-           uri + "\nldap_search_base = " + base + "\ncase_sensitive = false\n";
+           uri + "\nldap_search_base = " + base +
+           "\ncase_sensitive = false\nldap_id_use_start_tls = false\n"; // or SSSD 2.10 asks for it
 }
