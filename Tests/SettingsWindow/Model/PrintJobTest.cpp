@@ -227,7 +227,8 @@ TEST_F(PrintJobTest, KeptSettingsOutliveLpoptionsAndItsOwnAreRead)
     const KeptSettings kept(folder.file(".cups/lpoptions"));
     kept.keep("office", {"", {{"KLWatermarkText", "Custom.Top secret, it's \"x\" \\"}}});
     kept.keep("office", {"a", {{"Duplex", "DuplexTumble"}}});
-    // Root's would go to /etc/cups since CUPS 2.4.10 at the latest: lpoptions sees a user without name.
+    // Root's would go to /etc/cups since CUPS 2.4.10 at the latest: lpoptions sees a user without
+    // name.
     runAtHome(folder.path(),
               {"unshare", "--user", "lpoptions", "-p", "office", "-o", "number-up=2"});
     std::optional<Words> whyNot;

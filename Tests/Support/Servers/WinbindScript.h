@@ -14,8 +14,9 @@ namespace Support::WinbindScript {
 
 inline constexpr std::size_t kAnswerSize = 4008;
 
-/// What the daemon calls its language in its greeting: 32 or, of newer Samba, 33. The client library
-/// listens to no other than its own; which that is, is tried out once, at the daemon's socket.
+/// What the daemon calls its language in its greeting: 32 or, of newer Samba, 33. The client
+/// library listens to no other than its own; which that is, is tried out once, at the daemon's
+/// socket.
 std::uint32_t protocol();
 
 enum Command : std::uint32_t {
