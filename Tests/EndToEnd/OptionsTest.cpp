@@ -264,6 +264,7 @@ TEST_F(OptionsTest, WatermarkPlace)
 
 TEST_F(OptionsTest, WatermarkPlaceholders)
 {
+    KL_NEEDS_VALUES_WITH_BLANKS();
     const std::pair<const char *, const char *> kTexts[] = {
         {"[title]", "sample.ps"},
         {"[title][page]", "sample.ps[page]"},

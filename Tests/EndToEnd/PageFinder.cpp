@@ -79,7 +79,14 @@ std::size_t PageFinder::numberOf(const PageLook &look) const
 {
     if (look.none())
         return 0;
-    const auto distance = [&](const PageLook &page) { return (page ^ look).count(); };
+    // A chain may have set the page anew, a pixel beside where it was.
+    const auto distance = [&](const PageLook &page) {
+        std::size_t least = (page ^ look).count();
+        for (const std::size_t shift : {std::size_t{1}, kColumns - 1, kColumns, kColumns + 1})
+            least = std::min(
+                {least, (page ^ (look << shift)).count(), (page ^ (look >> shift)).count()});
+        return least;
+    };
     const auto best = std::ranges::min_element(_looks, {}, distance);
     return static_cast<std::size_t>(best - _looks.begin()) + 1;
 }
