@@ -21,16 +21,23 @@ bool tellsOfDamage(const QPDFExc &warning)
 /// not, and says so on standard error.
 bool hasEveryPage(QPDF &document)
 {
-    std::set<QPDFObjGen> seen; // a tree that goes in circles is the library's to find
+    // A tree that goes in circles is the library's to find; it does so by way of one of these, for
+    // what stands in its place is as long as the document.
+    std::set<QPDFObjGen> seen;
+    const auto isKnown = [&seen](QPDFObjectHandle &object) {
+        return object.isIndirect() && !seen.insert(object.getObjGen()).second;
+    };
     std::vector<QPDFObjectHandle> nodes = {document.getRoot().getKey("/Pages")};
     while (!nodes.empty()) {
         QPDFObjectHandle node = nodes.back();
         nodes.pop_back();
         if (!node.isDictionary())
             return false;
-        if (node.isIndirect() && !seen.insert(node.getObjGen()).second)
+        if (isKnown(node))
             continue;
         QPDFObjectHandle kids = node.getKey("/Kids");
+        if (isKnown(kids))
+            continue;
         for (int index = 0; kids.isArray() && index < kids.getArrayNItems(); ++index)
             nodes.push_back(kids.getArrayItem(index));
     }

@@ -83,4 +83,15 @@ TEST(PDFPageCountTest, PageTreeThatGoesInCirclesIsNotCounted)
     EXPECT_EQ(std::nullopt, pagesOfPDFWithModule(pdf));
 }
 
+TEST(PDFPageCountTest, PageTreeThatGoesInCirclesByItsArraysIsNotCounted)
+{
+    std::string pdf = document(1);
+    pdf.replace(pdf.find("/Kids [ 3 0 R ]"), 15, "/Kids   3 0 R  ");
+    const std::size_t object = pdf.find("3 0 obj\n") + 8;
+    std::string circle = "[ << /Kids 3 0 R >> << /Kids 3 0 R >> ]";
+    circle.resize(pdf.find("endobj", object) - object, ' '); // all else stays where it is
+    pdf.replace(object, circle.size(), circle);
+    EXPECT_THROW(pagesOfPDF(pdf), std::exception);
+}
+
 } // namespace
