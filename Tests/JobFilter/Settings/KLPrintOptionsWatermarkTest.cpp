@@ -249,9 +249,11 @@ namespace {
 [[noreturn]] void generateWithLittleMemory(const KLPrintOptions &options)
 {
     limitMemory();
-    constexpr rlimit kSeconds = {60, 60}; // of processor time: the machine may be busy
-    if (setrlimit(RLIMIT_CPU, &kSeconds) != 0)
+    constexpr rlim_t kSeconds = 60; // of processor time: the machine may be busy
+    const rlimit limits = {kSeconds, kSeconds};
+    if (setrlimit(RLIMIT_CPU, &limits) != 0)
         _exit(2);
+    alarm(5 * kSeconds); // for what waits
     try {
         options.generageWatermarkCode();
     } catch (const std::bad_alloc &) {

@@ -9,6 +9,10 @@
 
 #include <gmock/gmock.h>
 
+#include <string>
+#include <unistd.h>
+#include <vector>
+
 using Model::inEnglish;
 using Model::JobStatus;
 using Model::KeptSettings;
@@ -227,10 +231,17 @@ TEST_F(PrintJobTest, KeptSettingsOutliveLpoptionsAndItsOwnAreRead)
     const KeptSettings kept(folder.file(".cups/lpoptions"));
     kept.keep("office", {"", {{"KLWatermarkText", "Custom.Top secret, it's \"x\" \\"}}});
     kept.keep("office", {"a", {{"Duplex", "DuplexTumble"}}});
-    // Root's would go to /etc/cups since CUPS 2.4.10 at the latest: lpoptions sees a user without
-    // name.
-    runAtHome(folder.path(),
-              {"unshare", "--user", "lpoptions", "-p", "office", "-o", "number-up=2"});
+    std::vector<std::string> command = {"lpoptions", "-p", "office", "-o", "number-up=2"};
+    if (getuid() == 0) {
+        // Root's would go to /etc/cups since CUPS 2.4.10 at the latest.
+        constexpr uid_t kSomebody = 65534;
+        for (const char *name : {"", ".cups", ".cups/lpoptions"})
+            ASSERT_EQ(0, chown(folder.file(name).c_str(), kSomebody, kSomebody));
+        const std::vector<std::string> asSomebody = {"setpriv", "--reuid",
+                                                     std::to_string(kSomebody), "--clear-groups"};
+        command.insert(command.begin(), asSomebody.begin(), asSomebody.end());
+    }
+    runAtHome(folder.path(), command);
     std::optional<Words> whyNot;
     const auto sets = kept.setsOf("office", &whyNot);
     ASSERT_EQ(2U, sets.size());

@@ -1,5 +1,6 @@
 #include "PDFInput.h"
 
+#include "LibqpdfVersion.h"
 #include "Program.h"
 #include "ToolkitError.h"
 #include "ToolkitPDF.h"
@@ -94,7 +95,9 @@ TEST_P(PDFInputTest, AChangeThatBrokeOffIsNoJunk)
     const std::string change = "99 0 obj\n<< /Type /Page >>\nendobj\n";
     const std::string result = booklet(_sound + change + std::string(2000, '\n'));
     // The library finds that nothing leads to it; before version 12, only where objects are plain.
-    if (!isPacked() || !result.starts_with("The PDF document is damaged: ")) {
+    if (isPacked() && Support::libqpdfIsBefore(12)) {
+        EXPECT_THAT(result, HasSubstr("is damaged"));
+    } else {
         EXPECT_TRUE(_booklet == result) << result.substr(0, 100);
     }
 }
@@ -104,14 +107,17 @@ TEST_P(PDFInputTest, AChangeThatBrokeOffIsNoJunk)
 // them.
 TEST_P(PDFInputTest, WhatStaysRefusedSaysWhatIsWrongAndWhatToTry)
 {
-    EXPECT_THAT(
-        booklet(_sound.substr(0, _sound.size() / 2)),
-        AnyOf("The PDF document is damaged: the table of its objects, at its end, is missing "
-              "or wrong; open it and print it to a new PDF.",
-              "The PDF document is damaged: not all parts of its pages are there; open it "
-              "and print it to a new PDF.",
-              "The PDF document is damaged: not all of its pages are there; open it and "
-              "print it to a new PDF."));
+    const std::string words = booklet(_sound.substr(0, _sound.size() / 2));
+    constexpr char kLacksTable[] = "The PDF document is damaged: the table of its objects, at its "
+                                   "end, is missing or wrong; open it and print it to a new PDF.";
+    if (isPacked() || Support::libqpdfIsBefore(12)) {
+        EXPECT_EQ(kLacksTable, words);
+    } else {
+        EXPECT_THAT(words, AnyOf("The PDF document is damaged: not all parts of its pages are "
+                                 "there; open it and print it to a new PDF.",
+                                 "The PDF document is damaged: not all of its pages are there; "
+                                 "open it and print it to a new PDF."));
+    }
 }
 
 // The library mends it where objects are plain, from version 12 on in any document.
@@ -120,7 +126,9 @@ TEST_P(PDFInputTest, ATableThatIsElsewhereIsFoundOrMissed)
     std::string document = kLine + _sound;
     document.replace(document.rfind("startxref\n") + 10, 1, "9");
     const std::string result = booklet(document);
-    if (!isPacked() || !result.ends_with("; open it and print it to a new PDF.")) {
+    if (isPacked() && Support::libqpdfIsBefore(12)) {
+        EXPECT_THAT(result, HasSubstr("; open it and print it to a new PDF."));
+    } else {
         EXPECT_TRUE(_booklet == result) << result.substr(0, 100);
     }
 }
