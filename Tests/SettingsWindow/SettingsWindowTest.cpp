@@ -12,11 +12,15 @@
 #include "Widgets/OffscreenApplication.h"
 
 #include <QAbstractButton>
+#include <QAction>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDropEvent>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QProcess>
@@ -79,9 +83,9 @@ public:
 
 /// A PPD of the sample driver, without questions to the printer's SNMP agent, of which ours has
 /// none.
-std::string quietPPD()
+std::string quietPPD(const char *ppd = KL_SAMPLE_PDF_PPD)
 {
-    return Support::readFile(KL_SAMPLE_PDF_PPD) + "*cupsSNMPSupplies: False\n";
+    return Support::readFile(ppd) + "*cupsSNMPSupplies: False\n";
 }
 
 /// The window, on a scheduler, a printer and a home of the test's own.
@@ -99,10 +103,10 @@ protected:
             removeQueue(*_queues.begin());
     }
 
-    /// A queue with the PPD of the sample driver, which lasts as long as the test.
-    void addQueue(const std::string &name)
+    /// A queue with a PPD of the sample driver, which lasts as long as the test.
+    void addQueue(const std::string &name, const char *ppd = KL_SAMPLE_PDF_PPD)
     {
-        const std::string copy = folder.write(name + ".ppd", quietPPD());
+        const std::string copy = folder.write(name + ".ppd", quietPPD(ppd));
         scheduler().addQueue(name, copy, printer().deviceURI(), {"-D", "The test's printer"});
         _queues.insert(name);
     }
@@ -161,11 +165,16 @@ protected:
         return window.findChild<PrinterRow *>()->findChildren<QComboBox *>().front();
     }
 
-    static QStringList printersIn(const MainWindow &window)
+    static QComboBox *sets(const MainWindow &window)
+    {
+        return window.findChild<PrinterRow *>()->findChildren<QComboBox *>().back();
+    }
+
+    static QStringList entriesOf(const QComboBox &list)
     {
         QStringList labels;
-        for (int index = 0; index < printers(window)->count(); ++index)
-            labels << printers(window)->itemText(index);
+        for (int index = 0; index < list.count(); ++index)
+            labels << list.itemText(index);
         return labels;
     }
 
@@ -197,6 +206,15 @@ protected:
         throw std::runtime_error("no button " + words.toStdString());
     }
 
+    /// One that has a picture in the place of words.
+    static QAbstractButton *buttonNamed(const QWidget &window, const QString &name)
+    {
+        for (auto *each : window.findChildren<QAbstractButton *>())
+            if (each->accessibleName() == name)
+                return each;
+        throw std::runtime_error("no button " + name.toStdString());
+    }
+
     /// What stands in the window, label by label.
     static QStringList wordsIn(const QWidget &window)
     {
@@ -212,10 +230,10 @@ protected:
         return !wordsIn(window).filter(words).isEmpty();
     }
 
-    /// Presses a button, then works the dialog that it opens.
+    /// Does what opens a dialog, then works the dialog.
     template <class Dialog>
-    static void pressAndAnswer(const QWidget &window, const QString &words,
-                               const std::function<void(Dialog &)> &answer)
+    static void openAndAnswer(const std::function<void()> &open,
+                              const std::function<void(Dialog &)> &answer)
     {
         QTimer::singleShot(0, [&] {
             auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget());
@@ -223,7 +241,45 @@ protected:
                 FAIL() << "no dialog opened";
             answer(*dialog);
         });
-        button(window, words)->click();
+        open();
+    }
+
+    template <class Dialog>
+    static void pressAndAnswer(const QWidget &window, const QString &words,
+                               const std::function<void(Dialog &)> &answer)
+    {
+        openAndAnswer<Dialog>([&] { button(window, words)->click(); }, answer);
+    }
+
+    /// What the menu "More" has.
+    static QAction *entry(const MainWindow &window, const QString &words)
+    {
+        for (QAction *each : window.findChild<QMenu *>()->actions())
+            if (each->text().remove('&') == words)
+                return each;
+        throw std::runtime_error("no entry " + words.toStdString());
+    }
+
+    static void renameSet(const MainWindow &window, const QString &name)
+    {
+        openAndAnswer<QInputDialog>([&] { entry(window, "Rename This Set…")->trigger(); },
+                                    [&](QInputDialog &dialog) {
+                                        dialog.findChild<QLineEdit *>()->clear();
+                                        QTest::keyClicks(dialog.findChild<QLineEdit *>(), name);
+                                        QTest::keyClick(&dialog, Qt::Key_Return);
+                                    });
+    }
+
+    /// @return what is asked before
+    static QString removeSet(const MainWindow &window, QMessageBox::StandardButton answer)
+    {
+        QString question;
+        openAndAnswer<QMessageBox>([&] { entry(window, "Remove This Set…")->trigger(); },
+                                   [&](QMessageBox &box) {
+                                       question = box.text();
+                                       box.button(answer)->click();
+                                   });
+        return question;
     }
 
     static void keepAs(const MainWindow &window, const QString &name)
@@ -361,6 +417,52 @@ TEST_F(SettingsWindowTest, ASetSaysWhatIsOtherwiseInTheDefaults)
     EXPECT_EQ(typed(*window, "KLDepartmentCode"), "0815");
 }
 
+TEST_F(SettingsWindowTest, ASetIsRenamedAndItsSettingsStay)
+{
+    addQueue("office");
+    const auto window = openWindow(setup());
+    EXPECT_FALSE(entry(*window, "Rename This Set…")->isEnabled()) << "there is no set";
+    type(*window, "KLDepartmentCode", "0815");
+    keepAs(*window, "board");
+    keepAs(*window, "council");
+    ASSERT_TRUE(comesTrue([&] { return sets(*window)->currentText() == "council"; }));
+
+    renameSet(*window, "board");
+    EXPECT_TRUE(
+        comesTrue([&] { return says(*window, "There are settings of the name board already"); }));
+    renameSet(*window, "parish");
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "council is now parish."); }));
+    EXPECT_TRUE(comesTrue([&] { return sets(*window)->currentText() == "parish"; }));
+    EXPECT_EQ(entriesOf(*sets(*window)),
+              QStringList({"The printer's own settings", "board", "parish"}));
+    EXPECT_THAT(Support::readFile(keptFile()),
+                AllOf(HasSubstr("Dest office/parish KLDepartmentCode=Custom.0815"),
+                      HasSubstr("Dest office/board "), Not(HasSubstr("council"))));
+}
+
+TEST_F(SettingsWindowTest, ASetIsRemovedOnlyWhenThatIsMeantAndLeavesTheScreenAlone)
+{
+    addQueue("office");
+    const auto window = openWindow(setup());
+    EXPECT_FALSE(entry(*window, "Remove This Set…")->isEnabled()) << "there is no set";
+    type(*window, "KLDepartmentCode", "0815");
+    keepAs(*window, "board");
+    keepAs(*window, "council");
+    ASSERT_TRUE(comesTrue([&] { return sets(*window)->currentText() == "council"; }));
+
+    EXPECT_EQ(removeSet(*window, QMessageBox::No), "Remove the set council?");
+    EXPECT_THAT(Support::readFile(keptFile()), HasSubstr("Dest office/council "));
+    removeSet(*window, QMessageBox::Yes);
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "Removed."); }));
+    EXPECT_TRUE(comesTrue([&] { return sets(*window)->count() == 2; }));
+    EXPECT_EQ(entriesOf(*sets(*window)), QStringList({"The printer's own settings", "board"}));
+    EXPECT_EQ(sets(*window)->currentIndex(), 0);
+    EXPECT_EQ(typed(*window, "KLDepartmentCode"), "0815");
+    EXPECT_FALSE(entry(*window, "Remove This Set…")->isEnabled());
+    EXPECT_THAT(Support::readFile(keptFile()),
+                AllOf(HasSubstr("Dest office/board "), Not(HasSubstr("council"))));
+}
+
 TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByAScreenReader)
 {
     addQueue("office");
@@ -455,8 +557,7 @@ TEST_F(SettingsWindowTest, OnePressOfPrintNowIsOneJobWhateverIsDoneMeanwhile)
     const auto *print = button(*window, "Print Now");
     button(*window, "Print Now")->click();
     EXPECT_FALSE(print->isEnabled());
-    auto *sets = window->findChild<PrinterRow *>()->findChildren<QComboBox *>().back();
-    emit sets->activated(0); // the printer's own settings
+    emit sets(*window)->activated(0); // the printer's own settings
     EXPECT_FALSE(print->isEnabled()) << "the job is still on its way";
     EXPECT_TRUE(comesTrue([&] { return print->isEnabled(); }));
     EXPECT_TRUE(comesTrue([&] { return says(*window, "The printer has it"); }));
@@ -530,6 +631,25 @@ TEST_F(SettingsWindowTest, ABookletIsSeenAndASheetTurnedOver)
     EXPECT_FALSE(button(*window, "Print Now")->isEnabled()) << "there is no document to print";
 }
 
+/// PostScript has codes for trays, so that a cover need not come from that of the job.
+TEST_F(SettingsWindowTest, ACoverSaysWhichTrayItComesFrom)
+{
+    addQueue("office", KL_SAMPLE_PPD);
+    auto sample = setup();
+    sample.document.clear();
+    const auto window = openWindow(sample);
+    choose(*window, "Duplex", "DuplexNoTumble");
+    choose(*window, "InputSlot", "Tray1");
+    window->findChild<FieldEditor *>("UseFrontCover")->findChild<QCheckBox *>()->click();
+    choose(*window, "FrontCoverPrintStyle", "Print");
+    choose(*window, "FrontCoverSource", "SheetFeedBypass");
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "Front cover, front · from Bypass Tray"); }));
+    button(*window, "Turn Over")->click();
+    EXPECT_TRUE(says(*window, "Front cover, back · from Bypass Tray"));
+    buttonNamed(*window, "Next sheet")->click();
+    EXPECT_TRUE(says(*window, "Sheet 2, back · from Tray 1"));
+}
+
 /// The printers of two servers, one of which may stop.
 TEST_F(SettingsWindowTest, PrintersOfTwoServersAreOneListAndStayApart)
 {
@@ -542,8 +662,9 @@ TEST_F(SettingsWindowTest, PrintersOfTwoServersAreOneListAndStayApart)
     const auto window = openWindow(both);
     const QString name = QString::fromStdString(server().name());
     ASSERT_TRUE(comesTrue([&] { return printers(*window)->count() == 2; }));
-    EXPECT_EQ(printersIn(*window), QStringList({"office – The test's printer (" + name + ")",
-                                                "office (this computer)"}));
+    EXPECT_EQ(
+        entriesOf(*printers(*window)),
+        QStringList({"office – The test's printer (" + name + ")", "office (this computer)"}));
 
     // What is set for one is not set for the other.
     choosePrinter(*window, 0);
