@@ -1162,9 +1162,9 @@ TEST(PostScriptBookletTest, SetupThatTakesTheDeviceBackHasTheSheetsAllTheSame)
     Booklet request = booklet();
     request.pageSize = "A3"; // no printer's own
     const auto sides = rendered(processed(sample.text(), request)).pages;
-    ASSERT_EQ(4U, sides.size()); // two of them ahead
-    EXPECT_NEAR(kSheetHeight, sides[2].width(), 2);
-    EXPECT_EQ(colourOf(1), colourAt(sides[2], 2 * kSheetWidth * 3 / 4, kSheetHeight / 2));
+    ASSERT_EQ(3U, sides.size()); // one of them ahead, on other paper
+    EXPECT_NEAR(kSheetHeight, sides[1].width(), 2);
+    EXPECT_EQ(colourOf(1), colourAt(sides[1], 2 * kSheetWidth * 3 / 4, kSheetHeight / 2));
 }
 
 TEST(PostScriptBookletTest, MarksAheadOfTheFirstCommentAreOnTheFirstSide)
@@ -1195,6 +1195,9 @@ TEST(PostScriptBookletTest, PagesAheadOfTheFirstCommentHaveSheetsOfTheirOwn)
     EXPECT_EQ(2U, sidesAhead(shown + shown));
     EXPECT_EQ(4U, sidesAhead(shown + "copypage " + shown));
     EXPECT_EQ(1U, sidesAhead(shown + asks)); // what is asked for begins another sheet
+    sample.prolog = shown;
+    EXPECT_EQ(1U, sidesAhead("")); // as the request for the booklet's sheets does
+    EXPECT_EQ(3U, sidesAhead(shown));
 }
 
 TEST(PostScriptBookletTest, SetupThatBeginsWithinTheProcedureOfAPrologIsNone)
