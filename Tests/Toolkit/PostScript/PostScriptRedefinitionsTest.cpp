@@ -375,6 +375,16 @@ std::string textWithMoreOnPages(const std::string &name, const Dictionary &dicti
     return sample.text();
 }
 
+/// The user's, where the global one has a meaning of the name, too: that one is not called.
+Dictionary dictionaryAboveGlobal(const std::string &name)
+{
+    Dictionary dictionary = kDictionaries.front();
+    dictionary.name += " above the global one";
+    dictionary.begin = "currentglobal true setglobal globaldict /" + name + " { } put setglobal\n";
+    dictionary.isGlobal = true;
+    return dictionary;
+}
+
 } // namespace
 
 class PostScriptMeaningsTest : public testing::TestWithParam<Chain> {};
@@ -384,11 +394,14 @@ TEST_P(PostScriptMeaningsTest, AreHeard)
     std::vector<Document> documents;
     const auto end = [](int page) { return box(page) + kMore + "showpage\n"; };
     documents.push_back({"plain", PostScriptSample{.pages = {end(1), end(2)}}.text()});
-    for (const Dictionary &dictionary : kDictionaries)
-        for (const char *name : {"showpage", "copypage"})
+    for (const char *name : {"showpage", "copypage"}) {
+        std::vector<Dictionary> dictionaries = kDictionaries;
+        dictionaries.push_back(dictionaryAboveGlobal(name));
+        for (const Dictionary &dictionary : dictionaries)
             for (const Place place : {Place::Prolog, Place::Setup})
                 documents.push_back(
                     {dictionary.name + ", " + name, textWithMoreOnPages(name, dictionary, place)});
+    }
     const std::vector<Rendering> results = renderedBy(GetParam().commands, documents);
     const Rendering &wanted = results[1];
     EXPECT_FALSE(wanted.pages == results[0].pages);
