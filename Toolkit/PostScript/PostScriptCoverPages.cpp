@@ -28,7 +28,7 @@ const std::set<std::string> kPaintingOperators = {
     "fill",     "eofill",  "stroke", "rectfill",  "rectstroke", "ufill",
     "ueofill",  "ustroke", "shfill", "image",     "imagemask",  "colorimage",
     "execform", "show",    "ashow",  "widthshow", "awidthshow", "kshow",
-    "xshow",    "yshow",   "xyshow", "glyphshow", "cshow"};
+    "xshow",    "yshow",   "xyshow", "glyphshow"};
 
 /// What the procedures have to know of them (MarksAhead.ps).
 std::string paintingRequest()

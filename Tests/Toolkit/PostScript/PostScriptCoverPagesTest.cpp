@@ -550,6 +550,8 @@ const std::vector<Ahead> kAhead = {
     {"MarksThatAreWhitened", kMark + "erasepage\n", false},
     {"MarksOnOtherPaper", kMark + "<< /PageSize [200 300] >> setpagedevice\n", false},
     {"MarksOnNoPage", "gsave nulldevice " + kMark + "grestore\n", false},
+    {"TextThatIsMeasured", "/Courier 90 selectfont 20 200 moveto { pop pop pop } (x) cshow\n",
+     false},
     {"MarksThatAreMeasured",
      "<< /FontType 3 /FontMatrix [1 0 0 1 0 0] /FontBBox [0 0 1 1] /Encoding 256 array\n"
      "dup 0 1 255 { /x put dup } for pop /BuildChar { pop pop 1 0 setcharwidth 0 0 1 1 rectfill }\n"
