@@ -103,7 +103,7 @@ private:
     DocumentWriter _writer;
     std::string _settings;   ///< to be made where the next side begins
     std::int64_t _sides = 0; ///< written so far
-    bool _mayTakeMarksOff; ///< what comes ahead of a side; those that the document has made before
+    bool _mayHaveMarksAhead; ///< drawn by the document ahead of its pages; never behind those
 };
 
 CoverPagesWriter::CoverPagesWriter(const CoverPages &request, const Job &job)
@@ -113,7 +113,7 @@ CoverPagesWriter::CoverPagesWriter(const CoverPages &request, const Job &job)
       _plan(coverPlan(static_cast<std::int64_t>(_document.pages().size()), request.front.style,
                       request.back.style, request.duplex == "none")),
       _writer(_document, job.output),
-      _mayTakeMarksOff(_plan.front && _document.runsAheadOfPages(kPaintingOperators))
+      _mayHaveMarksAhead(_plan.front && _document.runsAheadOfPages(kPaintingOperators))
 {
 }
 
@@ -126,7 +126,7 @@ void CoverPagesWriter::write()
     if (_plan.blankSideBehindFront)
         writeBlankSide();
     writeJob();
-    _mayTakeMarksOff = false;
+    _mayHaveMarksAhead = false;
     if (_plan.back)
         writeCover(*_plan.back, _request.back);
     if (_plan.back || (_plan.front && _plan.job.isEmpty()))
@@ -159,7 +159,7 @@ void CoverPagesWriter::writeProlog()
 {
     const std::uint64_t procedures = _document.beginOfProcedures();
     _writer.copy({_document.header().end, procedures});
-    if (_mayTakeMarksOff)
+    if (_mayHaveMarksAhead)
         _writer.procedures("KLToolkitCoverPages", paintingRequest(),
                            std::string(kCoverPagesProcSet).append(kMarksAheadProcSet));
     else
@@ -233,7 +233,7 @@ std::string CoverPagesWriter::takeSettings()
 /// @param code  whole lines; may be empty
 void CoverPagesWriter::writeAhead(const std::string &code)
 {
-    if (!_mayTakeMarksOff || code.empty())
+    if (!_mayHaveMarksAhead || code.empty())
         return _writer.lines(code);
     _writer.lines("{\n" + code + "}\n");
     _writer.call("KLToolkitCoverPagesUnlessMarked");
