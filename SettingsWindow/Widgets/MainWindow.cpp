@@ -348,6 +348,7 @@ void MainWindow::showSession()
 void MainWindow::showWords(const QString &words)
 {
     _previewDelay.stop();
+    _preview->setNoJob();
     _words->setText(words);
     _stack->setCurrentWidget(_words);
     _printerRow->showSets(false, {}, std::nullopt, false);
@@ -368,8 +369,9 @@ void MainWindow::showSets()
 void MainWindow::showPreview()
 {
     const Session &current = *session();
-    const auto label = [this](const QString &option, const QString &choice) {
-        const auto words = session()->labelOf(option.toStdString(), choice.toStdString());
+    // The preview may ask when another printer was chosen already.
+    const auto label = [&current](const QString &option, const QString &choice) {
+        const auto words = current.labelOf(option.toStdString(), choice.toStdString());
         return words ? inWords(*words) : choice;
     };
     _preview->setJob({fromModel(current.ppdPath()), fromModel(current.optionStringOfJob()),

@@ -92,7 +92,7 @@ private:
 
     Setup _setup;
     std::optional<Model::QueueId> _chosen;
-    std::map<Model::QueueId, Session> _sessions;
+    std::map<Model::QueueId, Session> _sessions; ///< which stay where they are
     QString _document;       ///< empty for the sample
     bool _isPatient = true;  ///< the standard server may still tell of its printers
     bool _isSending = false; ///< a job is on its way to its server
