@@ -75,6 +75,7 @@ TEST(ServerTest, SchedulerOfThisComputerIsAskedBesideAnother)
 TEST(ServerTest, SchedulerOfThisComputerIsAskedOnceByWhicheverPathItsSocketIsNamed)
 {
     const Support::TemporaryFolder folder;
+    std::filesystem::create_directory(folder.file("run"));
     folder.write("run/cups.sock", "");
     std::filesystem::create_directory_symlink("run", folder.file("var"));
     EXPECT_THAT(serversWith(folder.file("var/cups.sock"), folder.file("run/cups.sock")), SizeIs(1));
