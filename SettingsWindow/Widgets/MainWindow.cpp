@@ -303,11 +303,14 @@ void MainWindow::beginWithWantedSet(Session &session)
 
 void MainWindow::goOnWithSession(Session &session, Findings &findings)
 {
-    const bool hasChanged = session.goOn(findings);
+    std::string whyNot;
+    const bool hasChanged = session.goOn(findings, &whyNot);
     if (_chosen != session.queue().id())
         return;
+    if (!whyNot.empty())
+        say(fromModel(whyNot));
     if (hasChanged) {
-        say(tr("The driver of this printer was changed. What you had set was taken over."));
+        say(tr("This printer was changed on its server. What you had set was taken over."));
         showSession();
     } else
         showSets();
