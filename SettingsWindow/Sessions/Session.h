@@ -35,8 +35,7 @@ public:
     /// Takes what was found out since. Where the PPD has changed, or what the queue says beside it,
     /// what was set is taken over, as far as there are the same options.
     /// @param findings  has a PPD, which is taken out of it where that is another one
-    /// @param whyNot    says why nothing was taken: the PPD cannot be read; else stays as it is; not
-    ///                  null
+    /// @param whyNot    says why nothing was taken, as the PPD cannot be read; not null
     /// @return whether the printer has changed
     bool goOn(Findings &findings, std::string *whyNot);
 
