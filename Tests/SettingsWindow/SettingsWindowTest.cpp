@@ -588,27 +588,6 @@ TEST_F(SettingsWindowTest, ABookletIsSeenAndASheetTurnedOver)
     EXPECT_FALSE(button(*window, "Print Now")->isEnabled()) << "there is no document to print";
 }
 
-/// The preview of the printer before asks for nothing that is not there yet.
-TEST_F(SettingsWindowTest, APrinterThatIsReadForTheFirstTimeEndsThePreviewOfTheOneBefore)
-{
-    addQueue("office");
-    addQueue("other");
-    const auto window = openWindow(setup());
-    ASSERT_TRUE(comesTrue([&] { return printers(*window)->count() == 2; }));
-    choose(*window, "InputSlot", "Tray2");
-    ASSERT_TRUE(comesTrue([&] { return says(*window, "from Tray 2"); }));
-    auto *maker = window->findChild<PreviewMaker *>();
-    maker->show(0, Side::Front, {301, 425});
-    ASSERT_TRUE(maker->isBusy());
-
-    choosePrinter(*window, 1);
-    EXPECT_TRUE(says(*window, "Reading the driver of other"));
-    EXPECT_FALSE(maker->isBusy());
-    emit maker->progress(50, "Preparing the pages");
-    ASSERT_TRUE(hasSettings(*window));
-    EXPECT_FALSE(says(*window, "from Tray 2"));
-}
-
 /// The printers of two servers, one of which may stop.
 TEST_F(SettingsWindowTest, PrintersOfTwoServersAreOneListAndStayApart)
 {
@@ -682,6 +661,27 @@ TEST_F(SettingsWindowTest, EverybodysDefaultsAreBegunWithAndTheCommandSaysWhatIs
                             [&](QDialog &dialog) { button(dialog, "Keep")->click(); });
     EXPECT_TRUE(comesTrue([&] { return fs::exists(keptFile()); }));
     EXPECT_THAT(Support::readFile(keptFile()), HasSubstr("Staple=None"));
+}
+
+/// The preview of the printer before asks for nothing that is not there yet.
+TEST_F(SettingsWindowTest, APrinterThatIsReadForTheFirstTimeEndsThePreviewOfTheOneBefore)
+{
+    addQueue("office");
+    addQueue("other");
+    const auto window = openWindow(setup());
+    ASSERT_TRUE(comesTrue([&] { return printers(*window)->count() == 2; }));
+    choose(*window, "InputSlot", "Tray2");
+    ASSERT_TRUE(comesTrue([&] { return says(*window, "from Tray 2"); }));
+    auto *maker = window->findChild<PreviewMaker *>();
+    maker->show(0, Side::Front, {301, 425});
+    ASSERT_TRUE(maker->isBusy());
+
+    choosePrinter(*window, 1);
+    EXPECT_TRUE(says(*window, "Reading the driver of other"));
+    EXPECT_FALSE(maker->isBusy());
+    emit maker->progress(50, "Preparing the pages");
+    ASSERT_TRUE(hasSettings(*window));
+    EXPECT_FALSE(says(*window, "from Tray 2"));
 }
 
 TEST_F(SettingsWindowTest, AServerThatTellsNothingDoesNotHoldUpTheOther)
