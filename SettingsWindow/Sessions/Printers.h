@@ -30,7 +30,7 @@ public:
     /// How many printers of other kinds there are.
     int others() const;
 
-    /// What is wrong with the servers, each problem once.
+    /// What is wrong with the servers, one problem for each that has any.
     std::vector<Model::Words> problems() const;
 
     /// Whether each server has told its printers or what is wrong.

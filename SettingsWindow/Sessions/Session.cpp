@@ -45,17 +45,18 @@ Session::Session(Findings &findings, PPD ppd)
 {
 }
 
-bool Session::goOn(Findings &findings)
+bool Session::goOn(Findings &findings, std::string *whyNot)
 {
+    const bool isAsBefore =
+        _ppd.isSameAs(*findings.ppd) && _queue.defaults == findings.queue.defaults;
+    auto ppd = isAsBefore ? std::nullopt : PPD::open(findings.ppd->path(), whyNot);
+    if (!isAsBefore && !ppd)
+        return false;
     _queue = findings.queue;
     _sets = findings.sets;
     _defaults = findings.defaults;
     _everybodys = findings.everybodys;
-    if (_ppd.isSameAs(*findings.ppd))
-        return false;
-    std::string whyNot;
-    auto ppd = PPD::open(findings.ppd->path(), &whyNot);
-    if (!ppd)
+    if (isAsBefore)
         return false;
     const JobOptions options = _settings.options();
     _settings = settingsOf(std::move(*ppd), _queue);

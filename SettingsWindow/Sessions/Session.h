@@ -32,11 +32,12 @@ public:
     /// @param whyNot    says why there is none; not null
     static std::optional<Session> begin(Findings &findings, std::string *whyNot);
 
-    /// Takes what was found out since. A PPD that has changed takes over what was set, as far as it
-    /// has the same options.
-    /// @param findings  has a PPD
-    /// @return whether the PPD has changed
-    bool goOn(Findings &findings);
+    /// Takes what was found out since. Where the PPD has changed, or what the queue says beside it,
+    /// what was set is taken over, as far as there are the same options.
+    /// @param findings  has a PPD, which is taken out of it where that is another one
+    /// @param whyNot    says why nothing was taken, as the PPD cannot be read; not null
+    /// @return whether the printer has changed
+    bool goOn(Findings &findings, std::string *whyNot);
 
     const Model::Queue &queue() const { return _queue; }
     const std::string &ppdPath() const { return _ppd.path(); }

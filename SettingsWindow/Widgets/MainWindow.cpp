@@ -34,8 +34,6 @@ using Model::Words;
 
 namespace {
 
-/// For how long the standard server may take before the window begins with another's printer.
-constexpr std::chrono::milliseconds kPatience = std::chrono::seconds(1);
 constexpr std::chrono::milliseconds kPreviewDelay{20};
 
 QString userName()
@@ -81,7 +79,7 @@ MainWindow::MainWindow(Setup setup)
     _previewDelay.setSingleShot(true);
     connect(&_previewDelay, &QTimer::timeout, this, &MainWindow::showPreview);
     connect(_printers, &Printers::answered, this, &MainWindow::takePrinters);
-    QTimer::singleShot(kPatience, this, [this] {
+    QTimer::singleShot(_setup.patience, this, [this] {
         _isPatient = false;
         beginWithAPrinter();
     });
@@ -138,7 +136,10 @@ QWidget *MainWindow::makeButtons()
 
 void MainWindow::connectPrinterRow()
 {
-    connect(_printerRow, &PrinterRow::printerChosen, this, &MainWindow::choosePrinter);
+    connect(_printerRow, &PrinterRow::printerChosen, this, [this](const QueueId &printer) {
+        say({}); // what was said of the one before
+        choosePrinter(printer);
+    });
     connect(_printerRow, &PrinterRow::refreshWanted, _printers, &Printers::lookAgain);
     connect(_printerRow, &PrinterRow::ownSettingsChosen, this,
             [this] { beginWithSet(std::nullopt); });
@@ -205,15 +206,17 @@ void MainWindow::beginWithAPrinter()
     showPrinters();
 }
 
+/// The standard server goes before the other where both have it.
 /// @return nullopt when there is none, or a server that might have it is waited for
 std::optional<QueueId> MainWindow::printerToBeginWith()
 {
     const std::vector<Queue> printers = _printers->all();
     const auto wanted = std::ranges::find(printers, _setup.printer.toStdString(), &Queue::name);
-    if (wanted != printers.end())
+    const bool isToWait = _isPatient && !_printers->haveAllAnswered();
+    if (wanted != printers.end() && (wanted->server.isStandard || !isToWait))
         return wanted->id();
-    const bool mayTakeAnother = _setup.printer.isEmpty() && !_isPatient;
-    if (printers.empty() || (!_printers->haveAllAnswered() && !mayTakeAnother))
+    const bool mayTakeAnother = _printers->haveAllAnswered() || _setup.printer.isEmpty();
+    if (printers.empty() || isToWait || !mayTakeAnother)
         return std::nullopt;
     if (!_setup.printer.isEmpty())
         say(tr("There is no printer %1 that is driven by jobfilter.").arg(_setup.printer));
@@ -300,11 +303,14 @@ void MainWindow::beginWithWantedSet(Session &session)
 
 void MainWindow::goOnWithSession(Session &session, Findings &findings)
 {
-    const bool hasChanged = session.goOn(findings);
+    std::string whyNot;
+    const bool hasChanged = session.goOn(findings, &whyNot);
     if (_chosen != session.queue().id())
         return;
+    if (!whyNot.empty())
+        say(fromModel(whyNot));
     if (hasChanged) {
-        say(tr("The driver of this printer was changed. What you had set was taken over."));
+        say(tr("This printer was changed on its server. What you had set was taken over."));
         showSession();
     } else
         showSets();
@@ -348,6 +354,7 @@ void MainWindow::showSession()
 void MainWindow::showWords(const QString &words)
 {
     _previewDelay.stop();
+    _preview->setNoJob();
     _words->setText(words);
     _stack->setCurrentWidget(_words);
     _printerRow->showSets(false, {}, std::nullopt, false);
@@ -368,8 +375,9 @@ void MainWindow::showSets()
 void MainWindow::showPreview()
 {
     const Session &current = *session();
-    const auto label = [this](const QString &option, const QString &choice) {
-        const auto words = session()->labelOf(option.toStdString(), choice.toStdString());
+    // The preview may ask when another printer is chosen already: sessions stay where they are.
+    const auto label = [&current](const QString &option, const QString &choice) {
+        const auto words = current.labelOf(option.toStdString(), choice.toStdString());
         return words ? inWords(*words) : choice;
     };
     _preview->setJob({fromModel(current.ppdPath()), fromModel(current.optionStringOfJob()),

@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QTimer>
 
+#include <chrono>
 #include <map>
 #include <optional>
 
@@ -34,6 +35,9 @@ public:
         QString printer;  ///< the one to begin with; empty for the user's default
         QString set;      ///< the set to begin with; empty for the user's defaults
         QString document; ///< a PDF file; empty for the sample
+        /// For how long the standard server may take before the window begins with another's
+        /// printer.
+        std::chrono::milliseconds patience = std::chrono::seconds(1);
     };
 
     explicit MainWindow(Setup setup);

@@ -132,11 +132,11 @@ void PreviewPane::setJob(const PreviewJob &job, ChoiceWords words)
     askForPicture();
 }
 
-void PreviewPane::setNoJob(const QString &why)
+void PreviewPane::setNoJob()
 {
     _maker.stop();
     _notes->clear();
-    showFailure(why);
+    showFailure({});
 }
 
 void PreviewPane::learnSheets(const QList<Sheet> &sheets)

@@ -28,8 +28,8 @@ public:
     /// it.
     void setJob(const PreviewJob &job, ChoiceWords words);
 
-    /// Shows words in the place of a job: why there is none.
-    void setNoJob(const QString &why);
+    /// Ends what is under way and shows nothing in the place of a job.
+    void setNoJob();
 
 signals:
     /// Somebody wants to see another document.

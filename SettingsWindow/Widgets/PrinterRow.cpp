@@ -187,6 +187,7 @@ void PrinterRow::showSets(bool hasDefaults, const QStringList &names,
     for (const QString &name : names)
         entries << name;
     setEntries(*_sets, entries);
+    _sets->setCurrentIndex(-1); // what was begun with may be gone
     for (int index = 0; index < _sets->count(); ++index) {
         const QVariant set = _sets->itemData(index, kSetRole);
         if (!set.isValid())

@@ -32,10 +32,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
 #include <filesystem>
+#include <poll.h>
 #include <set>
 #include <stdexcept>
+#include <sys/socket.h>
 #include <thread>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -79,6 +83,60 @@ private:
 public:
     PrivateScheduler scheduler{
         {KL_JOBFILTER, KL_NOJCL, KL_CHAIN}, 1, "Listen " + address().host + "\n"};
+};
+
+/// Passes on what two ends say to each other, until one of them goes.
+void passOn(int one, int other)
+{
+    pollfd ends[] = {{one, POLLIN, 0}, {other, POLLIN, 0}};
+    while (poll(ends, std::size(ends), -1) > 0)
+        for (const int index : {0, 1}) {
+            if (ends[index].revents == 0)
+                continue;
+            char bytes[4096];
+            const ssize_t count = read(ends[index].fd, bytes, sizeof bytes);
+            if (count <= 0 ||
+                !Support::sendAll(ends[1 - index].fd, {bytes, static_cast<std::size_t>(count)}))
+                return;
+        }
+}
+
+/// In a process that ends with it.
+void passOnToPort(int client, int port)
+{
+    const int server = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (connect(server, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0)
+        passOn(client, server);
+}
+
+/// A server that asks for patience as long as the test holds it, however long that is, and is that
+/// of a port from then on.
+class HeldServer {
+public:
+    explicit HeldServer(int behind)
+        : _server([behind, released = _folder.file("released")](int client, int) {
+              char first = 0;
+              recv(client, &first, sizeof first, MSG_PEEK); // it asks before it is answered
+              while (!fs::exists(released)) {
+                  if (!Support::sendAll(client, "HTTP/1.1 100 Continue\r\n\r\n"))
+                      return;
+                  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+              }
+              passOnToPort(client, behind);
+          })
+    {
+    }
+
+    Model::ServerAddress address() const { return {"127.0.0.1", _server.port(), true}; }
+    void release() const { _folder.write("released", ""); }
+
+private:
+    Support::TemporaryFolder _folder;
+    Support::ScriptedServer _server;
 };
 
 /// A PPD of the sample driver, without questions to the printer's SNMP agent, of which ours has
@@ -692,7 +750,9 @@ TEST_F(SettingsWindowTest, PrintersOfTwoServersAreOneListAndStayApart)
     EXPECT_TRUE(comesTrue(
         [&] { return says(*window, QString::fromStdString(gone) + " does not answer"); }));
     EXPECT_EQ(typed(*window, "KLDepartmentCode"), "4711");
+    EXPECT_TRUE(says(*window, "is on the clipboard"));
     choosePrinter(*window, 0);
+    EXPECT_FALSE(says(*window, "is on the clipboard")) << "that was of the other";
     EXPECT_EQ(typed(*window, "KLDepartmentCode"), "0815");
     button(*window, "Print Now")->click();
     const QString printed = "on office (" + name + ")): The printer has it";
@@ -724,20 +784,60 @@ TEST_F(SettingsWindowTest, EverybodysDefaultsAreBegunWithAndTheCommandSaysWhatIs
     EXPECT_THAT(Support::readFile(keptFile()), HasSubstr("Staple=None"));
 }
 
-TEST_F(SettingsWindowTest, AServerThatSaysNothingIsSaidAndDoesNotHoldUpTheOther)
+/// The preview of the printer before asks for nothing that is not there yet.
+TEST_F(SettingsWindowTest, APrinterThatIsReadForTheFirstTimeEndsThePreviewOfTheOneBefore)
 {
-    const Support::ScriptedServer silent(
-        [](int, int) { std::this_thread::sleep_for(std::chrono::minutes(1)); });
     addQueue("office");
+    addQueue("other");
+    const auto window = openWindow(setup());
+    ASSERT_TRUE(comesTrue([&] { return printers(*window)->count() == 2; }));
+    choose(*window, "InputSlot", "Tray2");
+    ASSERT_TRUE(comesTrue([&] { return says(*window, "from Tray 2"); }));
+    auto *maker = window->findChild<PreviewMaker *>();
+    maker->show(0, Side::Front, {301, 425});
+    ASSERT_TRUE(maker->isBusy());
+
+    choosePrinter(*window, 1);
+    EXPECT_TRUE(says(*window, "Reading the driver of other"));
+    EXPECT_FALSE(maker->isBusy());
+    emit maker->progress(50, "Preparing the pages");
+    ASSERT_TRUE(hasSettings(*window));
+    EXPECT_FALSE(says(*window, "from Tray 2"));
+}
+
+TEST_F(SettingsWindowTest, AServerThatTellsNothingDoesNotHoldUpTheOther)
+{
+    addQueue("office");
+    auto held = std::make_unique<HeldServer>(scheduler().port());
     auto both = setup({});
     Model::ServerAddress second = server();
     second.isStandard = false;
-    both.servers = {{"127.0.0.1", silent.port(), true}, second};
+    both.servers = {held->address(), second};
+    both.patience = {};
     const auto window = openWindow(both);
     EXPECT_FALSE(says(*window, "does not answer")) << "it was waited for";
+    held.reset();
     EXPECT_TRUE(comesTrue([&] { return says(*window, "does not answer"); }));
     EXPECT_EQ(printers(*window)->count(), 1);
     EXPECT_FALSE(button(*window, "Keep…")->isHidden());
+}
+
+TEST_F(SettingsWindowTest, OfTwoPrintersOfTheWantedNameItIsTheOneThatLpTakes)
+{
+    const OtherScheduler other;
+    addQueue("office");
+    other.scheduler.addQueue("office", folder.write("other.ppd", quietPPD()),
+                             other.printer.deviceURI());
+    const HeldServer held(scheduler().port());
+    auto both = setup("office");
+    both.servers = {held.address(), other.address()};
+    both.patience = kPatience;
+    const MainWindow window(both);
+    ASSERT_TRUE(comesTrue([&] { return printers(window)->count() == 1; }));
+    EXPECT_EQ(printers(window)->currentIndex(), -1) << "the other server has one, too";
+    held.release();
+    EXPECT_TRUE(comesTrue([&] { return printers(window)->count() == 2; }));
+    EXPECT_EQ(printers(window)->currentIndex(), 0);
 }
 
 } // namespace

@@ -161,8 +161,8 @@
         <translation>Für diesen Drucker gibt es keinen Satz %1.</translation>
     </message>
     <message>
-        <source>The driver of this printer was changed. What you had set was taken over.</source>
-        <translation>Der Treiber dieses Druckers wurde geändert. Was Sie eingestellt hatten, wurde übernommen.</translation>
+        <source>This printer was changed on its server. What you had set was taken over.</source>
+        <translation>Dieser Drucker wurde auf seinem Server geändert. Was Sie eingestellt hatten, wurde übernommen.</translation>
     </message>
     <message>
         <source>Open a document first</source>

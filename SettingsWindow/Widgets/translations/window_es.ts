@@ -161,8 +161,8 @@
         <translation>No hay ningún conjunto %1 para esta impresora.</translation>
     </message>
     <message>
-        <source>The driver of this printer was changed. What you had set was taken over.</source>
-        <translation>El controlador de esta impresora ha cambiado. Se ha mantenido lo que había ajustado.</translation>
+        <source>This printer was changed on its server. What you had set was taken over.</source>
+        <translation>Esta impresora ha cambiado en su servidor. Se ha mantenido lo que había ajustado.</translation>
     </message>
     <message>
         <source>Open a document first</source>

@@ -161,8 +161,8 @@
         <translation>Il n’y a pas de jeu %1 pour cette imprimante.</translation>
     </message>
     <message>
-        <source>The driver of this printer was changed. What you had set was taken over.</source>
-        <translation>Le pilote de cette imprimante a changé. Vos réglages ont été repris.</translation>
+        <source>This printer was changed on its server. What you had set was taken over.</source>
+        <translation>Cette imprimante a changé sur son serveur. Vos réglages ont été repris.</translation>
     </message>
     <message>
         <source>Open a document first</source>

@@ -161,8 +161,8 @@
         <translation>このプリンターには %1 という設定はありません。</translation>
     </message>
     <message>
-        <source>The driver of this printer was changed. What you had set was taken over.</source>
-        <translation>このプリンターのドライバーが変更されました。設定した内容は引き継がれました。</translation>
+        <source>This printer was changed on its server. What you had set was taken over.</source>
+        <translation>このプリンターはサーバー上で変更されました。設定した内容は引き継がれました。</translation>
     </message>
     <message>
         <source>Open a document first</source>

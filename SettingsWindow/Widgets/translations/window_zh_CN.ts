@@ -161,8 +161,8 @@
         <translation>此打印机没有名为 %1 的设置。</translation>
     </message>
     <message>
-        <source>The driver of this printer was changed. What you had set was taken over.</source>
-        <translation>此打印机的驱动程序已更改。您的设置已沿用。</translation>
+        <source>This printer was changed on its server. What you had set was taken over.</source>
+        <translation>此打印机已在其服务器上更改。您的设置已沿用。</translation>
     </message>
     <message>
         <source>Open a document first</source>

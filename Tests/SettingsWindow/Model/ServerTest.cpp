@@ -6,7 +6,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
 #include <thread>
+#include <unistd.h>
 
 using Model::ServerAddress;
 using Support::ScopedEnvironment;
@@ -65,6 +69,27 @@ TEST(ServerTest, SchedulerOfThisComputerIsAskedBesideAnother)
         << "there is none here";
     EXPECT_THAT(serversWith("localhost", socket), SizeIs(1)) << "that is the one";
     EXPECT_THAT(serversWith(socket, socket), SizeIs(1)) << "that is the one";
+}
+
+/// As /var/run is /run.
+TEST(ServerTest, SchedulerOfThisComputerIsAskedOnceByWhicheverPathItsSocketIsNamed)
+{
+    const Support::TemporaryFolder folder;
+    std::filesystem::create_directory(folder.file("run"));
+    folder.write("run/cups.sock", "");
+    std::filesystem::create_directory_symlink("run", folder.file("var"));
+    EXPECT_THAT(serversWith(folder.file("var/cups.sock"), folder.file("run/cups.sock")), SizeIs(1));
+}
+
+TEST(ServerTest, ThisComputerIsKnownByItsNameInWhateverCase)
+{
+    char name[256] = {};
+    ASSERT_EQ(gethostname(name, sizeof name - 1), 0);
+    std::string loud = name;
+    std::ranges::transform(loud, loud.begin(), [](unsigned char c) { return std::toupper(c); });
+    EXPECT_TRUE(standardWith(name).isOwn);
+    EXPECT_TRUE(standardWith(loud).isOwn);
+    EXPECT_TRUE(standardWith("LocalHost").isOwn);
 }
 
 TEST(ServerTest, IsCalledAsClientProgramsNameIt)

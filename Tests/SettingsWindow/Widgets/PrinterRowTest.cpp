@@ -109,6 +109,17 @@ TEST_F(PrinterRowTest, ProblemsOfServersStandBelowAsLongAsThereAreAny)
     EXPECT_FALSE(isSaid());
 }
 
+TEST_F(PrinterRowTest, ASetThatIsGoneIsNotTakenForAnother)
+{
+    const QComboBox *sets = row.findChildren<QComboBox *>().back();
+    row.showSets(true, {"board"}, "board", true);
+    EXPECT_EQ(sets->currentText(), "board");
+    row.showSets(true, {}, "board", false);
+    EXPECT_EQ(sets->currentIndex(), -1);
+    row.showSets(true, {}, std::nullopt, false);
+    EXPECT_EQ(sets->currentIndex(), 0);
+}
+
 TEST_F(PrinterRowTest, RightToLeftTheStateBeginsAtTheRight)
 {
     QApplication::setLayoutDirection(Qt::RightToLeft);
