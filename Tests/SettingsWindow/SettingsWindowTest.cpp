@@ -367,6 +367,9 @@ protected:
     static QImage preview(const MainWindow &window)
     {
         auto *maker = window.findChild<PreviewMaker *>();
+        QTest::qWait(300); // changes in a row are one, which begins a moment later
+        if (!comesTrue([&] { return !maker->isBusy(); }))
+            throw std::runtime_error("no end of the pictures before");
         QSignalSpy ready(maker, &PreviewMaker::sheetReady);
         maker->show(0, Side::Front, {300, 425});
         if (!comesTrue(
@@ -420,7 +423,6 @@ TEST_F(SettingsWindowTest, WhatIsSetAndSeenReachesThePrinter)
     type(*window, "KLPrivatePIN", "0471");
     choose(*window, "KLWatermarkText", "Confidential");
     choose(*window, "KLWatermarkSize", "72");
-    QTest::qWait(50); // changes in a row are one
     const QImage seen = preview(*window);
 
     const std::string job = printFrom(*window);
