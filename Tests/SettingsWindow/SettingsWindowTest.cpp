@@ -430,7 +430,7 @@ TEST_F(SettingsWindowTest, WhatIsSetAndSeenReachesThePrinter)
     EXPECT_THAT(job, HasSubstr("@PJL COMMENT DSSC PRINT PRIVPRINT=0471\r\n"));
     EXPECT_THAT(Support::problemsOfPJLJob(job), testing::IsEmpty());
     const QImage printed = firstPage(bodyOf(job), seen.size());
-    EXPECT_LT(difference(seen, printed), 0.001);
+    EXPECT_LT(difference(seen, printed), 0.005); // edges, by the size in the window
     EXPECT_GT(difference(plain, printed), 0.01) << "the watermark cannot be told";
 }
 
