@@ -430,7 +430,8 @@ TEST_F(SettingsWindowTest, WhatIsSetAndSeenReachesThePrinter)
     EXPECT_THAT(job, HasSubstr("@PJL COMMENT DSSC PRINT PRIVPRINT=0471\r\n"));
     EXPECT_THAT(Support::problemsOfPJLJob(job), testing::IsEmpty());
     const QImage printed = firstPage(bodyOf(job), seen.size());
-    EXPECT_LT(difference(seen, printed), 0.005); // edges, by the size in the window
+    // Edges differ: one keeps the page's proportions, the other fills the picture's pixels.
+    EXPECT_LT(difference(seen, printed), 0.005);
     EXPECT_GT(difference(plain, printed), 0.01) << "the watermark cannot be told";
 }
 
