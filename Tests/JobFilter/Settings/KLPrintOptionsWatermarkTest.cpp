@@ -218,7 +218,7 @@ namespace {
 /// an address sanitizer has reserved terabytes before it starts.
 void limitMemory()
 {
-    constexpr rlim_t kMore = rlim_t{64} << 20;
+    constexpr rlim_t kMore = rlim_t{16} << 20;
     rlim_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages;
     const rlim_t limit = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + kMore;

@@ -96,8 +96,9 @@ TEST(KLPrintJobMemoryTest, AllocationsAreCounted)
     EXPECT_GE(taken.peak, 100'000U);
 }
 
-TEST(KLPrintJobMemoryTest, HeaderOfAMillionLinesIsWalkedInFlatMemory)
+TEST(KLPrintJobMemoryTest, LongHeaderIsWalkedInFlatMemory)
 {
+    constexpr std::size_t kLines = 100'000; // three megabytes, in 16 KiB
     std::size_t lines = 0;
     const auto edit = [&lines](KLPJLHandler &handler, const std::string &) {
         ++lines;
@@ -106,9 +107,9 @@ TEST(KLPrintJobMemoryTest, HeaderOfAMillionLinesIsWalkedInFlatMemory)
         handler.addLineAfterCurrentLine("@PJL COMMENT a line of more than a few letters\r\n");
     };
     const Heap taken = heapOf(
-        openRepeatingInput("\x1b%-12345X", "@PJL SET SOMETHING=\"to a value\"\r\n", 1'000'000),
+        openRepeatingInput("\x1b%-12345X", "@PJL SET SOMETHING=\"to a value\"\r\n", kLines),
         [&edit](const auto &job) { KLPJLHandler::enumeratePJLFromPrintJobUsingBlock(job, edit); });
-    EXPECT_EQ(1'000'000U, lines);
+    EXPECT_EQ(kLines, lines);
     EXPECT_LT(taken.peak, kFlat);
 }
 

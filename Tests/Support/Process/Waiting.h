@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <thread>
@@ -7,16 +8,20 @@
 namespace Support {
 
 /// Waits for something that happens by itself, elsewhere.
-/// @param condition  looked at again and again
+/// @param condition  looked at every 10 ms at first. The longer it takes, the less often: up to ten
+///                   times a second, for looking takes processor time from what is waited for.
 /// @return whether it came true before the time was over
 inline bool comesTrue(const std::function<bool()> &condition,
                       std::chrono::milliseconds limit = std::chrono::seconds(30))
 {
-    const auto end = std::chrono::steady_clock::now() + limit;
+    using std::chrono::milliseconds;
+    const auto start = std::chrono::steady_clock::now();
     while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
+        const auto waited =
+            std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - start);
+        if (waited > limit)
             return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        std::this_thread::sleep_for(std::clamp(waited / 20, milliseconds(10), milliseconds(100)));
     }
     return true;
 }
