@@ -80,11 +80,13 @@ std::size_t PageFinder::numberOf(const PageLook &look) const
     if (look.none())
         return 0;
     // A chain may have set the page anew, a pixel beside where it was.
+    std::vector<PageLook> places = {look};
+    for (const std::size_t shift : {std::size_t{1}, kColumns - 1, kColumns, kColumns + 1})
+        places.insert(places.end(), {look << shift, look >> shift});
     const auto distance = [&](const PageLook &page) {
-        std::size_t least = (page ^ look).count();
-        for (const std::size_t shift : {std::size_t{1}, kColumns - 1, kColumns, kColumns + 1})
-            least = std::min(
-                {least, (page ^ (look << shift)).count(), (page ^ (look >> shift)).count()});
+        std::size_t least = page.size();
+        for (const PageLook &place : places)
+            least = std::min(least, (page ^ place).count());
         return least;
     };
     const auto best = std::ranges::min_element(_looks, {}, distance);
