@@ -33,7 +33,7 @@ constexpr char kDataDir[] = KL_CUPS_DATADIR;
 /// more than all else that a filter does, and those leaks are made two or three calls deep.
 constexpr char kPassedEnvironment[] =
     "PassEnv LSAN_OPTIONS UBSAN_OPTIONS\n"
-    "SetEnv ASAN_OPTIONS fast_unwind_on_malloc=0:malloc_context_size=8\n";
+    "SetEnv ASAN_OPTIONS fast_unwind_on_malloc=0:malloc_context_size=5\n";
 
 constexpr char kConfiguration[] = R"(LogLevel debug
 MaxLogSize 0
