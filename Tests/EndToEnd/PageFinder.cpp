@@ -13,7 +13,7 @@ using Support::lpOption;
 namespace {
 
 constexpr double kPixel = 72 / kAfar; ///< points
-constexpr std::size_t kColumns = 98;
+constexpr std::size_t kColumns = 148;
 constexpr double kHalf = 595.5; ///< of an A3 sheet, in points
 
 /// @param colourAt  the colour at a place of the page, from its lower left corner

@@ -8,10 +8,10 @@
 #include <vector>
 
 /// Pages are told by their looks, from afar: they have their numbers on them, large.
-inline constexpr double kAfar = 12; ///< pixels per inch
+inline constexpr double kAfar = 18; ///< pixels per inch
 
 /// What is dark of an A4 page; a red mark is not.
-using PageLook = std::bitset<std::size_t{98} * 139>;
+using PageLook = std::bitset<std::size_t{148} * 210>;
 
 /// Renders a document to be looked at from afar, with the device's log.
 Support::Rendering renderedFromAfar(const std::string &document);

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <iostream>
@@ -153,19 +153,19 @@ public:
     void submit(int jobs, std::size_t few, const std::function<void()> &whenPrinted)
     {
         bool isCalled = false;
-        const auto callOnce = [&] {
-            if (!isCalled && printedJobs().size() >= few) {
+        const auto lacking = [&] { return few - std::min(few, printedJobs().size()); };
+        for (int number = 1; number <= jobs; ++number) {
+            submit({number});
+            if (!isCalled && lacking() == 0) {
                 whenPrinted();
                 isCalled = true;
             }
-            return isCalled;
-        };
-        for (int number = 1; number <= jobs; ++number) {
-            submit({number});
-            callOnce();
         }
-        if (!Support::comesTrue(callOnce))
+        if (isCalled)
+            return;
+        if (!Support::comeOneByOne(lacking))
             throw std::runtime_error("too few jobs are printed:\n" + _front->log());
+        whenPrinted();
     }
 
     /// Our numbers of the jobs that the front takes for unfinished.
@@ -177,11 +177,13 @@ public:
         return numbers;
     }
 
-    /// Waits until no more than so many jobs are unfinished.
+    /// Waits until no more than so many jobs are unfinished, however long they all take.
     void waitForJobs(std::size_t left) const
     {
-        const auto areFew = [&] { return _front->unfinishedJobs("office").size() <= left; };
-        if (!Support::comesTrue(areFew, std::chrono::seconds(90)))
+        const auto tooMany = [&] {
+            return std::max(left, _front->unfinishedJobs("office").size()) - left;
+        };
+        if (!Support::comeOneByOne(tooMany))
             throw std::runtime_error("jobs stay unfinished:\n" + _front->log());
     }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <thread>
 
@@ -23,6 +24,21 @@ inline bool comesTrue(const std::function<bool()> &condition,
             return false;
         std::this_thread::sleep_for(std::clamp(waited / 20, milliseconds(10), milliseconds(100)));
     }
+    return true;
+}
+
+/// Waits for many things that happen by themselves, elsewhere and one after another, for as long as
+/// they go on happening: a slow machine has all the time that it needs, and one that stands still
+/// does not.
+/// @param left        how many are still to come; looked at again and again
+/// @param standstill  how long it may take from one of them to the next
+/// @return whether all came
+inline bool comeOneByOne(const std::function<std::size_t()> &left,
+                         std::chrono::milliseconds standstill = std::chrono::seconds(60))
+{
+    for (std::size_t before = left(); before > 0; before = left())
+        if (!comesTrue([&] { return left() < before; }, standstill))
+            return false;
     return true;
 }
 
