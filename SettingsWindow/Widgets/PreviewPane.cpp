@@ -13,6 +13,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -24,6 +25,14 @@ QToolButton *arrow(QWidget *parent, Qt::ArrowType type, const QString &name)
     button->setToolTip(name);
     button->setFocusPolicy(Qt::StrongFocus);
     return button;
+}
+
+/// What is there for a moment only does not move everything else about.
+void keepPlaceWhenHidden(QWidget &widget)
+{
+    QSizePolicy policy = widget.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget.setSizePolicy(policy);
 }
 
 } // namespace
@@ -84,6 +93,7 @@ void PreviewPane::buildSheetRow()
     layout->addSpacing(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
     layout->addWidget(_turn);
     layout->addStretch();
+    keepPlaceWhenHidden(*_sheetRow);
 
     connect(_back, &QToolButton::clicked, this, [this] { moveBy(-1); });
     connect(_on, &QToolButton::clicked, this, [this] { moveBy(1); });
@@ -102,10 +112,7 @@ void PreviewPane::buildProgressRow()
     layout->addWidget(_progressWords, 1);
     layout->addWidget(_progress, 1);
     layout->addWidget(stop);
-    // What takes a moment only does not move everything else about.
-    QSizePolicy policy = _progressRow->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    _progressRow->setSizePolicy(policy);
+    keepPlaceWhenHidden(*_progressRow);
     connect(stop, &QPushButton::clicked, &_maker, &PreviewMaker::stop);
 }
 
@@ -116,14 +123,17 @@ void PreviewPane::connectMaker()
     connect(&_maker, &PreviewMaker::progress, this, &PreviewPane::showProgress);
     connect(&_maker, &PreviewMaker::refused, this, &PreviewPane::addNote);
     connect(&_maker, &PreviewMaker::noted, this, &PreviewPane::addNote);
-    connect(&_maker, &PreviewMaker::failed, this, &PreviewPane::showFailure);
+    connect(&_maker, &PreviewMaker::failed, this, &PreviewPane::showWords);
     connect(&_maker, &PreviewMaker::stopped, this,
-            [this] { addNote(tr("Stopped. The next change begins anew.")); });
+            [this] { showWords(tr("Stopped. The next change begins anew.")); });
 }
 
 void PreviewPane::setJob(const PreviewJob &job, ChoiceWords words)
 {
     _words = std::move(words);
+    _areSheetsOfJob = false;
+    if (std::exchange(_path, job.documentPath) != _path)
+        showWords({});
     _document->setText(job.documentPath.isEmpty() ? tr("A sample document")
                                                   : QFileInfo(job.documentPath).fileName());
     _document->setToolTip(job.documentPath);
@@ -136,12 +146,14 @@ void PreviewPane::setNoJob()
 {
     _maker.stop();
     _notes->clear();
-    showFailure({});
+    _areSheetsOfJob = false;
+    showWords({});
 }
 
 void PreviewPane::learnSheets(const QList<Sheet> &sheets)
 {
     _sheets = sheets;
+    _areSheetsOfJob = true;
     _sheet = std::clamp<int>(_sheet, 0, std::max(0, static_cast<int>(sheets.size()) - 1));
     showSheet(_sheet);
 }
@@ -186,6 +198,7 @@ void PreviewPane::showPicture(int index, Side side, const QImage &picture)
         return;
     const Sheet &sheet = _sheets[index];
     _view->showSide(picture, side == Side::Front ? sheet.front : sheet.back, sideInWords());
+    _caption->setText(sideInWords() + paperInWords());
 }
 
 void PreviewPane::showProgress(int percent, const QString &what)
@@ -202,10 +215,13 @@ void PreviewPane::addNote(const QString &words)
     _notes->setText(_notes->text().isEmpty() ? words : _notes->text() + u'\n' + words);
 }
 
-void PreviewPane::showFailure(const QString &words)
+/// Shows words in the place of a sheet. The others of the job can still be turned to.
+void PreviewPane::showWords(const QString &words)
 {
-    _sheets.clear();
+    if (!_areSheetsOfJob)
+        _sheets.clear();
     _view->showWords(words);
+    _caption->clear();
     updateControls();
 }
 
@@ -213,17 +229,16 @@ void PreviewPane::updateControls()
 {
     const bool any = !_sheets.isEmpty();
     const int count = static_cast<int>(_sheets.size());
-    const bool turnable = any && _sheets[_sheet].hasBack();
+    const bool turnable = _sheet < count && _sheets[_sheet].hasBack();
     const QSignalBlocker quiet(_number);
     _number->setRange(any ? 1 : 0, count);
     _number->setValue(any ? _sheet + 1 : 0);
     _count->setText(tr("of %L1", "after the number of a sheet").arg(count));
-    _sheetRow->setEnabled(any);
+    _sheetRow->setVisible(any);
     _back->setEnabled(_sheet > 0);
     _on->setEnabled(_sheet + 1 < count);
     _turn->setEnabled(turnable);
     _view->setTurnable(turnable);
-    _caption->setText(any ? sideInWords() + paperInWords() : QString());
     _progressRow->setVisible(_busy);
 }
 

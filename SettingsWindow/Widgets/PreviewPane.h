@@ -15,6 +15,8 @@ class SheetView;
 
 /// The sheets of a job as they will come out, one at a time: turned over by a click, with the tray
 /// that a cover comes from, what the toolkit says, and how far longer work has come.
+///
+/// What is said of a sheet is said of the one that is seen; where none is seen, nothing is.
 class PreviewPane : public QWidget {
     Q_OBJECT
 
@@ -25,7 +27,7 @@ public:
     explicit PreviewPane(PreviewPrograms programs, QWidget *parent = nullptr);
 
     /// Shows a job in the place of another. The sheet in view stays in view where the new job has
-    /// it.
+    /// it; until it is there that of the job before is seen, but not under another document's name.
     void setJob(const PreviewJob &job, ChoiceWords words);
 
     /// Ends what is under way and shows nothing in the place of a job.
@@ -47,22 +49,24 @@ private:
     void showPicture(int index, Side side, const QImage &picture);
     void showProgress(int percent, const QString &what);
     void addNote(const QString &words);
-    void showFailure(const QString &words);
+    void showWords(const QString &words);
     void updateControls();
     QString sideInWords() const;
     QString paperInWords() const;
 
     PreviewMaker _maker;
     ChoiceWords _words;
-    QList<Sheet> _sheets;
-    int _sheet = 0; ///< in view
+    QString _path;                ///< of the job's document
+    QList<Sheet> _sheets;         ///< none where nothing is known of the document
+    bool _areSheetsOfJob = false; ///< else of the one before
+    int _sheet = 0;               ///< that is to be seen, as the next
     Side _side = Side::Front;
     bool _busy = false;
 
     // Owned by the widget tree.
     SheetView *_view;
     QLabel *_document;
-    QLabel *_caption; ///< which side of what, from which tray
+    QLabel *_caption; ///< which side of what is seen, from which tray
     QLabel *_notes;
     QWidget *_sheetRow;
     QSpinBox *_number;

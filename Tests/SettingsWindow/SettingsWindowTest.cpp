@@ -686,9 +686,9 @@ TEST_F(SettingsWindowTest, ABookletIsSeenAndASheetTurnedOver)
     const auto window = openWindow(sample);
     choose(*window, "BookletPaperSize", "A3");
     EXPECT_TRUE(comesTrue([&] { return button(*window, "Turn Over")->isEnabled(); }));
-    EXPECT_TRUE(says(*window, "Sheet 1, front"));
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "Sheet 1, front"); }));
     button(*window, "Turn Over")->click();
-    EXPECT_TRUE(says(*window, "Sheet 1, back"));
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "Sheet 1, back"); }));
     EXPECT_FALSE(button(*window, "Print Now")->isEnabled()) << "there is no document to print";
 }
 
@@ -706,9 +706,9 @@ TEST_F(SettingsWindowTest, ACoverSaysWhichTrayItComesFrom)
     choose(*window, "FrontCoverSource", "SheetFeedBypass");
     EXPECT_TRUE(comesTrue([&] { return says(*window, "Front cover, front · from Bypass Tray"); }));
     button(*window, "Turn Over")->click();
-    EXPECT_TRUE(says(*window, "Front cover, back · from Bypass Tray"));
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "Front cover, back · from Bypass Tray"); }));
     buttonNamed(*window, "Next sheet")->click();
-    EXPECT_TRUE(says(*window, "Sheet 2, back · from Tray 1"));
+    EXPECT_TRUE(comesTrue([&] { return says(*window, "Sheet 2, back · from Tray 1"); }));
 }
 
 /// The printers of two servers, one of which may stop.
