@@ -1,16 +1,14 @@
 #include "Queues.h"
 
 #include "Connection.h"
-#include "Descriptor.h"
 #include "SettingKeys.h"
-#include "TemporaryDirectory.h"
 #include "optionName.h"
 #include "queueFields.h"
 #include "sentences.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
+#include <cstdio>
 #include <cstring>
 #include <unistd.h>
 #include <utility>
@@ -111,26 +109,6 @@ std::vector<Queue> queuesIn(const Response &response, const ServerAddress &serve
 // Its PPD
 //
 
-std::optional<std::string> writtenToFile(const std::string &bytes)
-{
-    std::string path = Platform::temporaryDirectory() + "/jobfilter-settings-XXXXXX";
-    const Platform::Descriptor file(mkstemp(path.data()));
-    if (file.number() < 0)
-        return std::nullopt;
-    std::size_t written = 0;
-    while (written < bytes.size()) {
-        const ssize_t count = write(file.number(), bytes.data() + written, bytes.size() - written);
-        if (count < 0) {
-            const int error = errno;
-            unlink(path.c_str());
-            errno = error;
-            return std::nullopt;
-        }
-        written += static_cast<std::size_t>(count);
-    }
-    return path;
-}
-
 /// Why the file is no PPD of a queue of this filter; nullopt when it is one.
 std::optional<Words> objectionToPPD(const std::string &path, const std::string &queue)
 {
@@ -154,20 +132,16 @@ std::optional<std::string> fetchPPD(const Connection &connection, const Queue &q
 bool isOfThisFilter(const Connection &connection, const Queue &queue, std::optional<Words> &problem)
 {
     Words whyNot;
-    const auto bytes = fetchPPD(connection, queue, &whyNot);
+    auto bytes = fetchPPD(connection, queue, &whyNot);
     if (!bytes) {
         if (!whyNot.isEmpty())
             problem = whyNot;
         return false;
     }
-    const auto path = writtenToFile(*bytes);
-    if (!path) {
+    const auto copy = PPDCopy::of(std::move(*bytes));
+    if (!copy)
         problem = {kNoTemporaryFile, {asTheyAre(std::strerror(errno))}};
-        return false;
-    }
-    const bool isOfFilter = !objectionToPPD(*path, queue.name);
-    unlink(path->c_str());
-    return isOfFilter;
+    return copy && !objectionToPPD(copy->path(), queue.name);
 }
 
 void markDefault(std::vector<Queue> &queues, Connection &connection)
@@ -215,27 +189,18 @@ QueueList queuesOfThisFilter(const ServerAddress &server, std::chrono::milliseco
 // Copies of PPDs
 //
 
-PPDCopy::PPDCopy(std::string path, std::string bytes)
-    : _path(std::move(path)), _bytes(std::move(bytes))
+std::optional<PPDCopy> PPDCopy::of(std::string bytes)
 {
+    Platform::Stream file = Platform::openTemporary();
+    if (!file || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size() ||
+        std::fflush(file.get()) != 0)
+        return std::nullopt;
+    return PPDCopy(std::move(file), std::move(bytes));
 }
 
-PPDCopy::PPDCopy(PPDCopy &&other) noexcept
-    : _path(std::exchange(other._path, {})), _bytes(std::move(other._bytes))
+std::string PPDCopy::path() const
 {
-}
-
-PPDCopy &PPDCopy::operator=(PPDCopy &&other) noexcept
-{
-    std::swap(_path, other._path);
-    std::swap(_bytes, other._bytes);
-    return *this;
-}
-
-PPDCopy::~PPDCopy()
-{
-    if (!_path.empty())
-        unlink(_path.c_str());
+    return "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(fileno(_file.get()));
 }
 
 std::optional<PPDCopy> ppdOf(const Queue &queue, std::chrono::milliseconds bound, Words *whyNot)
@@ -248,13 +213,12 @@ std::optional<PPDCopy> ppdOf(const Queue &queue, std::chrono::milliseconds bound
             *whyNot = {kQueueIsGone, {asTheyAre(queue.name)}};
         return std::nullopt;
     }
-    auto path = writtenToFile(*bytes);
-    if (!path) {
+    auto copy = PPDCopy::of(std::move(*bytes));
+    if (!copy) {
         *whyNot = {kNoTemporaryFile, {asTheyAre(std::strerror(errno))}};
         return std::nullopt;
     }
-    PPDCopy copy(std::move(*path), std::move(*bytes));
-    if (auto objection = objectionToPPD(copy.path(), queue.name)) {
+    if (auto objection = objectionToPPD(copy->path(), queue.name)) {
         *whyNot = std::move(*objection);
         return std::nullopt;
     }

@@ -2,12 +2,14 @@
 
 #include "PPD.h"
 #include "Server.h"
+#include "Streams.h"
 #include "Words.h"
 
 #include <chrono>
 #include <compare>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Model {
@@ -53,23 +55,26 @@ struct QueueList {
 /// @param bound  for how long a server that says nothing is waited for
 QueueList queuesOfThisFilter(const ServerAddress &server, std::chrono::milliseconds bound);
 
-/// A copy of a queue's PPD in a private file, which is removed with this object. Can be moved.
+/// A copy of a queue's PPD in a file that has no name in any folder: it is gone with this object,
+/// however the process ends. Can be moved.
 class PPDCopy {
 public:
-    PPDCopy(PPDCopy &&other) noexcept;
-    PPDCopy &operator=(PPDCopy &&other) noexcept;
-    ~PPDCopy();
+    /// @return nullopt, with errno set, when there is no memory for it
+    static std::optional<PPDCopy> of(std::string bytes);
 
-    const std::string &path() const { return _path; }
+    /// Where this process and its children find it, in /proc, as long as this object lives.
+    std::string path() const;
 
     /// Whether both have the same bytes: if not, the PPD was changed.
     bool isSameAs(const PPDCopy &other) const { return _bytes == other._bytes; }
 
 private:
-    friend std::optional<PPDCopy> ppdOf(const Queue &, std::chrono::milliseconds, Words *);
-    PPDCopy(std::string path, std::string bytes);
+    PPDCopy(Platform::Stream file, std::string bytes)
+        : _file(std::move(file)), _bytes(std::move(bytes))
+    {
+    }
 
-    std::string _path;
+    Platform::Stream _file;
     std::string _bytes;
 };
 

@@ -40,7 +40,7 @@ public:
     bool goOn(Findings &findings, std::string *whyNot);
 
     const Model::Queue &queue() const { return _queue; }
-    const std::string &ppdPath() const { return _ppd.path(); }
+    std::string ppdPath() const { return _ppd.path(); }
     Model::QueueSettings &settings() { return _settings; }
     const Model::QueueSettings &settings() const { return _settings; }
 

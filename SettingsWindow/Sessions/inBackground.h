@@ -16,8 +16,7 @@ QThreadPool &questionThreads();
 QThreadPool &deedThreads();
 
 /// Waits for all deeds, then ends the program with the status: at once when a question is still
-/// waiting for a server. A question that is just looking into a PPD then leaves its copy of it
-/// behind, among the temporary files.
+/// waiting for a server.
 [[noreturn]] void endProgram(int status);
 
 /// Runs work in one of the threads, and what follows it in this one: with its result, and only as

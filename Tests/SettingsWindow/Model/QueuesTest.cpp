@@ -1,5 +1,6 @@
 #include "QueuesTest.h"
 
+#include "Environment.h"
 #include "Loopback.h"
 #include "MinimalPPD.h"
 #include "PrintJob.h"
@@ -163,7 +164,7 @@ TEST_F(QueuesTest, OfTheSameNameAreToldApartByTheirServers)
     EXPECT_NE(theirs.at(1).id(), others[0].id());
 }
 
-TEST_F(QueuesTest, PPDIsCopiedAndTheCopyRemoved)
+TEST_F(QueuesTest, PPDIsCopiedForThisProgramAndItsChildrenAndTheCopyIsGoneWithItsOwner)
 {
     Words whyNot;
     std::string path;
@@ -173,10 +174,20 @@ TEST_F(QueuesTest, PPDIsCopiedAndTheCopyRemoved)
         path = copy->path();
         std::string why;
         EXPECT_TRUE(PPD::open(path, &why)) << why;
-        EXPECT_EQ(fs::perms(0600), fs::status(path).permissions());
+        EXPECT_EQ(Support::readFile(path),
+                  Support::runProgram({.arguments = {"cat", path}}).output);
     }
     EXPECT_FALSE(fs::exists(path));
     EXPECT_TRUE(ppdOf(queue("pool"), kBound, &whyNot)) << "of a class";
+}
+
+/// So that nothing is left of one, however the program ends.
+TEST_F(QueuesTest, NoFolderHasACopyOfAPPD)
+{
+    const Support::ScopedEnvironment nowhere("TMPDIR", "/nowhere");
+    EXPECT_EQ(std::nullopt, queuesOfThisFilter(server(), kBound).problem);
+    Words whyNot;
+    EXPECT_TRUE(ppdOf(queue(), kBound, &whyNot)) << inEnglish(whyNot);
 }
 
 TEST_F(QueuesTest, PPDThatChangesIsSeen)
