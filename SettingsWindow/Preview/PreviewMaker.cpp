@@ -74,7 +74,6 @@ public:
 
     void setJob(const PreviewJob &job);
     void show(const WantedPicture &wanted);
-    void showThumbnail(const WantedPicture &wanted);
     void stop();
     bool isBusy() const { return _isPreparing || _drawing.has_value(); }
     QSize boxFor(QSize pixels, qreal devicePixelRatio) const
@@ -87,7 +86,6 @@ private:
     struct Drawing {
         WantedPicture wanted;
         int page;
-        bool isThumbnail;
     };
 
     void begin();
@@ -99,11 +97,10 @@ private:
     void take(const Picture &picture);
     void take(const Failed &failed);
     void takeEnd(Failure failure, const QString &detail);
-    void drawNext();
-    std::optional<WantedPicture> nextWanted(bool &isThumbnail);
+    void drawView();
     int pageOf(const WantedPicture &wanted) const;
-    bool deliverKept(const WantedPicture &wanted, bool isThumbnail);
-    void deliver(const WantedPicture &wanted, bool isThumbnail, QImage picture);
+    bool deliverKept(const WantedPicture &wanted);
+    void deliver(const WantedPicture &wanted, QImage picture);
 
     PreviewMaker *_maker;
     PreviewPrograms _programs;
@@ -114,7 +111,6 @@ private:
     QList<Sheet> _sheets;
     std::optional<WantedPicture> _view; ///< asked for last, shown or not
     bool _viewIsWaiting = false;
-    QList<WantedPicture> _thumbnails; ///< that are waiting
     std::optional<Drawing> _drawing;
     QCache<DrawnPage, QImage> _pictures; ///< of this job
 };
@@ -124,7 +120,6 @@ void PreviewMaker::Implementation::setJob(const PreviewJob &job)
     dropProcess();
     _pictures.clear();
     _sheets.clear();
-    _thumbnails.clear();
     _viewIsWaiting = _view.has_value();
     _job = job;
     begin();
@@ -159,20 +154,10 @@ void PreviewMaker::Implementation::dropProcess()
 void PreviewMaker::Implementation::show(const WantedPicture &wanted)
 {
     _view = wanted;
-    _viewIsWaiting = !deliverKept(wanted, false);
+    _viewIsWaiting = !deliverKept(wanted);
     if (_viewIsWaiting && !_process && _job)
         begin();
-    drawNext();
-}
-
-void PreviewMaker::Implementation::showThumbnail(const WantedPicture &wanted)
-{
-    if (deliverKept(wanted, true))
-        return;
-    _thumbnails.append(wanted);
-    if (!_process && _job)
-        begin();
-    drawNext();
+    drawView();
 }
 
 void PreviewMaker::Implementation::stop()
@@ -181,7 +166,6 @@ void PreviewMaker::Implementation::stop()
         return;
     dropProcess();
     _viewIsWaiting = false;
-    _thumbnails.clear();
     emit _maker->progress(-1, {});
     emit _maker->stopped();
 }
@@ -202,7 +186,7 @@ void PreviewMaker::Implementation::take(const Sheets &sheets)
     _isPreparing = false;
     _sheets = sheets.sheets;
     emit _maker->sheetsKnown(_sheets);
-    drawNext();
+    drawView();
 }
 
 void PreviewMaker::Implementation::take(const Picture &picture)
@@ -210,8 +194,8 @@ void PreviewMaker::Implementation::take(const Picture &picture)
     const Drawing drawn = *std::exchange(_drawing, std::nullopt);
     QImage image = imageOf(picture);
     _pictures.insert({drawn.page, drawn.wanted.box}, new QImage(image), image.sizeInBytes());
-    deliver(drawn.wanted, drawn.isThumbnail, std::move(image));
-    drawNext();
+    deliver(drawn.wanted, std::move(image));
+    drawView();
 }
 
 void PreviewMaker::Implementation::take(const Failed &failed)
@@ -220,42 +204,30 @@ void PreviewMaker::Implementation::take(const Failed &failed)
         return takeEnd(failed.failure, failed.detail);
     _drawing.reset();
     emit _maker->failed(wordsOf(failed.failure, failed.detail));
-    drawNext();
+    drawView();
 }
 
-/// The next picture that is asked for begins anew, but not what was waiting: it might end in the
-/// same way, again and again.
+/// The next picture that is asked for begins anew, but not the one that was waiting: it might end
+/// in the same way, again and again.
 void PreviewMaker::Implementation::takeEnd(Failure failure, const QString &detail)
 {
     dropProcess();
     _viewIsWaiting = false;
-    _thumbnails.clear();
     emit _maker->progress(-1, {});
     emit _maker->failed(wordsOf(failure, detail));
 }
 
-void PreviewMaker::Implementation::drawNext()
+void PreviewMaker::Implementation::drawView()
 {
     if (!_process || isBusy())
         return;
-    bool isThumbnail = false;
-    while (const auto wanted = nextWanted(isThumbnail)) {
-        const int page = pageOf(*wanted);
-        if (page < 0 || deliverKept(*wanted, isThumbnail))
-            continue;
-        _drawing = Drawing{*wanted, page, isThumbnail};
-        _process->draw({page, wanted->box});
-        return;
-    }
-    emit _maker->progress(-1, {});
-}
-
-std::optional<WantedPicture> PreviewMaker::Implementation::nextWanted(bool &isThumbnail)
-{
-    isThumbnail = !_viewIsWaiting;
-    if (std::exchange(_viewIsWaiting, false))
-        return _view;
-    return _thumbnails.isEmpty() ? std::nullopt : std::optional(_thumbnails.takeFirst());
+    const bool isWanted = std::exchange(_viewIsWaiting, false);
+    const int page = isWanted ? pageOf(*_view) : -1;
+    if (page >= 0 && !deliverKept(*_view)) {
+        _drawing = Drawing{*_view, page};
+        _process->draw({page, _view->box});
+    } else
+        emit _maker->progress(-1, {});
 }
 
 /// @return -1 when the job has no such sheet or side
@@ -268,23 +240,19 @@ int PreviewMaker::Implementation::pageOf(const WantedPicture &wanted) const
 }
 
 /// @return whether the picture was still there
-bool PreviewMaker::Implementation::deliverKept(const WantedPicture &wanted, bool isThumbnail)
+bool PreviewMaker::Implementation::deliverKept(const WantedPicture &wanted)
 {
     const QImage *kept = _pictures.object({pageOf(wanted), wanted.box});
     if (kept == nullptr)
         return false;
-    deliver(wanted, isThumbnail, *kept);
+    deliver(wanted, *kept);
     return true;
 }
 
-void PreviewMaker::Implementation::deliver(const WantedPicture &wanted, bool isThumbnail,
-                                           QImage picture)
+void PreviewMaker::Implementation::deliver(const WantedPicture &wanted, QImage picture)
 {
     picture.setDevicePixelRatio(wanted.devicePixelRatio);
-    if (isThumbnail)
-        emit _maker->thumbnailReady(wanted.sheet, wanted.side, picture);
-    else
-        emit _maker->sheetReady(wanted.sheet, wanted.side, picture);
+    emit _maker->sheetReady(wanted.sheet, wanted.side, picture);
 }
 
 PreviewMaker::PreviewMaker(PreviewPrograms programs, const PreviewLimits &limits, QObject *parent)
@@ -303,12 +271,6 @@ void PreviewMaker::setJob(const PreviewJob &job)
 void PreviewMaker::show(int sheet, Side side, QSize pixels, qreal devicePixelRatio)
 {
     _implementation->show(
-        {sheet, side, _implementation->boxFor(pixels, devicePixelRatio), devicePixelRatio});
-}
-
-void PreviewMaker::showThumbnail(int sheet, Side side, QSize pixels, qreal devicePixelRatio)
-{
-    _implementation->showThumbnail(
         {sheet, side, _implementation->boxFor(pixels, devicePixelRatio), devicePixelRatio});
 }
 

@@ -31,17 +31,12 @@ public:
     void setJob(const PreviewJob &job);
 
     /// Asks for the picture of the side in view: sheetReady() or failed() follows, at once for a
-    /// picture that is still there. It goes before all thumbnails, and only the last one that is
-    /// asked for counts. May be called before the sheets are known. Nothing follows for a side that
-    /// the job has not.
+    /// picture that is still there. Only the last one that is asked for counts. May be called
+    /// before the sheets are known. Nothing follows for a side that the job has not.
     /// @param pixels            the box that the page is fitted into, not empty, in the window's
     ///                          pixels
     /// @param devicePixelRatio  of the screen; the picture has that many times as many pixels
     void show(int sheet, Side side, QSize pixels, qreal devicePixelRatio = 1);
-
-    /// The same for a small picture beside it: thumbnailReady() follows, in the order of asking,
-    /// when there is nothing else to draw. A new job forgets those that are still waiting.
-    void showThumbnail(int sheet, Side side, QSize pixels, qreal devicePixelRatio = 1);
 
     /// Whether something is under way that stop() would end.
     bool isBusy() const;
@@ -54,7 +49,6 @@ signals:
     /// The sheets of the job, in the order in which they leave the printer; at least one.
     void sheetsKnown(const QList<Sheet> &sheets);
     void sheetReady(int sheet, Side side, const QImage &picture);
-    void thumbnailReady(int sheet, Side side, const QImage &picture);
 
     /// The toolkit has refused a part of what the settings ask for, in its words. The sheets follow
     /// as they would be printed: without that part.

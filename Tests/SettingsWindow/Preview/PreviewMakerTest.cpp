@@ -50,7 +50,6 @@ struct Shown {
 struct Said {
     QList<Sheet> sheets;
     std::vector<Shown> pictures;
-    std::vector<Shown> thumbnails;
     std::vector<std::string> refusals;
     std::vector<std::string> notes;
     std::vector<std::string> failures;
@@ -221,10 +220,6 @@ void PreviewMakerTest::listen()
     QObject::connect(maker, &PreviewMaker::sheetReady, maker,
                      [this](int sheet, Side side, const QImage &picture) {
                          said.pictures.push_back({sheet, side, picture});
-                     });
-    QObject::connect(maker, &PreviewMaker::thumbnailReady, maker,
-                     [this](int sheet, Side side, const QImage &picture) {
-                         said.thumbnails.push_back({sheet, side, picture});
                      });
 }
 
@@ -398,24 +393,14 @@ TEST_F(PreviewMakerTest, PicturesThatAreKeptAreBounded)
     EXPECT_EQ(said.pictures[0].picture, said.pictures[2].picture);
 }
 
-TEST_F(PreviewMakerTest, TheSideInViewGoesBeforeThumbnailsAndOnlyTheLastOneCounts)
+TEST_F(PreviewMakerTest, OnlyTheSideThatWasAskedForLastIsDrawn)
 {
-    for (int sheet = 0; sheet < 3; ++sheet)
-        maker().showThumbnail(sheet, Side::Front, {50, 50});
-    std::vector<int> order;
-    QObject::connect(&maker(), &PreviewMaker::thumbnailReady, &maker(),
-                     [&order](int sheet) { order.push_back(sheet); });
-    QObject::connect(&maker(), &PreviewMaker::sheetReady, &maker(),
-                     [&order](int sheet) { order.push_back(100 + sheet); });
-    QObject::connect(&maker(), &PreviewMaker::sheetsKnown, &maker(), [this] {
-        for (int sheet = 0; sheet < 3; ++sheet)
-            maker().showThumbnail(sheet, Side::Front, {50, 50});
-        maker().show(5, Side::Front, kA4);
-        maker().show(6, Side::Front, kA4);
-    });
+    maker().show(5, Side::Front, kA4);
+    maker().show(6, Side::Front, kA4);
     sheetsOf(job(""));
-    ASSERT_TRUE(waitFor([&order] { return order.size() == 4; }));
-    EXPECT_THAT(order, ElementsAre(0, 106, 1, 2)); // the first one was being drawn already
+    ASSERT_TRUE(waitFor([this] { return !said.pictures.empty() && !maker().isBusy(); }));
+    ASSERT_EQ(1U, said.pictures.size());
+    EXPECT_EQ(6, said.pictures[0].sheet);
 }
 
 TEST_F(PreviewMakerTest, NothingFollowsForASideThatThereIsNot)
@@ -423,7 +408,7 @@ TEST_F(PreviewMakerTest, NothingFollowsForASideThatThereIsNot)
     sheetsOf(job("Duplex=None"));
     maker().show(0, Side::Back, kA4);
     maker().show(99, Side::Front, kA4);
-    maker().showThumbnail(-1, Side::Front, kA4);
+    maker().show(-1, Side::Front, kA4);
     EXPECT_FALSE(maker().isBusy());
     EXPECT_THAT(said.failures, IsEmpty());
 }
