@@ -21,6 +21,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QStackedWidget>
 
@@ -45,6 +46,14 @@ QString userName()
 QString wholePath(const QString &path)
 {
     return path.isEmpty() ? path : QFileInfo(path).absoluteFilePath();
+}
+
+/// Room for the settings and a page beside them, in letters of the font, as far as the screen goes.
+QSize sizeToBeginWith(const QWidget &window)
+{
+    const QFontMetrics letters = window.fontMetrics();
+    return QSize(150 * letters.averageCharWidth(), 42 * letters.height())
+        .boundedTo(window.screen()->availableSize());
 }
 
 } // namespace
@@ -73,6 +82,7 @@ MainWindow::MainWindow(Setup setup)
     layout->addWidget(_jobs);
     layout->addWidget(makeButtons());
     setCentralWidget(content);
+    resize(sizeToBeginWith(*this));
 
     connectPrinterRow();
     connectKeeping();

@@ -47,6 +47,7 @@ PreviewPane::PreviewPane(PreviewPrograms programs, QWidget *parent)
 {
     auto *open = new QPushButton(tr("&Open Document…"), this);
     addKeys(open, QKeySequence::Open);
+    setTabOrder(open, _view);
     connect(open, &QPushButton::clicked, this, &PreviewPane::documentWanted);
     auto *top = new QHBoxLayout;
     top->addWidget(_document, 1);
@@ -76,10 +77,10 @@ void PreviewPane::buildSheetRow()
     _sheetRow = new QWidget(this);
     const bool fromRight = layoutDirection() == Qt::RightToLeft;
     _back = arrow(_sheetRow, fromRight ? Qt::RightArrow : Qt::LeftArrow, tr("Previous sheet"));
-    _on = arrow(_sheetRow, fromRight ? Qt::LeftArrow : Qt::RightArrow, tr("Next sheet"));
     _number = new QSpinBox(_sheetRow);
     _number->setAccessibleName(tr("Sheet in view"));
     _count = new QLabel(_sheetRow);
+    _on = arrow(_sheetRow, fromRight ? Qt::LeftArrow : Qt::RightArrow, tr("Next sheet"));
     _turn = new QPushButton(tr("&Turn Over"), _sheetRow);
 
     auto *layout = new QHBoxLayout(_sheetRow);

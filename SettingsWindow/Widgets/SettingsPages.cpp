@@ -115,7 +115,21 @@ void SettingsPages::build(const std::vector<PageOfFields> &pages)
         _stack->addWidget(makePage(page));
     }
     fitWidth(*_names);
+    leadKeyboardToFields();
     setCurrentPage(std::min(current, _names->count() - 1));
+}
+
+/// From the list Tab goes on to the fields, though all that stands behind them is older.
+void SettingsPages::leadKeyboardToFields()
+{
+    QWidget *last = _names;
+    for (const auto &page : std::as_const(_editors))
+        for (const FieldEditor *editor : page)
+            for (QWidget *part : editor->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+                if ((part->focusPolicy() & Qt::TabFocus) != 0) {
+                    setTabOrder(last, part);
+                    last = part;
+                }
 }
 
 /// A page that is longer than the window scrolls; it does not widen it.

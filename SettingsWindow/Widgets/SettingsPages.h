@@ -39,6 +39,7 @@ private:
     static std::vector<PageOfFields> pagesOf(const Model::QueueSettings &settings);
     bool fits(const std::vector<PageOfFields> &pages) const;
     void build(const std::vector<PageOfFields> &pages);
+    void leadKeyboardToFields();
     QWidget *makePage(const PageOfFields &page);
     void addField(QFormLayout &form, const Model::Field &field);
     void markProblems(const std::vector<PageOfFields> &pages, const QSet<QString> &fields);

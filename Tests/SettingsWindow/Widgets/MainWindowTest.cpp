@@ -7,13 +7,18 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QLabel>
+#include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 #include <QTranslator>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -89,6 +94,51 @@ TEST_P(MainWindowTest, EachUnderlinedLetterPressesItsButton)
         EXPECT_EQ(QKeySequence::mnemonic(button->text()), button->shortcut())
             << button->text().toStdString();
 }
+
+/// In English.
+class OneMainWindowTest : public MainWindowTest {};
+
+/// What Tab comes to behind a widget until it is there again, as that is called.
+std::vector<std::string> behind(const QWidget &widget)
+{
+    std::vector<std::string> names;
+    for (const QWidget *next = widget.nextInFocusChain(); next != &widget;
+         next = next->nextInFocusChain())
+        if ((next->focusPolicy() & Qt::TabFocus) != 0 && next->focusProxy() == nullptr &&
+            !next->isHidden()) {
+            const auto *button = qobject_cast<const QAbstractButton *>(next);
+            const QString name = next->accessibleName().isEmpty() && button != nullptr
+                                     ? button->text().remove('&')
+                                     : next->accessibleName();
+            names.push_back(name.toStdString());
+        }
+    return names;
+}
+
+TEST_P(OneMainWindowTest, TheKeyboardGoesFromThePagesToTheirFieldsAndThroughThePreview)
+{
+    const auto names = behind(*window->findChild<QListWidget *>());
+    EXPECT_EQ(std::vector(names.begin(), names.begin() + 3),
+              (std::vector<std::string>{"Send Department Code", "Department Code",
+                                        "User, where it is not you"}));
+    const auto preview = std::ranges::find(names, "Open Document…");
+    ASSERT_GT(names.end() - preview, 10);
+    EXPECT_EQ(std::vector(preview - 1, preview + 10),
+              (std::vector<std::string>{"Hole Punch", "Open Document…", "", "Previous sheet",
+                                        "Sheet in view", "Next sheet", "Turn Over", "Stop", "Keep…",
+                                        "Copy as Command", "Print Now"}));
+}
+
+TEST_P(OneMainWindowTest, BeginsAsLargeAsSettingsAndAPageNeed)
+{
+    window->show();
+    const QSize screen = window->screen()->availableSize();
+    EXPECT_GE(window->height(), std::min(screen.height(), 30 * window->fontMetrics().height()));
+    EXPECT_LE(window->height(), screen.height());
+    EXPECT_LE(window->width(), screen.width());
+}
+
+INSTANTIATE_TEST_SUITE_P(English, OneMainWindowTest, testing::Values("en"));
 
 INSTANTIATE_TEST_SUITE_P(Languages, MainWindowTest,
                          testing::Values("en", "de", "es", "fr", "ja", "zh_CN"),
