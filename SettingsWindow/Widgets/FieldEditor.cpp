@@ -336,6 +336,7 @@ void FieldEditor::setControl(QWidget *control, QWidget *beside)
     _label->setText(withoutMnemonic(inLines(words, fontMetrics())));
     _label->setBuddy(control);
     control->setAccessibleName(words);
+    setFocusPolicy(control->focusPolicy()); // else it has no place in the order of Tab
     setFocusProxy(control);
 
     auto *row = new QHBoxLayout;

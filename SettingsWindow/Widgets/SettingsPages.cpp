@@ -124,12 +124,10 @@ void SettingsPages::leadKeyboardToFields()
 {
     QWidget *last = _names;
     for (const auto &page : std::as_const(_editors))
-        for (const FieldEditor *editor : page)
-            for (QWidget *part : editor->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
-                if ((part->focusPolicy() & Qt::TabFocus) != 0) {
-                    setTabOrder(last, part);
-                    last = part;
-                }
+        for (FieldEditor *editor : page) {
+            setTabOrder(last, editor);
+            last = editor;
+        }
 }
 
 /// A page that is longer than the window scrolls; it does not widen it.
