@@ -254,6 +254,7 @@ public:
         if (field.typed)
             addTyping(field);
         setControl(_list, _line);
+        nameChoices(*_list, inWords(field.label));
         connect(_list, &QComboBox::activated, this, &ChoiceEditor::reportChoice);
     }
 

@@ -28,7 +28,7 @@ KeepDialog::KeepDialog(const QString &printer, const QString &countsFor, const Q
     _name->setEditable(true);
     _name->addItems(sets);
     _name->setCurrentText(current);
-    _name->setAccessibleName(tr("Name of the set"));
+    nameChoices(*_name, tr("Name of the set"));
     _name->lineEdit()->setPlaceholderText(tr("confidential", "an example of a name"));
     (current.isEmpty() ? _asDefaults : _asSet)->setChecked(true);
     _secrets->setVisible(hasSecrets);

@@ -1,6 +1,8 @@
 #include "labels.h"
+#include "keys.h"
 
 #include <QAccessible>
+#include <QComboBox>
 #include <QLabel>
 
 QLabel *plainLabel(const QString &words, QWidget *parent)
@@ -31,4 +33,12 @@ void tell(QLabel &label, const QString &words)
         return;
     QAccessibleEvent alert(&label, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
+}
+
+void nameChoices(QComboBox &list, const QString &name)
+{
+    list.setAccessibleName(name);
+    QLabel *label = plainLabel(withoutMnemonic(name), list.parentWidget());
+    label->setBuddy(&list);
+    label->hide();
 }

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+class QComboBox;
 class QLabel;
 class QWidget;
 
@@ -15,3 +16,7 @@ QLabel *copiedLabel(const QString &words, QWidget *parent);
 /// Has a label say something, hides one that has nothing to say. Screen readers say it, too, but
 /// not again and again.
 void tell(QLabel &label, const QString &words);
+
+/// Names a list of choices for screen readers. What is chosen goes for its name else: they look for
+/// a label that stands beside it in the same widget, which nobody needs to see.
+void nameChoices(QComboBox &list, const QString &name);

@@ -6,7 +6,9 @@
 #include "language.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QAction>
+#include <QComboBox>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
@@ -155,6 +157,28 @@ TEST_P(OneMainWindowTest, BeginsAsLargeAsSettingsAndAPageNeed)
     EXPECT_GE(window->height(), std::min(screen.height(), 30 * window->fontMetrics().height()));
     EXPECT_LE(window->height(), screen.height());
     EXPECT_LE(window->width(), screen.width());
+}
+
+/// Of the labels that belong to a list of choices, as screen readers find them.
+QStringList labelsHeardOf(QComboBox &list)
+{
+    QStringList names;
+    for (const auto &[label, relation] :
+         QAccessible::queryAccessibleInterface(&list)->relations(QAccessible::Label))
+        names << label->text(QAccessible::Name).remove(':');
+    return names;
+}
+
+TEST_P(OneMainWindowTest, ScreenReadersHearWhatEachListOfChoicesIsFor)
+{
+    KeepDialog dialog("office", {}, {"draft"}, "draft", true, "There.", window.get());
+    int lists = 0;
+    for (QComboBox *list : window->findChildren<QComboBox *>()) {
+        EXPECT_EQ(labelsHeardOf(*list).size(), 1) << list->accessibleName().toStdString();
+        ++lists;
+    }
+    EXPECT_GT(lists, 20);
+    EXPECT_EQ(labelsHeardOf(*dialog.findChild<QComboBox *>()), QStringList("Name of the set"));
 }
 
 INSTANTIATE_TEST_SUITE_P(English, OneMainWindowTest, testing::Values("en"));
