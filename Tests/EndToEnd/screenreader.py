@@ -5,7 +5,7 @@ import time
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi  # noqa: E402
+from gi.repository import Atspi, GLib  # noqa: E402
 
 PATIENCE = 30  # seconds
 
@@ -33,11 +33,11 @@ def wait_until(find, what):
     while time.monotonic() < end:
         try:
             found = find()
-        except gi.repository.GLib.Error:
+        except GLib.Error:
             found = None
         if found:
             return found
-        time.sleep(0.1)
+        time.sleep(0.02)
     sys.exit(f"In vain: {what}")
 
 

@@ -524,11 +524,13 @@ TEST_F(SettingsWindowTest, ASetIsRemovedOnlyWhenThatIsMeantAndLeavesTheScreenAlo
                 AllOf(HasSubstr("Dest office/board "), Not(HasSubstr("council"))));
 }
 
-TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByAScreenReader)
+TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByTheKeyboardAlone)
 {
+    addQueue("archive");
     addQueue("office");
     const std::string home = folder.file("home");
     fs::create_directories(home);
+    const std::string document = KL_DOCUMENTS "/office-7.pdf";
     const auto answer = Support::runProgram(
         {.arguments = {"env",
                        "-u",
@@ -545,22 +547,32 @@ TEST_F(SettingsWindowTest, TheWholeProgramIsWorkedByAScreenReader)
                        "-screen 0 1280x900x24",
                        KL_WORK_WINDOW,
                        KL_SETTINGS_PROGRAM,
-                       "office",
-                       kDocument,
+                       "printer:office",
+                       "open:" + document,
                        "Who prints:Department Code=0815",
                        "Private printing and document box:PIN for Private Printing=0471",
+                       "Watermark:Watermark=Confidential",
+                       "turn:Sheet 2, front",
                        "keep:board",
+                       "copy",
                        "print"}});
     ASSERT_EQ(answer.exitStatus, 0) << answer.errors;
+    EXPECT_THAT(answer.output,
+                HasSubstr("lp -d office -o KLDepartmentCode=Custom.0815 -o "
+                          "KLPrivatePIN=Custom.0471 -o KLWatermarkText=Confidential " +
+                          document));
     printer().finishJobs();
     ASSERT_EQ(printer().jobs().size(), 1U);
-    EXPECT_THAT(printer().jobs().front(),
-                AllOf(HasSubstr("@PJL COMMENT DSSC PRINT ACCESSCODE=0815\r\n"),
-                      HasSubstr("@PJL COMMENT DSSC PRINT PRIVPRINT=0471\r\n")));
+    const std::string job = printer().jobs().front();
+    EXPECT_THAT(job, AllOf(HasSubstr("@PJL COMMENT DSSC PRINT ACCESSCODE=0815\r\n"),
+                           HasSubstr("@PJL COMMENT DSSC PRINT PRIVPRINT=0471\r\n")));
+    constexpr QSize kPicture(300, 425);
+    const QImage plain = firstPage(Support::readFile(document), kPicture);
+    EXPECT_GT(difference(plain, firstPage(bodyOf(job), kPicture)), 0.005) << "no watermark";
 
     // What was kept is what lp(1) takes by that name.
     printer().forgetJobs();
-    scheduler().run({"env", "HOME=" + home, "lp", "-d", "office/board", kDocument});
+    scheduler().run({"env", "HOME=" + home, "lp", "-d", "office/board", document});
     EXPECT_TRUE(Support::comesTrue([] { return !printer().jobs().empty(); }));
     EXPECT_THAT(printer().jobs(), ElementsAre(HasSubstr("DSSC PRINT ACCESSCODE=0815\r\n")));
 }
