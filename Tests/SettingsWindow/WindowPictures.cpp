@@ -27,22 +27,25 @@ namespace {
 
 constexpr int kPatience = 20'000; // milliseconds
 
-/// Colours as a dark desktop has them.
+/// The colours that the style takes by itself on a dark desktop, of which this screen has none.
 QPalette darkColors()
 {
-    const QColor window(0x2b, 0x2b, 0x2b);
-    const QColor base(0x1f, 0x1f, 0x1f);
-    const QColor words(0xee, 0xee, 0xee);
-    const QColor faint(0x80, 0x80, 0x80);
-    QPalette palette(words, window, window.lighter(140), base.darker(), window.lighter(), words,
-                     Qt::white, base, window);
+    const QColor window(50, 50, 50);
+    const QColor base = window.darker(140);
+    const QColor words(240, 240, 240);
+    const QColor faint(130, 130, 130);
+    QPalette palette(words, window, window.lighter(150), window.darker(150), window.darker(130),
+                     words, words, base, window);
+    palette.setColor(QPalette::Midlight, window.darker(130).lighter(110));
+    palette.setColor(QPalette::Shadow, window.darker(150).darker(135));
+    palette.setColor(QPalette::Highlight, QColor(48, 140, 198));
+    palette.setColor(QPalette::HighlightedText, words);
     palette.setColor(QPalette::PlaceholderText, faint);
-    palette.setColor(QPalette::Highlight, QColor(0x2a, 0x6f, 0xb0));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
     palette.setColor(QPalette::ToolTipBase, base);
     palette.setColor(QPalette::ToolTipText, words);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, faint);
+    palette.setColor(QPalette::Disabled, QPalette::Base, window);
     return palette;
 }
 
