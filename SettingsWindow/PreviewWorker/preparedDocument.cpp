@@ -110,8 +110,10 @@ std::unique_ptr<Poppler::Document> opened(const std::string &path, int mostPages
     auto document = Poppler::Document::load(QFile::decodeName(path.c_str()));
     if (document && document->isLocked())
         throw PreviewFailure(Failure::DocumentLocked);
-    if (!document || document->numPages() < 1)
+    if (!document)
         throw PreviewFailure(Failure::DocumentDamaged);
+    if (document->numPages() < 1)
+        throw PreviewFailure(Failure::DocumentEmpty);
     if (document->numPages() > mostPages)
         throw PreviewFailure(Failure::TooManyPages);
     return document;

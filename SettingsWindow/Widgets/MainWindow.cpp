@@ -52,7 +52,7 @@ QString wholePath(const QString &path)
 QSize sizeToBeginWith(const QWidget &window)
 {
     const QFontMetrics letters = window.fontMetrics();
-    return QSize(150 * letters.averageCharWidth(), 42 * letters.height())
+    return QSize(180 * letters.averageCharWidth(), 48 * letters.height())
         .boundedTo(window.screen()->availableSize());
 }
 

@@ -598,6 +598,14 @@ TEST_F(PreviewMakerTest, ATextIsNoPDF)
               failureOf(job("", folder.write("text.pdf", "Dear Sir or Madam"))));
 }
 
+TEST_F(PreviewMakerTest, ADocumentWithoutPagesIsEmptyAndNotDamaged)
+{
+    const std::string pdf = "%PDF-1.4\n1 0 obj\n<< /Type /Catalog /Pages 2 0 R >>\nendobj\n"
+                            "2 0 obj\n<< /Type /Pages /Count 0 /Kids [] >>\nendobj\n"
+                            "trailer\n<< /Size 3 /Root 1 0 R >>\n%%EOF\n";
+    EXPECT_EQ("The document is empty.", failureOf(job("", folder.write("none.pdf", pdf))));
+}
+
 TEST_F(PreviewMakerTest, ADamagedDocumentIsTold)
 {
     EXPECT_EQ("The document is damaged.",
