@@ -234,9 +234,10 @@ std::optional<QueueId> MainWindow::printerToBeginWith()
     return (standard == printers.end() ? printers.front() : *standard).id();
 }
 
+/// A server that does not answer may have one: it is asked again.
 QString MainWindow::wordsWithoutPrinter() const
 {
-    if (!_printers->haveAllAnswered())
+    if (!_printers->haveAllAnswered() || !_printers->problems().empty())
         return tr("Looking for printers …");
     QString words = tr("There is no printer here that is driven by jobfilter.");
     if (const int others = _printers->others(); others > 0)

@@ -79,6 +79,7 @@ void PreviewPane::buildSheetRow()
     _back = arrow(_sheetRow, fromRight ? Qt::RightArrow : Qt::LeftArrow, tr("Previous sheet"));
     _number = new QSpinBox(_sheetRow);
     _number->setAccessibleName(tr("Sheet in view"));
+    _number->setGroupSeparatorShown(true); // as in their count
     _count = new QLabel(_sheetRow);
     _on = arrow(_sheetRow, fromRight ? Qt::LeftArrow : Qt::RightArrow, tr("Next sheet"));
     _turn = new QPushButton(tr("&Turn Over"), _sheetRow);

@@ -1,5 +1,6 @@
 #include "Environment.h"
 #include "FieldEditor.h"
+#include "Loopback.h"
 #include "MainWindow.h"
 #include "PJLChecker.h"
 #include "PrinterRow.h"
@@ -642,6 +643,18 @@ TEST_F(SettingsWindowTest, WithoutAPrinterItSaysWhatToDo)
     window.show();
     EXPECT_TRUE(comesTrue([&] { return says(window, "lpadmin -p office"); }));
     EXPECT_FALSE(button(window, "Print Now")->isEnabled());
+}
+
+TEST_F(SettingsWindowTest, OfAServerThatDoesNotAnswerNobodySaysThatItHasNoPrinter)
+{
+    auto nobody = setup();
+    nobody.servers = {{"127.0.0.1", Support::freePort(), true}};
+    nobody.patience = {};
+    MainWindow window(nobody);
+    window.show();
+    EXPECT_TRUE(comesTrue([&] { return says(window, "does not answer"); }));
+    EXPECT_TRUE(says(window, "Looking for printers"));
+    EXPECT_FALSE(says(window, "There is no printer here"));
 }
 
 TEST_F(SettingsWindowTest, APrinterThatVanishesTakesNothingAlong)

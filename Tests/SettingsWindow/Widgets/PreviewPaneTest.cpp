@@ -132,6 +132,15 @@ TEST_F(PreviewPaneTest, WhatWasStoppedIsNotSeenAsItWasBefore)
     EXPECT_EQ(seen(), "Stopped. The next change begins anew.");
 }
 
+TEST_F(PreviewPaneTest, TheNumberOfASheetIsWrittenAsTheirCountIs)
+{
+    showDocument("/book.pdf");
+    tellSheets(4000);
+    turnTo(1234);
+    EXPECT_EQ(pane.findChild<QSpinBox *>()->text(), "1,234");
+    EXPECT_THAT(words(), Contains("of 4,000"));
+}
+
 TEST_F(PreviewPaneTest, ASheetThatCannotBeDrawnLeavesTheOthers)
 {
     showLetter();
