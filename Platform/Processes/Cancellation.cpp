@@ -97,6 +97,8 @@ void cleanUpWhenCancelled()
 void forgetCancellation()
 {
     handleCancellingSignals(SIG_DFL);
+    if (!isIgnored(SIGXCPU)) // ProcessorTime.h
+        signal(SIGXCPU, SIG_DFL);
 }
 
 void endWhenCancelled(pid_t child)

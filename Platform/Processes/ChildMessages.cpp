@@ -1,6 +1,5 @@
 #include "ChildMessages.h"
 
-#include "Cancellation.h"
 #include "Descriptor.h"
 #include "Fork.h"
 #include "OpenDescriptors.h"
@@ -9,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -17,7 +15,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace Platform {
@@ -88,15 +85,6 @@ void limitMemory(std::size_t more)
         messages.send(kEndKind, *error.what() != '\0' ? error.what() : "unknown reason");
     }
     _exit(EXIT_SUCCESS); // what the parent had buffered is the parent's to write
-}
-
-void endChild(pid_t child)
-{
-    const CancellationDelay delay;
-    kill(-child, SIGKILL);
-    while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
-    }
-    endWhenCancelled(0);
 }
 
 /// Takes the first message off the bytes. @return nullopt while it is not all there
@@ -219,7 +207,7 @@ ChildReport messagesFromChild(const std::function<void(const ChildMessageSender 
         return {{}, childError(errno, std::strerror(errno))};
     sendingEnd.reset(); // so that the child's end is the end of the messages
     ChildReport report = Receiver(receivingEnd.number(), limits).receive();
-    endChild(child);
+    endForkedChild(child);
     return report;
 }
 

@@ -2,9 +2,11 @@
 
 #include "Cancellation.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace Platform {
@@ -37,6 +39,15 @@ pid_t forkChild(const std::function<void()> &work)
         endWhenCancelled(child);
     }
     return child;
+}
+
+void endForkedChild(pid_t child)
+{
+    const CancellationDelay delay;
+    kill(-child, SIGKILL);
+    while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
+    }
+    endWhenCancelled(0);
 }
 
 } // namespace Platform

@@ -17,4 +17,7 @@ namespace Platform {
 /// @return the child; -1 with errno set when there is none
 pid_t forkChild(const std::function<void()> &work);
 
+/// Kills the group of a child of forkChild() that has not been waited for, and waits for it.
+void endForkedChild(pid_t child);
+
 } // namespace Platform

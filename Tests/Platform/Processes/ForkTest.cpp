@@ -2,8 +2,11 @@
 
 #include "Cancellation.h"
 #include "MadeFiles.h"
+#include "ProcessorTime.h"
 #include "TemporaryFolder.h"
 
+#include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -56,6 +59,28 @@ TEST_F(ForkTest, AChildThatIsTerminatedLeavesTheFilesOfTheRunAlone)
     };
     EXPECT_EXIT(runItsChild(), testing::ExitedWithCode(SIGTERM), "");
     EXPECT_THAT(folder.names(), ElementsAre("made"));
+}
+
+TEST_F(ForkTest, AChildWhoseProcessorTimeIsOverSaysNothingAndRemovesNothing)
+{
+    const std::string made = folder.write("made", "");
+    const auto runItsChild = [&] {
+        endAfterProcessorTime(std::chrono::seconds(10'000), "The parent's time is over.\n");
+        MadeFiles::add(made);
+        MadeFiles::setUnfinished(made, true);
+        const int status = statusOf(forkChild([] { raise(SIGXCPU); }));
+        _exit(WIFSIGNALED(status) ? WTERMSIG(status) : 0);
+    };
+    EXPECT_EXIT(runItsChild(), testing::ExitedWithCode(SIGXCPU), "^$");
+    EXPECT_THAT(folder.names(), ElementsAre("made"));
+}
+
+TEST_F(ForkTest, AChildIsEndedAndWaitedFor)
+{
+    const pid_t child = forkChild([] { pause(); });
+    endForkedChild(child);
+    EXPECT_EQ(-1, kill(child, 0));
+    EXPECT_EQ(ESRCH, errno);
 }
 
 TEST_F(ForkTest, ASignalThatIsIgnoredStaysIgnored)
