@@ -4,6 +4,7 @@
 #include "Job.h"
 #include "Queue.h"
 #include "Streams.h"
+#include "TextMeasuring.h"
 #include "TextPlace.h"
 #include "ToolkitError.h"
 
@@ -80,11 +81,15 @@ std::optional<std::string> outputOf(std::string_view document,
     }();
     MemoryFile input;
     MemoryFile output;
+    Platform::TextShaper texts;
     input.assign(document);
     const Platform::Stream inputStream = Platform::openForReading(input.path());
     Platform::Stream outputStream = Platform::openForWriting(output.path());
     try {
-        command({.input = inputStream.get(), .output = outputStream.get(), .ppdPath = ppd.path()});
+        command({.input = inputStream.get(),
+                 .output = outputStream.get(),
+                 .texts = texts,
+                 .ppdPath = ppd.path()});
     } catch (const ToolkitError &) {
         return std::nullopt;
     }

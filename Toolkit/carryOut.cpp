@@ -57,7 +57,8 @@ void requireRegularFile(std::FILE *input, int problem)
 
 } // namespace
 
-void carryOut(const Arguments &arguments, const std::string &ppdPath, bool endsProcess)
+void carryOut(const Arguments &arguments, const std::string &ppdPath, bool endsProcess,
+              Platform::TextSetter &texts)
 {
     const Platform::Stream input = Platform::openForReading(arguments.input);
     const int problem = errno;
@@ -68,6 +69,7 @@ void carryOut(const Arguments &arguments, const std::string &ppdPath, bool endsP
 
     const Job job{.input = input.get(),
                   .output = output.stream(),
+                  .texts = texts,
                   .ppdPath = ppdPath,
                   .endsProcess = endsProcess};
     const Format format = formatOf(input.get());

@@ -340,29 +340,39 @@ private:
 
 } // namespace
 
-TextShaper::TextShaper(const std::string &fontName, double size)
-    : _fonts(std::make_unique<Fonts>(fontName)), _size(size)
-{
-}
+TextShaper::TextShaper() = default;
 
 TextShaper::~TextShaper() = default;
 
-ShapedText TextShaper::shape(const std::string &text)
+void TextShaper::prepare()
 {
-    if (_fonts->empty())
+    FcInit();
+}
+
+ShapedText TextShaper::shape(const std::string &text, const std::string &fontName, double size)
+{
+    auto &fonts = _fonts[fontName];
+    if (!fonts)
+        fonts = std::make_unique<Fonts>(fontName);
+    if (fonts->empty())
         return {};
     const Characters characters = charactersOf(text);
-    std::vector<Run> runs = runsOf(characters, *_fonts);
+    std::vector<Run> runs = runsOf(characters, *fonts);
     orderFromLeftToRight(runs);
-    LineSetter setter(characters, *_fonts, _size);
+    LineSetter setter(characters, *fonts, size);
     for (const Run &run : runs)
         setter.set(run);
     return setter.line();
 }
 
+void TextShaper::forgetFonts()
+{
+    _fonts.clear();
+}
+
 ShapedText shapeText(const std::string &text, const std::string &fontName, double size)
 {
-    return TextShaper(fontName, size).shape(text);
+    return TextShaper().shape(text, fontName, size);
 }
 
 TextSize measureText(const std::string &text, const std::string &fontName, double size)

@@ -124,6 +124,29 @@ TEST_F(ToolkitCommandTest, SaysNothingWhenAllIsWell)
     EXPECT_EQ(_document, Support::readFile(input()));
 }
 
+TEST_F(ToolkitCommandTest, ItStartsWithoutTheLibrariesThatFewCommandsNeed)
+{
+    const auto result = Support::runProgram({.arguments = {"readelf", "-d", KL_TOOLKIT}});
+    EXPECT_EQ(0, result.exitStatus);
+    EXPECT_THAT(result.output, HasSubstr("Shared library: [libqpdf"));
+    for (const char *library : {"libcups", "fontconfig", "freetype", "harfbuzz", "fribidi"})
+        EXPECT_THAT(result.output, Not(HasSubstr(library)));
+}
+
+TEST_F(ToolkitCommandTest, WithoutItsModulesItSaysWhatIsMissing)
+{
+    std::filesystem::copy_file(KL_TOOLKIT, _folder.file("toolkit"));
+    Words words = watermark(input(), output());
+    words.insert(words.begin(), _folder.file("toolkit"));
+    expectComplaint(Support::runProgram({.arguments = words}),
+                    "The fonts cannot be used: Unable to load module: KLTextMeasuringModule.so");
+    words = booklet(input(), output());
+    words.insert(words.begin(), _folder.file("toolkit"));
+    expectComplaint(Support::runProgram({.arguments = words}),
+                    "Unable to load module: KLQueuePPDModule.so");
+    EXPECT_FALSE(exists(output()));
+}
+
 TEST_F(ToolkitCommandTest, TheOutputHasTheFormatOfTheInput)
 {
     _folder.write("in", "%!PS-Adobe-3.0\n%%Pages: 1\n%%EndComments\n%%Page: 1 1\n"

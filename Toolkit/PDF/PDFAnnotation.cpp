@@ -121,7 +121,7 @@ Border borderOf(QPDFObjectHandle annotation)
 /// The marks of one annotation, in the page's user space.
 class Sketch {
 public:
-    explicit Sketch(const QPDFObjectHandle &annotation);
+    Sketch(const QPDFObjectHandle &annotation, Platform::TextSetter &setter);
 
     void drawSquare();
     void drawCircle();
@@ -165,6 +165,7 @@ private:
     bool isTranslucent() const { return _multiplies || _opacity < 1; }
 
     QPDFObjectHandle _annotation;
+    Platform::TextSetter &_setter;
     Border _border;
     double _opacity;
     std::string _stroke; ///< the operator for its colour; empty when nothing is stroked
@@ -181,8 +182,9 @@ Rectangle ordered(const Rectangle &box)
             std::max(box.lly, box.ury)};
 }
 
-Sketch::Sketch(const QPDFObjectHandle &annotation)
+Sketch::Sketch(const QPDFObjectHandle &annotation, Platform::TextSetter &setter)
     : _annotation(annotation),
+      _setter(setter),
       _border(borderOf(annotation)),
       _opacity(std::clamp(orElse(entry("/CA"), 1), 0.0, 1.0)),
       _rectangle(ordered(entry("/Rect").getArrayAsRectangle())),
@@ -341,7 +343,7 @@ void Sketch::drawFreeText()
     QPDFObjectHandle alignment = entry("/Q");
     const double shares = std::clamp(orElse(alignment, 0), 0.0, 2.0) / 2;
     _contents += colourOperator(appearance.colour, kFilling);
-    for (const TextLine &line : linesInBox(textOf("/Contents"), appearance.size,
+    for (const TextLine &line : linesInBox(_setter, textOf("/Contents"), appearance.size,
                                            room.urx - room.llx, room.ury - room.lly, shares))
         drawText(line.text, {room.llx + line.start.x, room.lly + line.start.y});
 }
@@ -445,14 +447,15 @@ void (Sketch::*drawingOf(QPDFObjectHandle subtype))()
 
 } // namespace
 
-QPDFObjectHandle annotationWithLook(QPDF &document, QPDFObjectHandle annotation)
+QPDFObjectHandle annotationWithLook(QPDF &document, QPDFObjectHandle annotation,
+                                    Platform::TextSetter &texts)
 {
     const auto draw = drawingOf(annotation.getKey("/Subtype"));
     QPDFObjectHandle rectangle = annotation.getKey("/Rect");
     if (draw == nullptr || annotation.hasKey("/AP") || !rectangle.isRectangle() ||
         !numbersOf(rectangle))
         return annotation;
-    Sketch sketch(annotation);
+    Sketch sketch(annotation, texts);
     (sketch.*draw)();
     const auto form = sketch.form(document);
     if (!form)

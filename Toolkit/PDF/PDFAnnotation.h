@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TextSetter.h"
+
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 
@@ -12,7 +14,8 @@
 /// it would not fit.
 /// @param document    the annotation's; gets the stream
 /// @param annotation  a dictionary, whatever its entries are; not changed
+/// @param texts       sets free text
 /// @return the annotation itself when it has a normal appearance, when it is of another kind, or
-/// when
-///         its entries do not say enough; else a copy
-QPDFObjectHandle annotationWithLook(QPDF &document, QPDFObjectHandle annotation);
+///         when its entries do not say enough; else a copy
+QPDFObjectHandle annotationWithLook(QPDF &document, QPDFObjectHandle annotation,
+                                    Platform::TextSetter &texts);

@@ -36,8 +36,13 @@ struct SideInProgress {
 /// Draws the pages of a document on the sides of sheets.
 class SidePainter {
 public:
-    SidePainter(PDFDocument &document, const Booklet &booklet, const SheetLayout &layout)
-        : _document(document), _booklet(booklet), _layout(layout), _forms(document.qpdf())
+    SidePainter(PDFDocument &document, const Booklet &booklet, const SheetLayout &layout,
+                Platform::TextSetter &texts)
+        : _document(document),
+          _booklet(booklet),
+          _layout(layout),
+          _texts(texts),
+          _forms(document.qpdf())
     {
     }
 
@@ -56,6 +61,7 @@ private:
     PDFDocument &_document;
     const Booklet &_booklet;
     SheetLayout _layout;
+    Platform::TextSetter &_texts;
     PDFPageForms _forms;
 };
 
@@ -124,7 +130,7 @@ void SidePainter::drawAnnotations(SideInProgress &side, const PDFPage &page)
     for (int i = 0; annotations.isArray() && i < annotations.getArrayNItems(); ++i) {
         QPDFObjectHandle annotation = annotations.getArrayItem(i);
         if (annotation.isDictionary())
-            drawAnnotation(side, page, annotationWithLook(_document.qpdf(), annotation));
+            drawAnnotation(side, page, annotationWithLook(_document.qpdf(), annotation, _texts));
     }
 }
 
@@ -190,11 +196,12 @@ void applyToPDF(const Booklet &booklet, const Job &job)
     PDFDocument document(job);
     fillFormFields(document);
 
-    SidePainter painter(document, booklet, layout);
+    SidePainter painter(document, booklet, layout, job.texts);
     const std::size_t pages = document.pages().size();
     std::vector<QPDFObjectHandle> sides;
     for (std::size_t side = 0; side < bookletSideCount(pages); ++side)
         sides.push_back(painter.paint(bookletSide(side, pages, booklet)));
+    job.texts.forgetFonts();
     document.replacePages(std::move(sides));
     askForDuplex(document);
     document.write(job.output);

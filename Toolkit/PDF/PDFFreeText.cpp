@@ -42,16 +42,19 @@ std::vector<Words> paragraphsOf(std::string text)
 /// Widths in ems.
 class Widths {
 public:
+    explicit Widths(Platform::TextSetter &texts) : _texts(texts) {}
+
     double of(const std::string &word)
     {
         const auto [known, isNew] = _widths.try_emplace(word, 0);
         if (isNew)
-            known->second = Platform::measureText(word, kFont, kMeasured).width / kMeasured;
+            known->second = _texts.shape(word, kFont, kMeasured).advance / kMeasured;
         return known->second;
     }
 
 private:
     static constexpr double kMeasured = 100;
+    Platform::TextSetter &_texts;
     std::map<std::string, double> _widths;
 };
 
@@ -121,15 +124,15 @@ TextAppearance textAppearance(const std::string &defaultAppearance)
     return appearance;
 }
 
-std::vector<TextLine> linesInBox(const std::string &text, double size, double width, double height,
-                                 double shares)
+std::vector<TextLine> linesInBox(Platform::TextSetter &texts, const std::string &text, double size,
+                                 double width, double height, double shares)
 {
-    const Platform::ShapedText metrics = Platform::shapeText("", kFont, 1);
+    const Platform::ShapedText metrics = texts.shape("", kFont, 1);
     if (!(metrics.size().height > 0))
         throw ToolkitError(fmt::format("{}.", kNoFont));
     const auto paragraphs = paragraphsOf(text);
     const double lineHeight = metrics.size().height;
-    Widths widths;
+    Widths widths(texts);
     const auto wrapped = [&] {
         Lines lines;
         for (const Words &words : paragraphs)
@@ -147,7 +150,7 @@ std::vector<TextLine> linesInBox(const std::string &text, double size, double wi
     std::vector<TextLine> set;
     double baseline = height - metrics.ascent * size;
     for (const std::string &line : lines.texts) {
-        auto shaped = Platform::shapeText(line, kFont, size);
+        auto shaped = texts.shape(line, kFont, size);
         if (shaped.missing)
             throw ToolkitError(
                 fmt::format("{}: U+{:04X}.", kNoFont, static_cast<std::uint32_t>(*shaped.missing)));

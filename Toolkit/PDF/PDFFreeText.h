@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Commands.h"
-#include "TextMeasuring.h"
+#include "TextSetter.h"
 
 #include <string>
 #include <vector>
@@ -25,10 +25,12 @@ struct TextLine {
 /// Sets a text in a box: in lines that are no wider, as many as fit in it, the first one at its
 /// top. The font is Helvetica, of the size that is given or as much smaller as the text needs, down
 /// to a size that nobody reads: what does not fit then leaves the box.
+/// @param texts    sets them; stays the caller's
 /// @param text     UTF-8, with line ends where it has to have them
 /// @param width    in points, as height is; any value
 /// @param shares   of a line's free width that stand in front of it: 0, 0.5 or 1
 /// @return places from the box's lower left corner
 /// @throws ToolkitError when there is no font, or none that has a character of the text
-std::vector<TextLine> linesInBox(const std::string &text, double size, double width, double height,
-                                 double shares);
+/// @throws Platform::TextSettingError
+std::vector<TextLine> linesInBox(Platform::TextSetter &texts, const std::string &text, double size,
+                                 double width, double height, double shares);

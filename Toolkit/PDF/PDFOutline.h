@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TextMeasuring.h"
+#include "TextSetter.h"
 
 #include <string>
 #include <vector>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TextMeasuring.h"
+#include "TextSetter.h"
 
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
@@ -20,7 +20,7 @@ struct PDFPaint {
 /// A form XObject that fills the outline of the text, its baseline's start being the origin.
 QPDFObjectHandle formOf(QPDF &document, const Platform::ShapedText &text, const PDFPaint &paint);
 
-/// The same for many texts of one Platform::TextShaper: each shape that they are made of is in the
+/// The same for many texts of one font and size: each shape that they are made of is in the
 /// document once.
 class PDFGlyphs {
 public:

@@ -75,7 +75,7 @@ std::string nameIn(QPDFObjectHandle objects, const Mark &mark)
 class Stamp {
 public:
     /// @throws ToolkitError when the text cannot be drawn
-    Stamp(PDFDocument &document, const Watermark &watermark);
+    Stamp(PDFDocument &document, const Watermark &watermark, Platform::TextSetter &texts);
 
     /// @param number  of the page, from 1
     void drawOn(const PDFPage &page, std::uint64_t number);
@@ -102,10 +102,10 @@ private:
     std::map<std::pair<std::array<double, 6>, std::string>, std::string> _drawings;
 };
 
-Stamp::Stamp(PDFDocument &document, const Watermark &watermark)
+Stamp::Stamp(PDFDocument &document, const Watermark &watermark, Platform::TextSetter &texts)
     : _document(document.qpdf()),
       _watermark(watermark),
-      _text(watermark, document.pages().size()),
+      _text(watermark, document.pages().size(), texts),
       _glyphs(_document, paintOf(watermark)),
       _pageForms(_document),
       _structure(_document)
@@ -217,12 +217,14 @@ QPDFObjectHandle Stamp::sharedStream(const std::string &bytes)
 
 void applyToPDF(const Watermark &watermark, const Job &job)
 {
+    job.texts.prepare(); // ahead of the document, which is much memory
     PDFDocument document(job);
-    Stamp stamp(document, watermark);
+    Stamp stamp(document, watermark, job.texts);
     for (std::uint64_t number = 0; const QPDFObjectHandle &page : document.pages()) {
         if (watermark.pages.contains(++number))
             stamp.drawOn(PDFPage(page), number);
     }
     stamp.finish();
+    job.texts.forgetFonts();
     document.write(job.output);
 }

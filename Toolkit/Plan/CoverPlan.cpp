@@ -1,7 +1,7 @@
 #include "CoverPlan.h"
 
+#include "QueuePPD.h"
 #include "backCoverPage.h"
-#include "queuePPD.h"
 
 #include <algorithm>
 #include <cctype>

@@ -6,17 +6,19 @@
 
 #include <fmt/format.h>
 
-WatermarkText::WatermarkText(const Watermark &watermark, std::uint64_t pages)
+WatermarkText::WatermarkText(const Watermark &watermark, std::uint64_t pages,
+                             Platform::TextSetter &texts)
     : _watermark(watermark),
       _pages(pages),
       _differs(differsFromPageToPage(watermark, pages)),
-      _shaper(watermark.font, watermark.size)
+      _texts(texts)
 {
 }
 
 Platform::ShapedText WatermarkText::onPage(std::uint64_t page)
 {
-    auto text = _shaper.shape(textOnPage(_watermark, page, _pages));
+    auto text =
+        _texts.shape(textOnPage(_watermark, page, _pages), _watermark.font, _watermark.size);
     constexpr char kNoFont[] = "There is no font to draw the watermark with";
     if (!(text.ascent + text.descent > 0))
         throw ToolkitError(fmt::format("{}.", kNoFont));

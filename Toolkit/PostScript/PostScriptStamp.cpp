@@ -165,7 +165,7 @@ PostScriptStamp::PostScriptStamp(const Watermark &watermark, const DSCDocument &
                                  const Job &job)
     : _watermark(watermark),
       _document(document),
-      _text(watermark, document.pages().size()),
+      _text(watermark, document.pages().size(), job.texts),
       _firstText(_text.onPage(1)),
       _texts(_text)
 {
@@ -178,6 +178,7 @@ PostScriptStamp::PostScriptStamp(const Watermark &watermark, const DSCDocument &
         _isOnAllPages = _isOnAllPages && isMarked;
         _turns = _turns || isLandscape(page);
     }
+    job.texts.forgetFonts();
 }
 
 /// Of the text's box on an upright page; the origin for one that has a place.

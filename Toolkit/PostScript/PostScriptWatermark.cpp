@@ -160,6 +160,7 @@ void writeAnew(const Watermark &watermark, const DSCDocument &document, const Jo
 
 void applyToPostScript(const Watermark &watermark, const Job &job)
 {
+    job.texts.prepare();
     // What stands ahead of the pages depends on all of them, but most pages change nothing: the
     // document is copied while it is read, and once more if one did.
     std::optional<WatermarkedCopy> early;

@@ -1,7 +1,7 @@
 #include "PrinterFeatures.h"
 
+#include "QueuePPD.h"
 #include "postscriptRules.h"
-#include "queuePPD.h"
 
 PrinterFeatures::PrinterFeatures(const std::string &ppdPath) : _ppd(queuePPD(ppdPath)) {}
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "PPD.h"
+#include "QueuePPD.h"
 
-#include <optional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -29,7 +29,7 @@ public:
     bool isJobControl(const std::string &option) const;
 
 private:
-    std::optional<PPD> _ppd;
+    std::unique_ptr<QueuePPD> _ppd;
 };
 
 /// Lines of PostScript as a feature of a document, protected so that an error in them does not end

@@ -3,6 +3,7 @@
 #include "PDFCommands.h"
 #include "Streams.h"
 #include "TemporaryFolder.h"
+#include "TextMeasuring.h"
 
 #include <string>
 #include <string_view>
@@ -18,8 +19,9 @@ std::string processedPDF(std::string_view document, const Request &request,
     const Support::TemporaryFolder folder;
     const Platform::Stream input = Platform::openForReading(folder.write("input.pdf", document));
     Platform::Stream output = Platform::openForWriting(folder.file("output.pdf"));
-    applyToPDF(request,
-               {input.get(), output.get(), ppd.empty() ? "" : folder.write("queue.ppd", ppd)});
+    Platform::TextShaper texts;
+    applyToPDF(request, {input.get(), output.get(), texts,
+                         ppd.empty() ? "" : folder.write("queue.ppd", ppd)});
     Platform::closeStream(std::move(output));
     return Support::readFile(folder.file("output.pdf"));
 }

@@ -5,6 +5,7 @@
 #include "Rendering.h"
 #include "Streams.h"
 #include "TemporaryFolder.h"
+#include "TextMeasuring.h"
 
 #include <cstdio>
 #include <optional>
@@ -58,7 +59,8 @@ inline std::string processed(std::string_view document, const Command &command,
     const Platform::Stream output = Platform::openTemporary();
     std::fwrite(document.data(), 1, document.size(), input.get());
     std::rewind(input.get());
-    const Job job = {input.get(), output.get(), ppdPath};
+    Platform::TextShaper texts;
+    const Job job = {input.get(), output.get(), texts, ppdPath};
     std::visit([&](const auto &request) { applyToPostScript(request, job); }, command);
     return contentsOf(output.get());
 }

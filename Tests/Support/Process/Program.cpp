@@ -143,7 +143,7 @@ ProgramResult runProgram(const ProgramCall &call)
     if (call.afterStart)
         call.afterStart(child);
 
-    ProgramResult result = {{}, {}, -1, 0, 0, {}};
+    ProgramResult result = {{}, {}, -1, 0, 0, 0, {}};
     const bool inTime = talk(call, streams, result);
     if (!inTime)
         kill(-child, SIGKILL);
@@ -157,6 +157,7 @@ ProgramResult runProgram(const ProgramCall &call)
     if (WIFSIGNALED(status))
         result.signal = WTERMSIG(status);
     result.peakMemory = usage.ru_maxrss;
+    result.pageFaults = usage.ru_minflt;
     result.processorTime = durationOf(usage.ru_utime) + durationOf(usage.ru_stime);
     return result;
 }

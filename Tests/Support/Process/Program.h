@@ -31,6 +31,7 @@ struct ProgramResult {
     int exitStatus;                              ///< -1 when a signal ended it
     int signal;                                  ///< 0 when it exited
     long peakMemory;                             ///< most resident memory at any time, in KiB
+    long pageFaults;                             ///< pages of memory that it got, or got anew
     std::chrono::duration<double> processorTime; ///< all that it took, its own and the system's
 };
 

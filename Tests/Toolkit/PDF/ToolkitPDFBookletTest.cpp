@@ -6,6 +6,7 @@
 #include "Rendering.h"
 #include "Streams.h"
 #include "TemporaryFolder.h"
+#include "TextMeasuring.h"
 #include "ToolkitError.h"
 
 #include <gmock/gmock.h>
@@ -55,7 +56,8 @@ protected:
         _folder.write("ppd", Support::minimalPPD(kExtraSizes));
         const Platform::Stream input = Platform::openForReading(_folder.file("in"));
         Platform::Stream output = Platform::openForWriting(_folder.file("out"));
-        applyToPDF(request, {input.get(), output.get(), _folder.file("ppd")});
+        Platform::TextShaper texts;
+        applyToPDF(request, {input.get(), output.get(), texts, _folder.file("ppd")});
         EXPECT_TRUE(Platform::closeStream(std::move(output)));
         return Support::readFile(_folder.file("out"));
     }

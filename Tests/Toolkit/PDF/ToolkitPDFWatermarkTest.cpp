@@ -61,7 +61,8 @@ protected:
         _folder.write("in", document);
         const Platform::Stream input = Platform::openForReading(_folder.file("in"));
         Platform::Stream output = Platform::openForWriting(_folder.file("out"));
-        applyToPDF(watermark, {input.get(), output.get(), ""});
+        Platform::TextShaper texts;
+        applyToPDF(watermark, {input.get(), output.get(), texts, ""});
         EXPECT_TRUE(Platform::closeStream(std::move(output)));
         return Support::readFile(_folder.file("out"));
     }
@@ -167,7 +168,8 @@ TEST_F(ToolkitPDFWatermarkTest, ALargeStreamIsWrittenInBlocks)
     Platform::Stream output = streamInto(written);
     _folder.write("in", onePage(randomNumbers(200'000)));
     const Platform::Stream input = Platform::openForReading(_folder.file("in"));
-    applyToPDF(redTextBelow(), {input.get(), output.get(), ""});
+    Platform::TextShaper texts;
+    applyToPDF(redTextBelow(), {input.get(), output.get(), texts, ""});
     ASSERT_TRUE(Platform::closeStream(std::move(output)));
 
     EXPECT_GT(written.bytes.size(), 800'000U);

@@ -189,7 +189,8 @@ TEST(PostScriptLargeWatermarkTest, ReadsTheDocumentOnce)
     processed(PostScriptSample{.pages = {"showpage\n"}}.text(), draft(true)); // reads the fonts
 
     const std::uint64_t before = bytesRead();
-    applyToPostScript(draft(true), {input.get(), output.get(), {}});
+    Platform::TextShaper texts;
+    applyToPostScript(draft(true), {input.get(), output.get(), texts, {}});
     EXPECT_GT(text.size() + text.size() / 4, bytesRead() - before);
 }
 
