@@ -222,6 +222,8 @@ std::string PrivateScheduler::run(std::vector<std::string> arguments) const
     const auto result =
         runProgram({.arguments = arguments,
                     .environment = {{"CUPS_SERVER", "127.0.0.1:" + std::to_string(_port)},
+                                    // Where root's settings are kept from CUPS 2.4.10 on.
+                                    {"CUPS_SERVERROOT", _folder.path()},
                                     {"HOME", _folder.path()},
                                     {"LC_ALL", "C.UTF-8"}}});
     if (result.exitStatus != 0)
