@@ -1,16 +1,14 @@
 #include "Cancellation.h"
-#include "Descriptor.h"
 #include "FilterProgram.h"
 #include "Fork.h"
+#include "Pipe.h"
 #include "runCompanion.h"
 #include "runFilter.h"
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -44,13 +42,11 @@ private:
 
 Companion::Companion(const FilterArguments &arguments)
 {
-    std::array<int, 2> ends = {};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+    const auto pipe = Platform::makePipe();
+    if (!pipe)
         throw FatalError(kUnableToRead);
-    const Platform::Descriptor readEnd(ends[0]);
-    const Platform::Descriptor writeEnd(ends[1]);
-    _process = Platform::forkChild([&] { doCompanionsWork(arguments, writeEnd.number()); });
-    if (_process < 0 || dup2(readEnd.number(), STDIN_FILENO) < 0)
+    _process = Platform::forkChild([&] { doCompanionsWork(arguments, pipe->writeEnd.number()); });
+    if (_process < 0 || dup2(pipe->readEnd.number(), STDIN_FILENO) < 0)
         throw FatalError(kUnableToRead);
 }
 

@@ -2,12 +2,11 @@
 
 #include "Fork.h"
 #include "OpenDescriptors.h"
+#include "Pipe.h"
 
-#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <exception>
-#include <fcntl.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -15,17 +14,12 @@
 namespace Platform {
 namespace {
 
-struct Pipe {
-    Descriptor readingEnd;
-    Descriptor writingEnd;
-};
-
-Pipe makePipe()
+Pipe pipeOrFailure()
 {
-    std::array<int, 2> ends = {};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+    auto pipe = makePipe();
+    if (!pipe)
         throw std::system_error(errno, std::generic_category());
-    return {Descriptor(ends[0]), Descriptor(ends[1])};
+    return std::move(*pipe);
 }
 
 Stream streamOrFailure(Descriptor end, const char *mode)
@@ -58,12 +52,12 @@ Stream streamOrFailure(Descriptor end, const char *mode)
 
 AnsweringChild::AnsweringChild(const Work &work)
 {
-    Pipe questions = makePipe();
-    Pipe answers = makePipe();
-    _questions = streamOrFailure(std::move(questions.writingEnd), "wb");
-    _answers = streamOrFailure(std::move(answers.readingEnd), "rb");
-    _child = forkChild(
-        [&] { answer(work, questions.readingEnd.number(), answers.writingEnd.number()); });
+    Pipe questions = pipeOrFailure();
+    Pipe answers = pipeOrFailure();
+    _questions = streamOrFailure(std::move(questions.writeEnd), "wb");
+    _answers = streamOrFailure(std::move(answers.readEnd), "rb");
+    _child =
+        forkChild([&] { answer(work, questions.readEnd.number(), answers.writeEnd.number()); });
     if (_child < 0)
         throw std::system_error(errno, std::generic_category());
 }

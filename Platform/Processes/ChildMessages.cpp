@@ -3,6 +3,7 @@
 #include "Descriptor.h"
 #include "Fork.h"
 #include "OpenDescriptors.h"
+#include "Pipe.h"
 #include "Streams.h"
 
 #include <algorithm>
@@ -195,18 +196,15 @@ ChildReport messagesFromChild(const std::function<void(const ChildMessageSender 
 {
     if (Clock::now() >= limits.deadline)
         return {{}, childError(ETIMEDOUT, "No time left")};
-    std::array<int, 2> ends = {};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+    auto pipe = makePipe();
+    if (!pipe)
         return {{}, childError(errno, std::strerror(errno))};
-    const Descriptor receivingEnd(ends[0]);
-    std::optional<Descriptor> sendingEnd(std::in_place, ends[1]);
-
-    const int sender = sendingEnd->number();
+    const int sender = pipe->writeEnd.number();
     const pid_t child = forkChild([&] { doWork(work, sender, limits.memory); });
     if (child < 0)
         return {{}, childError(errno, std::strerror(errno))};
-    sendingEnd.reset(); // so that the child's end is the end of the messages
-    ChildReport report = Receiver(receivingEnd.number(), limits).receive();
+    pipe->writeEnd.close(); // so that the child's end is the end of the messages
+    ChildReport report = Receiver(pipe->readEnd.number(), limits).receive();
     endForkedChild(child);
     return report;
 }

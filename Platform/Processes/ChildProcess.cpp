@@ -3,6 +3,7 @@
 #include "Cancellation.h"
 #include "Fork.h"
 #include "OpenDescriptors.h"
+#include "Pipe.h"
 #include "Text.h"
 
 #include <array>
@@ -25,20 +26,6 @@ struct Start {
     int standardError;
     int report; ///< where the errno goes of a start that failed; closed by one that worked
 };
-
-struct Pipe {
-    Descriptor readEnd;
-    Descriptor writeEnd;
-};
-
-/// @return nullopt with errno set when there is none to be had
-std::optional<Pipe> makePipe()
-{
-    std::array<int, 2> ends = {};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        return std::nullopt;
-    return Pipe{Descriptor(ends[0]), Descriptor(ends[1])};
-}
 
 /// Leaves the program the three standard streams.
 bool connectStreams(int standardError)

@@ -477,7 +477,9 @@ TEST_F(JobForTheToolkitFaultsTest, ToolkitKilledAtAnyTime)
         const auto check = [&](const FaultedRun &run) {
             expectKnownLines(run);
             EXPECT_EQ(0, run.result.exitStatus);
-            EXPECT_EQ(run.struck ? 2U : 0U, saidLines(run.result.errors).size());
+            auto lines = saidLines(run.result.errors);
+            std::erase(lines, ""); // the toolkit outlives its process for fonts, and says so
+            EXPECT_EQ(run.struck ? 2U : 0U, lines.size());
             EXPECT_EQ(outputThatFits(run), run.result.output);
             EXPECT_THAT(temporaryFiles(), IsEmpty());
         };
