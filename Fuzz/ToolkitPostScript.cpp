@@ -9,6 +9,7 @@
 #include "Toolkit.h"
 #include "ToolkitError.h"
 
+#include <cstdlib>
 #include <map>
 #include <regex>
 #include <vector>
@@ -93,7 +94,28 @@ bool leavesDataOpen(std::string_view bytes)
     return open["Data"] || open["Binary"];
 }
 
-/// What the command makes of the document; nullopt when it refuses it. Whatever it is, it is a
+/// How many sections of data are as long, in bytes, as their begin says.
+std::size_t trueLengths(std::string_view bytes)
+{
+    std::size_t count = 0;
+    for (const std::string kind : {"Data", "Binary"}) {
+        const std::string begin = "%%Begin" + kind + ":";
+        for (std::size_t at = 0; (at = bytes.find(begin, at)) != std::string_view::npos;) {
+            at += begin.size();
+            const std::size_t data =
+                std::min(bytes.find_first_of("\r\n", at), bytes.size() - 1) + 1;
+            const std::string length(bytes.substr(at, data - at));
+            const auto rest = bytes.substr(
+                std::min(data + std::strtoul(length.c_str(), nullptr, 10), bytes.size()));
+            const auto end = std::min(rest.find_first_not_of("\r\n"), rest.size());
+            count += rest.substr(end).starts_with("%%End" + kind) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+/// What the command makes of the document; nullopt when it refuses it, and when a length that was
+/// wrong has come true by what it added: there are other data then. Whatever it is, it is a
 /// document again, and not much longer.
 template <class Request>
 std::optional<Document> tryCommand(const Document &document, const Request &request)
@@ -105,6 +127,8 @@ std::optional<Document> tryCommand(const Document &document, const Request &requ
     Fuzz::require(output->size() <= document.bytes.size() + kMostAdded +
                                         kMostAddedToPage * (document.contents.size() + 8),
                   "the output is not much longer than the input");
+    if (trueLengths(*output) > trueLengths(document.bytes))
+        return std::nullopt;
     return readDocument(*output);
 }
 

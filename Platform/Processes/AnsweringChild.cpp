@@ -40,7 +40,8 @@ Stream streamOrFailure(Descriptor end, const char *mode)
     try {
         if (in && out) {
             work(in.get(), out.get());
-            std::fflush(out.get());
+            if (std::fflush(out.get()) != 0)
+                _exit(EXIT_FAILURE); // to nobody
         }
     } catch (const std::exception &) {
         _exit(EXIT_FAILURE);
