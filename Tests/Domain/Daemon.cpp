@@ -4,6 +4,7 @@
 #include "Waiting.h"
 
 #include <csignal>
+#include <cstdio>
 #include <fcntl.h>
 #include <stdexcept>
 #include <sys/prctl.h>
@@ -27,6 +28,7 @@ namespace {
         words.push_back(const_cast<char *>(argument.c_str()));
     words.push_back(nullptr);
     execvp(words[0], words.data());
+    std::perror(words[0]);
     _exit(127);
 }
 

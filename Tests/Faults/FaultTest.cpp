@@ -1,5 +1,7 @@
 #include "FaultTest.h"
 
+#include "PackagedFonts.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -57,10 +59,7 @@ void FaultTest::makeFonts() const
     const std::string root = folder.file("root");
     const std::string fonts = folder.file("fonts");
     fs::create_directory(fonts);
-    fs::copy_file(
-        Support::packagedFile("/usr/share/fonts/opentype/urw-base35/NimbusSans-Regular.otf",
-                              "fonts-urw-base35"),
-        fonts + "/NimbusSans-Regular.otf");
+    fs::copy_file(Support::latinFont().file, fonts + "/NimbusSans-Regular.otf");
     // The library looks for everything beneath a root of the test's own, and finds its fonts there
     // under the same path as the program that opens them.
     fs::create_directories(root + "/etc/fonts");

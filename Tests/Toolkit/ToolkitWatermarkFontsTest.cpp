@@ -1,5 +1,6 @@
 #include "MinimalPPD.h"
 #include "PDFBuilder.h"
+#include "PackagedFonts.h"
 #include "Program.h"
 #include "Rendering.h"
 #include "TemporaryFolder.h"
@@ -13,16 +14,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr char kLatin[] = "/usr/share/fonts/opentype/urw-base35/NimbusSans-Regular.otf";
-constexpr char kManyScripts[] = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
-constexpr char kColourEmoji[] = "/usr/share/fonts/truetype/noto/NotoColorEmoji.ttf";
-
 /// The toolkit on a machine with Latin letters only, and the filter that runs it.
 class ToolkitWatermarkFontsTest : public testing::Test {
 protected:
     ToolkitWatermarkFontsTest()
     {
-        install(kLatin);
+        install(Support::latinFont());
         folder.write("fonts.conf",
                      "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\">\n"
                      "<fontconfig><dir>" +
@@ -34,9 +31,9 @@ protected:
         folder.write("in.pdf", builder.document());
     }
 
-    void install(const fs::path &font) const
+    void install(const Support::PackagedFont &font) const
     {
-        fs::copy_file(font, fs::path(fonts.path()) / font.filename());
+        fs::copy_file(font.file, fs::path(fonts.path()) / fs::path(font.file).filename());
     }
 
     Support::ProgramResult run(const std::string &text, const std::string &input) const
@@ -130,7 +127,7 @@ TEST_F(ToolkitWatermarkFontsTest, LettersMayBeWrittenInParts)
 TEST_F(ToolkitWatermarkFontsTest, ALetterAndItsMarksComeFromAFontThatHasBoth)
 {
     EXPECT_EQ(missing("U+0346"), problem("a\u0346")); // a bridge above
-    install(kManyScripts);
+    install(Support::manyScriptsFont());
     EXPECT_GT(coverageOf("a\u0346"), 1.1 * coverageOf("a"));
     EXPECT_EQ(missing("U+1AB0"), problem("a\u1AB0"));
 }
@@ -138,9 +135,9 @@ TEST_F(ToolkitWatermarkFontsTest, ALetterAndItsMarksComeFromAFontThatHasBoth)
 TEST_F(ToolkitWatermarkFontsTest, AnEmojiNeedsAFontWithItsOutline)
 {
     EXPECT_EQ(missing("U+1F600"), problem("a😀"));
-    install(kColourEmoji);
+    install(Support::colourEmojiFont());
     EXPECT_EQ(missing("U+1F600"), problem("a😀"));
-    install(kManyScripts);
+    install(Support::manyScriptsFont());
     EXPECT_GT(coverageOf("a😀"), coverageOf("a"));
 }
 

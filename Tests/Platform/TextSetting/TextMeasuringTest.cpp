@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "PackagedFonts.h"
 #include "TemporaryFolder.h"
 
 using Platform::measureText;
@@ -22,6 +23,12 @@ using Kind = TextPathSegment::Kind;
 
 /// The published widths of the face "Helvetica", in thousandths of the size.
 constexpr int kHelveticaH = 722, kHelveticaE = 667, kHelveticaX = 667, kHelveticaBlank = 278;
+
+/// A font that has the letters that the face "Helvetica" lacks.
+std::string manyScripts()
+{
+    return Support::manyScriptsFont().name;
+}
 
 double width(const std::string &text, const std::string &font = "Helvetica", double size = 1000)
 {
@@ -278,14 +285,14 @@ TEST(TextMeasuringTest, NullByteDoesNotEndTheText)
 TEST(TextMeasuringTest, MissingCharactersComeFromOtherFonts)
 {
     // Helvetica's face has no Hebrew letters: they must be drawn as they are elsewhere.
-    EXPECT_DOUBLE_EQ(width("ש", "DejaVuSans"), width("ש", "Helvetica"));
-    EXPECT_DOUBLE_EQ(width("ש", "DejaVuSans") + kHelveticaH, width("שH", "Helvetica"));
+    EXPECT_DOUBLE_EQ(width("ש", manyScripts()), width("ש", "Helvetica"));
+    EXPECT_DOUBLE_EQ(width("ש", manyScripts()) + kHelveticaH, width("שH", "Helvetica"));
 }
 
 TEST(TextMeasuringTest, OtherFontsRaiseTheLine)
 {
     const ShapedText plain = shapeText("H", "Helvetica", 1000);
-    const ShapedText other = shapeText("ש", "DejaVuSans", 1000);
+    const ShapedText other = shapeText("ש", manyScripts(), 1000);
     const ShapedText mixed = shapeText("Hש", "Helvetica", 1000);
     EXPECT_DOUBLE_EQ(std::max(plain.ascent, other.ascent), mixed.ascent);
     EXPECT_DOUBLE_EQ(std::max(plain.descent, other.descent), mixed.descent);
@@ -302,8 +309,8 @@ TEST(TextMeasuringTest, TellsTheFirstCharacterThatNoFontDraws)
     EXPECT_EQ(std::nullopt, shapeText("", "Helvetica", 10).missing);
     EXPECT_EQ(U'\U0010FFFD', shapeText("H\U0010FFFD\U0010FFFC", "Helvetica", 10).missing);
     EXPECT_EQ(U'\U0010FFFC', shapeText("ש\U0010FFFC\U0010FFFD", "Helvetica", 10).missing);
-    EXPECT_EQ(corners(shapeText("H", "DejaVuSans", 10)).size(),
-              corners(shapeText("H\U0010FFFD", "DejaVuSans", 10)).size());
+    EXPECT_EQ(corners(shapeText("H", manyScripts(), 10)).size(),
+              corners(shapeText("H\U0010FFFD", manyScripts(), 10)).size());
 }
 
 TEST(TextMeasuringTest, ArabicLettersJoin)
@@ -315,25 +322,25 @@ TEST(TextMeasuringTest, ArabicLettersJoin)
 TEST(TextMeasuringTest, RightToLeftTextIsSetFromTheRight)
 {
     // Drawn from left to right: the I that was written last, then the Hebrew letter.
-    const ShapedText line = shapeText("שI", "DejaVuSans", 1000);
-    const ShapedText latin = shapeText("I", "DejaVuSans", 1000);
+    const ShapedText line = shapeText("שI", manyScripts(), 1000);
+    const ShapedText latin = shapeText("I", manyScripts(), 1000);
     EXPECT_TRUE(isDrawnFrom(0, latin, 0, line));
-    EXPECT_TRUE(isDrawnFrom(corners(latin).size(), shapeText("ש", "DejaVuSans", 1000),
+    EXPECT_TRUE(isDrawnFrom(corners(latin).size(), shapeText("ש", manyScripts(), 1000),
                             latin.advance, line));
 }
 
 TEST(TextMeasuringTest, BlankBehindRightToLeftTextLiesToItsLeft)
 {
-    EXPECT_TRUE(isDrawnFrom(0, shapeText("ש", "DejaVuSans", 1000), width(" ", "DejaVuSans"),
-                            shapeText("ש ", "DejaVuSans", 1000)));
+    EXPECT_TRUE(isDrawnFrom(0, shapeText("ש", manyScripts(), 1000), width(" ", manyScripts()),
+                            shapeText("ש ", manyScripts(), 1000)));
 }
 
 TEST(TextMeasuringTest, NumbersInsideRightToLeftTextReadFromTheLeft)
 {
-    const ShapedText letter = shapeText("ש", "DejaVuSans", 1000);
-    const ShapedText line = shapeText("12 ש", "DejaVuSans", 1000);
-    EXPECT_TRUE(isDrawnFrom(corners(letter).size(), shapeText("12", "DejaVuSans", 1000),
-                            letter.advance + width(" ", "DejaVuSans"), line));
+    const ShapedText letter = shapeText("ש", manyScripts(), 1000);
+    const ShapedText line = shapeText("12 ש", manyScripts(), 1000);
+    EXPECT_TRUE(isDrawnFrom(corners(letter).size(), shapeText("12", manyScripts(), 1000),
+                            letter.advance + width(" ", manyScripts()), line));
 }
 
 TEST(TextMeasuringTest, MarksStayOnTheirLetter)
@@ -354,7 +361,8 @@ TEST(TextMeasuringTest, LongTextsAreSetWhole)
 
 TEST(TextMeasuringTest, EveryContourBeginsWithAMoveAndEndsWithAClose)
 {
-    for (const char *font : {"Helvetica", "DejaVuSans"}) { // cubic curves and quadratic ones
+    for (const std::string &font :
+         {std::string("Helvetica"), manyScripts()}) { // cubic curves and quadratic ones
         bool open = false;
         for (const TextPathSegment &segment : shapeText("Be8é", font, 10).outline) {
             EXPECT_EQ(segment.kind == Kind::Move, !open);
@@ -412,7 +420,7 @@ TEST(TextMeasuringTest, QuadraticCurvesKeepTheirShape)
 {
     // The "o" of a TrueType face: a curve's control points lie on its tangents, here inside the
     // letter's bounds, and two thirds of the way to where the tangents meet.
-    const ShapedText line = shapeText("o", "DejaVuSans", 1000);
+    const ShapedText line = shapeText("o", manyScripts(), 1000);
     Platform::TextPoint from;
     int curves = 0;
     for (const auto &[kind, points] : line.outline) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <poll.h>
@@ -69,6 +70,7 @@ struct Streams {
     if (call.inChild)
         call.inChild();
     execvp(arguments[0], arguments.data());
+    std::perror(arguments[0]);
     _exit(127);
 }
 

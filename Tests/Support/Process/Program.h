@@ -36,7 +36,9 @@ struct ProgramResult {
 };
 
 /// Runs a program to its end with its three standard streams connected to the test.
-/// @throws std::runtime_error when it cannot be started or exceeds its time limit
+/// A program that is not there is named on its standard error, and its status is 127, as in a
+/// shell.
+/// @throws std::runtime_error when there is no process for it or it exceeds its time limit
 ProgramResult runProgram(const ProgramCall &call);
 
 /// Runs a program that is no test's subject but must succeed.

@@ -30,11 +30,6 @@ modulepath /usr/lib/ldap
 moduleload back_mdb
 )";
 
-std::string slapd()
-{
-    return "/usr/sbin/slapd";
-}
-
 constexpr char kLongAgo[] = "20200101000000Z";
 
 /// That long from now, as openssl reads it.
@@ -91,11 +86,12 @@ void DirectoryServer::start(bool secure)
     if (secure)
         addresses += " " + secureURI();
     const std::string configuration = _folder.file("slapd.conf");
+    const std::string program = packagedFile("/usr/sbin/slapd", "slapd");
     _process = fork();
     if (_process != 0)
         return;
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    execl(slapd().c_str(), "slapd", "-h", addresses.c_str(), "-f", configuration.c_str(), "-d", "0",
+    execl(program.c_str(), "slapd", "-h", addresses.c_str(), "-f", configuration.c_str(), "-d", "0",
           nullptr);
     _exit(127);
 }

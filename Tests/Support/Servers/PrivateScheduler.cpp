@@ -154,10 +154,11 @@ void PrivateScheduler::start()
 {
     const std::string configuration = _folder.file("etc/cupsd.conf");
     const std::string files = _folder.file("etc/cups-files.conf");
+    const std::string program = packagedFile("/usr/sbin/cupsd", "cups-daemon");
     _process = fork();
     if (_process == 0) {
         prctl(PR_SET_PDEATHSIG, SIGTERM); // never outlive a test that crashed
-        execl("/usr/sbin/cupsd", "cupsd", "-f", "-c", configuration.c_str(), "-s", files.c_str(),
+        execl(program.c_str(), "cupsd", "-f", "-c", configuration.c_str(), "-s", files.c_str(),
               nullptr);
         _exit(127);
     }

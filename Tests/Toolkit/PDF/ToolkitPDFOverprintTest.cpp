@@ -1,4 +1,5 @@
 #include "PDFBuilder.h"
+#include "PackagedFonts.h"
 #include "Program.h"
 #include "Rendering.h"
 #include "TemporaryFolder.h"
@@ -21,7 +22,7 @@ constexpr char kPage[] = "1 g 0 0 150 200 re f 0 g 150 0 50 200 re f 0 1 0 rg 20
 Watermark block(std::vector<double> colour)
 {
     return {.above = true,
-            .font = "DejaVuSans",
+            .font = Support::manyScriptsFont().name,
             .angle = 0,
             .colour = std::move(colour),
             .position = {30, 60},

@@ -1,5 +1,6 @@
 #include "PostScriptCommands.h"
 
+#include "PackagedFonts.h"
 #include "ToolkitPostScript.h"
 #include "Watermarks.h"
 
@@ -52,7 +53,7 @@ double shareOfText(const std::string &page, const Watermark &watermark, double r
 bool isMadeOfSquares(int side, double resolution)
 {
     Watermark block = draft({0});
-    block.font = "DejaVuSans";
+    block.font = Support::manyScriptsFont().name;
     block.angle = 0;
     block.text = "█";
     const RenderedPage page = marked("showpage\n", block, resolution);
