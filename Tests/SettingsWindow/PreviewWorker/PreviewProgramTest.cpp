@@ -47,6 +47,16 @@ TEST(PreviewProgramTest, DrawsNothingOfNoDocument)
     EXPECT_EQ(0, result.exitStatus);
 }
 
+TEST(PreviewProgramTest, SaysWhatItIs)
+{
+    const auto version = Support::runProgram({.arguments = {KL_PREVIEW, "--version"}});
+    EXPECT_EQ("jobfilter-preview " KL_VERSION "\n", version.output);
+    EXPECT_EQ(0, version.exitStatus);
+    const auto help = Support::runProgram({.arguments = {KL_PREVIEW, "--help"}});
+    EXPECT_THAT(help.output, testing::HasSubstr("jobfilter-settings(1) starts it"));
+    EXPECT_EQ(0, help.exitStatus);
+}
+
 /// A window that only starts the program, with the folder for its temporary files.
 pid_t startWindow(const std::string &requests, const std::string &folder)
 {
