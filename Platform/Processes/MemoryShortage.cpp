@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <pthread.h>
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_ADDRESS__) || !defined(__GLIBC__) // only glibc's is known below
 #define KL_OWN_ALLOCATOR 0
 #elif defined(__has_feature)
 #if __has_feature(address_sanitizer)

@@ -47,7 +47,8 @@ constexpr char kQueriedNone[] =
 /// The built program with a queue and a directory.
 class JobFilterDirectoryTest : public testing::Test {
 protected:
-    /// The machine's own sources would be asked first; where they cannot be hidden, it must have none.
+    /// The machine's own sources would be asked first; where they cannot be hidden, it must have
+    /// none.
     JobFilterDirectoryTest() : _hidden(Support::hideServices()) {}
 
     /// A job of anna's that asks for the directory of these servers.
