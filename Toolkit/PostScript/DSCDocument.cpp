@@ -150,7 +150,7 @@ void DSCReader::read()
 void DSCReader::readDocumentComment(const DSCComment &comment)
 {
     _document._media.readDocumentComment(comment);
-    if (comment.is("%%Orientation"))
+    if (comment.is("%%Orientation") || comment.is("%%PageOrientation"))
         readOrientation(comment, _document._orientation);
 }
 

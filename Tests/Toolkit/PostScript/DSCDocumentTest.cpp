@@ -394,6 +394,9 @@ TEST_F(DSCDocumentTest, OrientationOfTheDocumentStandsInHeaderDefaultsOrTrailer)
                                   "%%PageOrientation: Landscape\n%%EndDefaults\n" +
                                   page)),
                 ElementsAre(Landscape));
+    EXPECT_THAT(orientations(read("%!PS\n%%PageOrientation: Landscape\n%%EndComments\n" + page +
+                                  page + "%%PageOrientation: Portrait\n")),
+                ElementsAre(Landscape, Portrait));
     EXPECT_THAT(orientations(read(atEnd + "%%BeginProlog\n%%Orientation: Landscape\n" + page)),
                 ElementsAre(Unsaid));
     EXPECT_THAT(orientations(read("%!PS\n%%Orientation: Sideways\n%%EndComments\n" + page)),
