@@ -16,6 +16,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -71,6 +72,13 @@ std::string nameIn(QPDFObjectHandle objects, const Mark &mark)
     return name;
 }
 
+/// Where the texts come on a page, and all that decides it.
+struct Placing {
+    std::array<double, 6> page = {};
+    std::array<double, 3> text = {};
+    std::vector<std::string> matrices = {};
+};
+
 /// One watermark for the pages of a document.
 class Stamp {
 public:
@@ -88,7 +96,8 @@ private:
     void drawAbove(const PDFPage &page, const Mark &mark);
     void drawBelow(const PDFPage &page, const Mark &mark);
     std::string drawing(const PDFPage &page, const Mark &mark, const std::string &name);
-    std::string operatorsFor(const PDFPage &page, const Mark &mark, const std::string &name) const;
+    std::string operatorsFor(const PDFPage &page, const Mark &mark, const std::string &name);
+    const std::vector<std::string> &matricesFor(const PDFPage &page, const Mark &mark);
     QPDFObjectHandle sharedStream(const std::string &bytes);
 
     QPDF &_document;
@@ -100,6 +109,7 @@ private:
     PDFStructure _structure;
     std::map<std::string, QPDFObjectHandle> _streams;
     std::map<std::pair<std::array<double, 6>, std::string>, std::string> _drawings;
+    Placing _latest; ///< mostly it is that of the next page, too
 };
 
 Stamp::Stamp(PDFDocument &document, const Watermark &watermark, Platform::TextSetter &texts)
@@ -187,10 +197,21 @@ std::string Stamp::drawing(const PDFPage &page, const Mark &mark, const std::str
 }
 
 /// Who has a tagged page read aloud is not told of the text.
-std::string Stamp::operatorsFor(const PDFPage &page, const Mark &mark,
-                                const std::string &name) const
+std::string Stamp::operatorsFor(const PDFPage &page, const Mark &mark, const std::string &name)
 {
     std::string text = "/Artifact << /Type /Pagination /Subtype /Watermark >> BDC\n";
+    for (const std::string &matrix : matricesFor(page, mark))
+        text += "q " + matrix + " cm " + name + " Do Q\n";
+    return text + "EMC\n";
+}
+
+/// From the mark's form to the page's user space, for each of the texts.
+/// @return valid until the next call
+const std::vector<std::string> &Stamp::matricesFor(const PDFPage &page, const Mark &mark)
+{
+    Placing placing = {page.geometry(), {mark.box.width, mark.box.height, mark.descent}};
+    if (placing.page == _latest.page && placing.text == _latest.text)
+        return _latest.matrices;
     for (const PlacedText &place :
          placedTexts(_watermark, mark.box, {page.width(), page.height()})) {
         const double angle = std::fmod(place.angle, 360) * std::numbers::pi / 180;
@@ -199,14 +220,17 @@ std::string Stamp::operatorsFor(const PDFPage &page, const Mark &mark,
         matrix.concat({std::cos(angle), std::sin(angle), -std::sin(angle), std::cos(angle), 0, 0});
         matrix.scale(place.scale, place.scale);
         matrix.translate(0, mark.descent);
-        text += "q " + matrix.unparse() + " cm " + name + " Do Q\n";
+        placing.matrices.push_back(matrix.unparse());
     }
-    return text + "EMC\n";
+    _latest = std::move(placing);
+    return _latest.matrices;
 }
 
-/// Pages of the same size share the stream.
+/// Pages of the same size share the stream, unless it names a text of their own.
 QPDFObjectHandle Stamp::sharedStream(const std::string &bytes)
 {
+    if (_text.differs() && !_watermark.above)
+        return QPDFObjectHandle::newStream(&_document, bytes);
     const auto known = _streams.find(bytes);
     if (known != _streams.end())
         return known->second;

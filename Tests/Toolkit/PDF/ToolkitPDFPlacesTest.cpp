@@ -161,6 +161,13 @@ TEST(ToolkitPDFPagesTest, APageIsCountedWhereverItsTextIsWanted)
     EXPECT_FALSE(pages[2].inkBox());
 }
 
+TEST(ToolkitPDFPagesTest, ALongerTextStandsInAPlaceOfItsOwn)
+{
+    const auto pages = rendered(processedPDF(blankPages(10), saying("[page] [page]")));
+    ASSERT_EQ(10U, pages.size());
+    expectTexts({"9 9", "10 10"}, {pages[8], pages[9]}, true);
+}
+
 /// The outlines of the number alone would take more.
 TEST(ToolkitPDFPagesTest, TheTextsOfManyPagesShareTheirShapes)
 {
