@@ -156,6 +156,7 @@ private:
     void drawText(const Platform::ShapedText &text, Point start);
     void setLineWidth(double width);
     std::vector<Text> texts() const;
+    Numbers differences() const;
     Rectangle inside() const;
     void drawAlongText(double height);
     void moveTo(Point point) { add({point}, "m\n"); }
@@ -209,11 +210,20 @@ void Sketch::chooseColours()
     _stroke = colourOperator(colour.value_or(Numbers{0}), kStroking);
 }
 
+/// Of the annotation's rectangle, on each side; none where they leave no room in it.
+Numbers Sketch::differences() const
+{
+    Numbers sides = numbersOf(entry("/RD")).value_or(Numbers());
+    sides.resize(4);
+    const bool haveRoom = sides[0] + sides[2] < _rectangle.urx - _rectangle.llx &&
+                          sides[1] + sides[3] < _rectangle.ury - _rectangle.lly;
+    return haveRoom && std::ranges::min(sides) >= 0 ? sides : Numbers(4);
+}
+
 /// The annotation's rectangle without its differences and half a line.
 Rectangle Sketch::inside() const
 {
-    Numbers margins = numbersOf(entry("/RD")).value_or(Numbers());
-    margins.resize(4);
+    const Numbers margins = differences();
     const double half = _border.width / 2;
     return {_rectangle.llx + margins[0] + half, _rectangle.lly + margins[1] + half,
             _rectangle.urx - margins[2] - half, _rectangle.ury - margins[3] - half};

@@ -158,6 +158,19 @@ TEST(PDFAnnotationTest, DifferencesMakeTheRectangleSmaller)
     EXPECT_EQ(kWhite, side.at(118, 117));
 }
 
+TEST(PDFAnnotationTest, DifferencesThatLeaveNoRoomDoNotCount)
+{
+    for (const char *differences : {"90 0 90 0", "0 40 0 30", "-200 0 0 0"}) {
+        SCOPED_TRACE(differences);
+        const Side side("/F 4 /Subtype /Circle /Rect [50 50 150 120] /IC [0 1 0] /C [] "
+                        "/BS << /W 0 >> /RD [" +
+                        std::string(differences) + "]");
+        EXPECT_EQ(kGreen, side.at(52, 85));
+        EXPECT_EQ(kGreen, side.at(148, 85));
+        EXPECT_EQ(kWhite, side.at(45, 85));
+    }
+}
+
 TEST(PDFAnnotationTest, WithoutAColourLinesAreBlackAndWithAnEmptyOneThereAreNone)
 {
     EXPECT_EQ(kBlack,
