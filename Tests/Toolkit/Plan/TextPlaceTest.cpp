@@ -132,9 +132,10 @@ TEST(TextPlaceTest, TilesCoverThePageInRowsThatAreMoved)
 
 TEST(TextPlaceTest, TurnedTilesLieAlongTheirText)
 {
-    const auto texts = placedTexts(placed("tiled", 90), {20, 10}, {100, 100});
+    // No text ends at the page's edge: with a sine, rounding decides whether that meets the page.
+    const auto texts = placedTexts(placed("tiled", 90), {20, 10}, {100, 98});
     ASSERT_EQ(17U, texts.size());
-    expectCorner(95, 10, texts.at(0)); // the lowest row is the one to the right
+    expectCorner(95, 9, texts.at(0)); // the lowest row is the one to the right
     EXPECT_EQ(90, texts.at(0).angle);
 }
 
