@@ -201,7 +201,7 @@ std::string Stamp::operatorsFor(const PDFPage &page, const Mark &mark, const std
 {
     std::string text = "/Artifact << /Type /Pagination /Subtype /Watermark >> BDC\n";
     for (const std::string &matrix : matricesFor(page, mark))
-        text += "q " + matrix + " cm " + name + " Do Q\n";
+        text.append("q ").append(matrix).append(" cm ").append(name).append(" Do Q\n");
     return text + "EMC\n";
 }
 
