@@ -5,6 +5,7 @@
 
 #include <qpdf/Pipeline.hh>
 #include <qpdf/QPDFExc.hh>
+#include <qpdf/QPDFLogger.hh>
 #include <qpdf/QPDFWriter.hh>
 
 #include <algorithm>
@@ -299,8 +300,9 @@ void PDFDocument::Deleter::operator()(QPDF *document) const
 PDFDocument::PDFDocument(const Job &job)
     : _file(pdfInput(job.input)), _owned(new QPDF, Deleter{job.endsProcess})
 {
-    // What the library warns about, it has mended.
+    // What the library warns about, it has mended; from 12 on it does so past the document, too.
     _qpdf.setSuppressWarnings(true);
+    QPDFLogger::defaultLogger()->setError(QPDFLogger::defaultLogger()->discard());
     const char *whatIfDamaged = kLacksTable;
     try {
         _qpdf.processInputSource(_file);

@@ -38,6 +38,14 @@ void *operator new(std::size_t size)
     return memory;
 }
 
+// The libraries' own would not go together with what follows.
+void *operator new(std::size_t size, const std::nothrow_t & /*tag*/) noexcept
+try {
+    return operator new(size);
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}
+
 void operator delete(void *memory) noexcept
 {
     heap.live -= malloc_usable_size(memory);

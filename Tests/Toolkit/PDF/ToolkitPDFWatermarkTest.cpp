@@ -719,6 +719,18 @@ TEST_F(ToolkitPDFWatermarkTest, ADamagedDocumentThatLostPagesIsRefused)
               problem(document));
 }
 
+TEST_F(ToolkitPDFWatermarkTest, OfADamagedDocumentTheLibraryItselfSaysNothing)
+{
+    PDFBuilder builder;
+    builder.addPage(kSmall, kPicture);
+    std::string document = builder.document();
+    document.replace(document.find("\n4 0 obj"), 8, "\n4 0 ob_"); // the page
+    document.replace(document.find("startxref\n"), 11, "startxref\n9");
+    testing::internal::CaptureStderr();
+    EXPECT_THAT(problem(document), HasSubstr("The PDF document is damaged: "));
+    EXPECT_EQ("", testing::internal::GetCapturedStderr());
+}
+
 constexpr char kLostParts[] = "The PDF document is damaged: not all parts of its pages are there; "
                               "open it and print it to a new PDF.";
 
