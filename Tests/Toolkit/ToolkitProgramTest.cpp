@@ -126,6 +126,12 @@ std::vector<pid_t> childrenOf(pid_t process)
     return {std::istream_iterator<pid_t>(list), {}};
 }
 
+/// Waits for the toolkit's guard, which the filter starts behind the toolkit, to be there as well.
+bool comesToBeGuarded(pid_t filter)
+{
+    return Support::comesTrue([filter] { return childrenOf(filter).size() == 2; });
+}
+
 /// Waits until a process is gone or only waits to be reaped.
 bool ends(pid_t process)
 {
@@ -490,6 +496,7 @@ TEST_F(ToolkitProgramTest, AFilterThatIsKilledTakesAForeignToolkitAlong)
     auto killed = callWithFile();
     killed.afterStart = [this](pid_t program) {
         waitForFile("child");
+        EXPECT_TRUE(comesToBeGuarded(program));
         kill(program, SIGKILL);
     };
     EXPECT_EQ(SIGKILL, runProgram(killed).signal);
@@ -505,6 +512,7 @@ TEST_F(ToolkitProgramTest, AFilterThatIsKilledKeepsTheSpooledJob)
     killed.inChild = [this] { dup2(open(jobPath.c_str(), O_RDONLY), STDIN_FILENO); };
     killed.afterStart = [this](pid_t program) {
         waitForFile("child");
+        EXPECT_TRUE(comesToBeGuarded(program));
         kill(program, SIGKILL);
     };
     EXPECT_EQ(SIGKILL, runProgram(killed).signal);
